@@ -1,0 +1,323 @@
+#include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
+
+#include <functional>
+
+#include <QHash>
+
+#include <KeloCommunicationLib/collaboration/internal/DetailsBuilders.h>
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+#include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
+#include <platform/core/HostInfo.h>
+
+using collaboration::ExtendedRequestDetails;
+using collaboration::RequestInfo;
+using collaboration::RequestType;
+
+namespace
+{
+
+QString installationReference()
+{
+    return settings::registry::getInstallationReference(QString());
+}
+
+/// The value of a call that succeeded; nothing when it failed or was cancelled.
+template <class T>
+utility::Optional<T> valueOf(TessalyConnectionInterface::Reply<T> const& finished)
+{
+    if (finished.isCanceled())
+    {
+        return std::nullopt;
+    }
+    rest::RestReply<T> reply = finished.get();
+    if (kelo::errorCode(reply.status) != KeloErrorCode::Success)
+    {
+        return std::nullopt;
+    }
+    return std::move(reply.value);
+}
+
+QHash<QString, QString> transactionsByRequest(std::vector<RequestInfo> const& requests)
+{
+    QHash<QString, QString> transactions;
+    for (RequestInfo const& request : requests)
+    {
+        transactions.insert(request.requestId, request.transactionId);
+    }
+    return transactions;
+}
+
+} // namespace
+
+/// What a sweep sends with every call, and what remains to be done once all calls are out.
+struct RequestDetailsRetriever::Dispatch
+{
+    QString installationId;
+    GetRequestDetailsInfo info;
+    std::vector<std::function<void()>> attachments;
+};
+
+RequestDetailsRetriever::RequestDetailsRetriever(TessalyConnectionInterface const& connection)
+    : connection_(connection), mutex_(std::make_shared<std::recursive_mutex>())
+{
+}
+
+RequestDetailsRetriever::~RequestDetailsRetriever() = default;
+
+void RequestDetailsRetriever::setRequestIds(std::vector<std::pair<QString, RequestType>> const& requestIds)
+{
+    std::lock_guard const lock(*mutex_);
+    requestIds_ = requestIds;
+}
+
+void RequestDetailsRetriever::setRequestIds(std::vector<RequestInfo> const& requests)
+{
+    std::lock_guard const lock(*mutex_);
+    requestIds_.clear();
+    for (RequestInfo const& request : requests)
+    {
+        requestIds_.emplace_back(request.requestId, request.requestType);
+    }
+}
+
+void RequestDetailsRetriever::setOnlyActiveRequests(bool onlyActiveRequests)
+{
+    std::lock_guard const lock(*mutex_);
+    onlyActiveRequests_ = onlyActiveRequests;
+}
+
+void RequestDetailsRetriever::execute()
+{
+    startSweep();
+}
+
+bool RequestDetailsRetriever::startSweep()
+{
+    using Interface = TessalyConnectionInterface;
+    Dispatch dispatch;
+    {
+        std::lock_guard const lock(*mutex_);
+        ++sweep_;
+        success_ = true;
+        pendingCalls_ = 0;
+        results_.clear();
+        dispatch.installationId = installationReference();
+        dispatch.info = detailsInfo();
+        request(dispatch, RequestType::DentalScan, &Interface::getDentalScanRequestDetails);
+        request(dispatch, RequestType::LabDesign, &Interface::getLabDesignRequestDetails);
+        request(dispatch, RequestType::TempShell, &Interface::getTempShellRequestDetails);
+        request(dispatch, RequestType::Restoration, &Interface::getRestorationRequestDetails);
+        request(dispatch, RequestType::Template, &Interface::getTemplateRequestDetails);
+        request(dispatch, RequestType::SurgeryPlan, &Interface::getSurgeryPlanRequestDetails);
+        request(dispatch, RequestType::CentralizedRestoration, &Interface::getCentralizedRestorationRequestDetails);
+        request(dispatch, RequestType::Referral, &Interface::getReferralRequestDetails);
+    }
+    // Only now, when the number of calls is final, may a reply that is there already be handled.
+    for (std::function<void()> const& attach : dispatch.attachments)
+    {
+        attach();
+    }
+    return !dispatch.attachments.empty();
+}
+
+template <class Group>
+void RequestDetailsRetriever::request(Dispatch& dispatch, RequestType type, DetailsOperation<Group> operation)
+{
+    QList<QString> ids = getRequestIds(type);
+    if (ids.isEmpty())
+    {
+        return;
+    }
+    dispatch.info.setRequestIds(std::move(ids));
+    Reply<std::vector<Group>> const reply = (connection_.*operation)(dispatch.installationId, dispatch.info);
+    ++pendingCalls_;
+    dispatch.attachments.emplace_back(
+        [this, reply, type, sweep = sweep_]
+        {
+            reply.then(
+                this, [this, type, sweep](Reply<std::vector<Group>> const& finishedReply)
+                { handleDetails(sweep, type, finishedReply); });
+        });
+}
+
+template <class Group>
+void RequestDetailsRetriever::handleDetails(quint64 sweep, RequestType type, Reply<std::vector<Group>> const& reply)
+{
+    auto const mutex = mutex_;
+    std::lock_guard const lock(*mutex);
+    if (sweep != sweep_)
+    {
+        return;
+    }
+    auto const groups = valueOf(reply);
+    if (groups)
+    {
+        collect(*groups, type);
+    }
+    finishCall(groups.has_value());
+}
+
+template <class Group>
+void RequestDetailsRetriever::collect(std::vector<Group> const& groups, RequestType type)
+{
+    using collaboration::details::hasFileOfPartner;
+    for (Group const& group : groups)
+    {
+        for (auto const& entry : group.collaborationRequestDetailInfos)
+        {
+            // A referral that holds nothing from the partner is no news.
+            if (type != RequestType::Referral || hasFileOfPartner(collaboration::details::common(entry)))
+            {
+                results_.push_back(collaboration::details::build(group.partner, entry, type));
+            }
+        }
+    }
+}
+
+void RequestDetailsRetriever::finishCall(bool ok)
+{
+    success_ = success_ && ok;
+    --pendingCalls_;
+    if (pendingCalls_ == 0)
+    {
+        Q_EMIT finished();
+    }
+}
+
+void RequestDetailsRetriever::getUpdates(std::vector<RequestType> const& types, std::vector<RequestInfo>& known)
+{
+    GetRequestsInfo info;
+    info.setOnlyActiveRequests(false);
+    info.setVersionNumber(CollaborationRequestVersion::getVersion());
+    info.setSelectedTypes(types);
+    quint64 poll = 0;
+    {
+        std::lock_guard const lock(*mutex_);
+        poll = ++lastPoll_;
+    }
+    connection_.getRequests(installationReference(), std::move(info))
+        .then(
+            this, [this, poll, known = known](Reply<std::vector<RequestInfo>> const& reply)
+            { handleList(poll, known, reply); });
+}
+
+void RequestDetailsRetriever::handleList(
+    quint64 poll, std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> const& reply)
+{
+    auto const mutex = mutex_;
+    std::lock_guard const lock(*mutex);
+    if (poll < handledPoll_)
+    {
+        return;
+    }
+    handledPoll_ = poll;
+    if (auto const received = valueOf(reply))
+    {
+        handleUpdates(known, *received);
+    }
+    else
+    {
+        Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
+    }
+}
+
+void RequestDetailsRetriever::handleUpdates(
+    std::vector<RequestInfo> const& known, std::vector<RequestInfo> const& received)
+{
+    QHash<QString, QString> const knownTransactions = transactionsByRequest(known);
+    QHash<QString, QString> const receivedTransactions = transactionsByRequest(received);
+    removedRequestIds_.clear();
+    for (RequestInfo const& request : known)
+    {
+        if (!receivedTransactions.contains(request.requestId))
+        {
+            removedRequestIds_.append(request.requestId);
+        }
+    }
+    std::vector<RequestInfo> changed;
+    for (RequestInfo const& request : received)
+    {
+        auto const transaction = knownTransactions.constFind(request.requestId);
+        if (transaction == knownTransactions.constEnd() || *transaction != request.transactionId)
+        {
+            changed.push_back(request);
+        }
+    }
+    setRequestIds(changed);
+    // Nothing has changed, or nothing of a kind that has details: the host still waits for the end.
+    if (!startSweep())
+    {
+        Q_EMIT finished();
+    }
+}
+
+std::vector<ExtendedRequestDetails> RequestDetailsRetriever::getAllRequestDetails() const
+{
+    return results_;
+}
+
+QList<QString> const& RequestDetailsRetriever::getRemovedRequestIds() const
+{
+    return removedRequestIds_;
+}
+
+bool RequestDetailsRetriever::isSuccess() const
+{
+    return success_;
+}
+
+utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::getRestorationRequestDetails(
+    RequestInfo const& request) const
+{
+    return lookUp(
+        request.requestId, RequestType::Restoration, &TessalyConnectionInterface::getRestorationRequestDetails);
+}
+
+utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::getCentralizedRestorationRequestDetails(
+    RequestInfo const& request) const
+{
+    return lookUp(
+        request.requestId, RequestType::CentralizedRestoration,
+        &TessalyConnectionInterface::getCentralizedRestorationRequestDetails);
+}
+
+utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::lookUp(
+    QString requestId, RequestType type, RestorationOperation operation) const
+{
+    GetRequestDetailsInfo info = detailsInfo();
+    info.setRequestIds({requestId});
+    auto const reply = (connection_.*operation)(installationReference(), std::move(info));
+    // The events that run meanwhile may end the retriever's life, and the life of what the caller passed.
+    waitWithEventLoop(reply);
+    for (auto const& group : valueOf(reply).value_or(std::vector<collaboration::RestorationRequestDetail>()))
+    {
+        for (collaboration::RestorationRequest const& entry : group.collaborationRequestDetailInfos)
+        {
+            if (entry.requestDetails.id == requestId)
+            {
+                return collaboration::details::build(group.partner, entry, type);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+QList<QString> RequestDetailsRetriever::getRequestIds(RequestType type) const
+{
+    QList<QString> ids;
+    for (auto const& [id, idType] : requestIds_)
+    {
+        if (idType == type)
+        {
+            ids.append(id);
+        }
+    }
+    return ids;
+}
+
+GetRequestDetailsInfo RequestDetailsRetriever::detailsInfo() const
+{
+    std::lock_guard const lock(*mutex_);
+    return GetRequestDetailsInfo(
+        onlyActiveRequests_, CollaborationRequestVersion::getVersion(), QList<QString>(), RequestType::Unset);
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <KeloCommunicationLib/Export.h>
+#include <KeloCommunicationLib/collaboration/CollaborationRecords.h>
+#include <KeloCommunicationLib/collaboration/ExtendedRequestDetails.h>
+#include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
+#include <platform/utility/Optional.h>
+
+/// Gathers the details of requests of mixed kinds in one sweep, and polls for requests that are new, changed or gone.
+///
+/// Replies are handled in this object's thread, which therefore needs an event loop; nothing is handled once the object
+/// is gone. A sweep that is started while another one runs takes its place: the replies of the older one are ignored.
+///
+/// `execute`, `getUpdates` and the setters may be called from any thread. The results are read in this object's thread
+/// or in a receiver of `finished()`; the getters do not lock. Signals are emitted while the retriever is locked: a
+/// receiver in this object's thread may call everything, start the next sweep and delete the retriever; it must not
+/// wait for another thread that is about to call the retriever.
+class KELO_EXPORT RequestDetailsRetriever : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Uses `connection`, which must outlive the retriever, for every call.
+    explicit RequestDetailsRetriever(TessalyConnectionInterface const& connection);
+    ~RequestDetailsRetriever() override;
+
+    /// The requests of the next sweep.
+    void setRequestIds(std::vector<std::pair<QString, collaboration::RequestType>> const& requestIds);
+    void setRequestIds(std::vector<collaboration::RequestInfo> const& requests);
+    /// Whether sweeps and look-ups ask for active requests only, as they do unless told otherwise; polls always ask for
+    /// all.
+    void setOnlyActiveRequests(bool onlyActiveRequests);
+
+    /// Starts a sweep, which ends with `finished()`. Without a request of a known type nothing is sent and nothing
+    /// emitted.
+    void execute();
+
+    /// Compares the service's list of requests of the given types with `known`, then fetches the details of those that
+    /// are new or have changed. Ends with `finished()`, or with `failed()` when the list cannot be had. `known` is
+    /// copied in this call. A list that arrives after that of a later poll is ignored.
+    void getUpdates(
+        std::vector<collaboration::RequestType> const& types, std::vector<collaboration::RequestInfo>& known);
+
+    /// The details gathered by the last sweep, in the order of arrival.
+    std::vector<collaboration::ExtendedRequestDetails> getAllRequestDetails() const;
+    /// The known requests that the last poll did not find any more.
+    QList<QString> const& getRemovedRequestIds() const;
+    /// False once a call of the last sweep has failed or was cancelled.
+    bool isSuccess() const;
+
+    /// The details of one restoration request; nothing when the call fails, is cancelled or does not find it. The
+    /// calling thread goes on with its events while it waits.
+    utility::Optional<collaboration::ExtendedRequestDetails> getRestorationRequestDetails(
+        collaboration::RequestInfo const& request) const;
+    /// As above, of one centralized restoration request.
+    utility::Optional<collaboration::ExtendedRequestDetails> getCentralizedRestorationRequestDetails(
+        collaboration::RequestInfo const& request) const;
+
+Q_SIGNALS:
+    /// The sweep is over, whether its calls succeeded or not; emitted once a sweep.
+    void finished();
+    /// The list of requests could not be had; results and request ids are as before.
+    void failed(QString const& message);
+    /// Never emitted; the ids are read with `getRemovedRequestIds()`.
+    void removed(QList<QString> const& requestIds);
+
+private:
+    template <class T>
+    using Reply = TessalyConnectionInterface::Reply<T>;
+    template <class Group>
+    using DetailsOperation =
+        Reply<std::vector<Group>> (TessalyConnectionInterface::*)(QString const&, GetRequestDetailsInfo) const;
+    using RestorationOperation = DetailsOperation<collaboration::RestorationRequestDetail>;
+    struct Dispatch;
+
+    /// Starts a sweep; false if there was nothing to send.
+    bool startSweep();
+    template <class Group>
+    void request(Dispatch& dispatch, collaboration::RequestType type, DetailsOperation<Group> operation);
+    template <class Group>
+    void handleDetails(quint64 sweep, collaboration::RequestType type, Reply<std::vector<Group>> const& reply);
+    template <class Group>
+    void collect(std::vector<Group> const& groups, collaboration::RequestType type);
+    void handleList(
+        quint64 poll, std::vector<collaboration::RequestInfo> const& known,
+        Reply<std::vector<collaboration::RequestInfo>> const& reply);
+    void handleUpdates(
+        std::vector<collaboration::RequestInfo> const& known, std::vector<collaboration::RequestInfo> const& received);
+    void finishCall(bool ok);
+    QList<QString> getRequestIds(collaboration::RequestType type) const;
+    GetRequestDetailsInfo detailsInfo() const;
+    utility::Optional<collaboration::ExtendedRequestDetails> lookUp(
+        QString requestId, collaboration::RequestType type, RestorationOperation operation) const;
+
+    std::vector<std::pair<QString, collaboration::RequestType>> requestIds_;
+    TessalyConnectionInterface const& connection_;
+    bool onlyActiveRequests_ = true;
+    bool success_ = true;
+    /// Recursive, so that receivers of the signals may call the retriever; shared, so that they may delete it.
+    std::shared_ptr<std::recursive_mutex> mutex_;
+    unsigned int pendingCalls_ = 0;
+    std::vector<collaboration::ExtendedRequestDetails> results_;
+    QList<QString> removedRequestIds_;
+    quint64 sweep_ = 0;       ///< number of the sweep whose replies count
+    quint64 lastPoll_ = 0;    ///< number of the latest poll
+    quint64 handledPoll_ = 0; ///< number of the latest poll whose list was handled
+};

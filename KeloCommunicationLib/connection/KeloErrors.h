@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <KeloCommunicationLib/Export.h>
+#include <KeloCommunicationLib/connection/KeloErrorCode.h>
+#include <platform/rest/RestReply.h>
+
+namespace kelo
+{
+
+/// The code of a call's outcome: `Success` for kind 0, `NoConnection` for kind 1, else the service's own code.
+KELO_EXPORT KeloErrorCode errorCode(rest::RestReplyStatus const& status);
+
+/// The outcome as one line for logs and users: "(code) message", with the status's own code and message.
+KELO_EXPORT QString errorMessage(rest::RestReplyStatus const& status);
+
+} // namespace kelo

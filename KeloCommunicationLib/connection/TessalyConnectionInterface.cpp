@@ -1,0 +1,3 @@
+#include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
+
+TessalyConnectionInterface::~TessalyConnectionInterface() = default;

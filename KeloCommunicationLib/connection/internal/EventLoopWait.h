@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QObject>
+
+#include <platform/threading/Future.h>
+#include <platform/threading/WaitDriver.h>
+
+/// Waits until the future is finished, cancelled included, while the calling thread goes on with its events. Without an
+/// application object, or on a thread whose work the future may depend on, it waits as `Future::wait` does.
+template <class T>
+void waitWithEventLoop(threading::Future<T> const& future)
+{
+    if (QCoreApplication::instance() == nullptr || threading::WaitDriver::current() != nullptr)
+    {
+        future.wait();
+        return;
+    }
+    QEventLoop loop;
+    QObject::connect(
+        future.sharedStateSignals(), &threading::impl::SharedStateSignals::finished, &loop, &QEventLoop::quit,
+        Qt::QueuedConnection);
+    if (!future.isFinished())
+    {
+        loop.exec();
+    }
+    // A quitting application ends all loops at once, but the answer is still owed to the caller.
+    while (!future.isFinished())
+    {
+        loop.processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}

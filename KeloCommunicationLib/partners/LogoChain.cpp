@@ -1,0 +1,63 @@
+#include <KeloCommunicationLib/partners/internal/LogoChain.h>
+
+#include <QBuffer>
+#include <QDebug>
+#include <QImageReader>
+#include <QMessageLogger>
+
+namespace logos
+{
+
+namespace
+{
+
+/// Logos come from outside: a few bytes can claim an image of gigabytes.
+constexpr qint64 mostPixels = qint64{4096} * 4096;
+
+bool isSane(QSize size)
+{
+    return !size.isEmpty() && qint64{size.width()} * size.height() <= mostPixels;
+}
+
+QImage imageIn(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    if (!isSane(reader.size()))
+    {
+        return QImage();
+    }
+    // An icon may hold a larger image than it claims, up to Qt's own limit for one image.
+    QImage image = reader.read();
+    return isSane(image.size()) ? image : QImage();
+}
+
+} // namespace
+
+Partner partnerOf(PartnerInfo const& partner)
+{
+    return {partner.getId(), partner.getName()};
+}
+
+Partner partnerOf(PartnerCaseInfo const& partnerCase)
+{
+    return {partnerCase.getPartnerId(), partnerCase.getPartnerName()};
+}
+
+utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner)
+{
+    if (body.isEmpty())
+    {
+        return std::nullopt;
+    }
+    QImage image = imageIn(QByteArray::fromBase64(body));
+    if (image.isNull())
+    {
+        QMessageLogger().warning() << "Failed to download logo for Partner:" << partner.name << partner.id;
+        return std::nullopt;
+    }
+    return image;
+}
+
+} // namespace logos

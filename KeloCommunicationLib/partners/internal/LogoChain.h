@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <QByteArray>
+#include <QString>
+
+#include <KeloCommunicationLib/partners/PartnerRecords.h>
+#include <platform/rest/RestReply.h>
+#include <platform/threading/Future.h>
+#include <platform/utility/Optional.h>
+
+/// How the records of a list reply get their partners' logos.
+namespace logos
+{
+
+/// The partner whose logo a record shows.
+struct Partner
+{
+    QString id;
+    QString name;
+};
+
+Partner partnerOf(PartnerInfo const& partner);
+Partner partnerOf(PartnerCaseInfo const& partnerCase);
+
+/// The image in `body`, the service's Base64 text. Empty when there is none: silently for an empty body, which stands
+/// for a failed request, with a warning that names the partner for one that cannot be decoded or claims more pixels
+/// than any logo has. An image that was cut short is a logo as far as its decoder takes it: PNG not at all, JPEG and
+/// BMP with the rest blank.
+utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner);
+
+/// Starts the request for a partner's logo.
+using Source = std::function<threading::Future<QByteArray>(QString const& partnerId)>;
+
+template <class Record>
+using ListReply = rest::RestReply<std::vector<Record>>;
+
+/// Requests the logos of all records at once. The returned future finishes with the reply once the last of them is
+/// finished, whatever became of it; cancelling it cancels the requests. Must not be called for a failed reply.
+template <class Record>
+void fetchAll(ListReply<Record> list, Source const& source, threading::Promise<ListReply<Record>> promise)
+{
+    auto const reply = std::make_shared<ListReply<Record>>(std::move(list));
+    std::vector<threading::Future<QByteArray>> requests;
+    std::vector<threading::Future<void>> stored;
+    for (std::size_t index = 0; index < reply->value.size(); ++index)
+    {
+        Partner const partner = partnerOf(reply->value[index]);
+        requests.push_back(source(partner.id));
+        // Each completion touches its own element only, so that they may run on several threads.
+        stored.push_back(requests.back().then(
+            [reply, index, partner](QByteArray const& body)
+            {
+                if (auto const logo = decode(body, partner))
+                {
+                    reply->value[index].setLogo(*logo);
+                }
+            }));
+    }
+    // Runs at once if the consumer gave up while the requests were being started.
+    promise.onCancel(
+        [requests = std::move(requests)]
+        {
+            for (auto const& request : requests)
+            {
+                request.cancel();
+            }
+        });
+    using Stored = std::vector<threading::Future<void>>;
+    threading::whenAll(std::move(stored))
+        .then([reply, promise = std::move(promise)](Stored const&) mutable { promise.setValue(std::move(*reply)); });
+}
+
+/// The reply of `list` with the logos of its records; a reply without success as it is. Cancelling the returned future
+/// cancels the list request and the logo requests.
+template <class Record>
+threading::Future<ListReply<Record>> addTo(threading::Future<ListReply<Record>> const& list, Source source)
+{
+    threading::Promise<ListReply<Record>> promise;
+    auto const result = promise.future();
+    promise.onCancel([list] { list.cancel(); });
+    list.then(
+        [source = std::move(source),
+         promise = std::move(promise)](threading::Future<ListReply<Record>> const& finished) mutable
+        {
+            if (finished.isCanceled())
+            {
+                promise.cancel();
+            }
+            else if (ListReply<Record> reply = finished.get(); reply.status.kind != 0)
+            {
+                promise.setValue(std::move(reply));
+            }
+            else
+            {
+                fetchAll(std::move(reply), source, std::move(promise));
+            }
+        });
+    return result;
+}
+
+} // namespace logos

@@ -1,0 +1,168 @@
+#include "cli/Context.h"
+
+#include <utility>
+
+#include <QJsonDocument>
+
+#include <KeloCommunicationLib/connection/KeloErrorParser.h>
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+#include <KeloCommunicationLib/json/JsonSerializer.h>
+#include <platform/core/HostEnvironment.h>
+
+#include "cli/Input.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+QString givenOr(QString const& given, QString const& fallback)
+{
+    return given.isNull() ? fallback : given;
+}
+
+/// The service's address. What may hold a password is not repeated in the message.
+QUrl serviceUrl(QString const& text)
+{
+    if (text.isEmpty())
+    {
+        throw badInput(u"No service address: give --url or set KELO_API_URL."_s);
+    }
+    QUrl url(text, QUrl::StrictMode);
+    bool const mayHoldSecret = text.contains(u'@');
+    QString const name = mayHoldSecret ? u"The URL"_s : u"The URL \"%1\""_s.arg(text);
+    if (mayHoldSecret && (!url.isValid() || !url.userInfo().isEmpty() || url.authority().contains(u'@')))
+    {
+        throw badInput(u"The URL holds a user name or password: use --user and KELO_PASSWORD instead."_s);
+    }
+    if (!url.isValid())
+    {
+        throw badInput(name + u" is malformed: %1."_s.arg(url.errorString().section(u';', 0, 0)));
+    }
+    if (url.scheme() != "http"_L1 && url.scheme() != "https"_L1)
+    {
+        throw badInput(name + u" does not begin with http:// or https://."_s);
+    }
+    if (url.host().isEmpty())
+    {
+        throw badInput(name + u" names no host."_s);
+    }
+    if (url.hasQuery() || url.hasFragment())
+    {
+        throw badInput(name + u" must end with its path: no query, no fragment."_s);
+    }
+    return url;
+}
+
+bool hasShape(QByteArray const& body, Shape shape)
+{
+    auto const document = QJsonDocument::fromJson(body);
+    switch (shape)
+    {
+    case Shape::Object:
+        return document.isObject();
+    case Shape::List:
+        return jsonSerializer::implementation::listIn(document).has_value();
+    case Shape::Anything:
+        break;
+    }
+    return true;
+}
+
+rest::RestReplyStatus statusOf(rest::TraceData const& exchange)
+{
+    int const classification = exchange.httpStatus == 0 || !exchange.error.isEmpty() ? 2
+                               : exchange.httpStatus / 100 == 2                      ? 0
+                                                                                     : 1;
+    return KeloErrorParser().parse(std::make_shared<rest::NetworkReply<QJsonDocument>>(
+        exchange.httpStatus, classification, exchange.httpStatus, exchange.error,
+        QJsonDocument::fromJson(exchange.responseBody)));
+}
+
+} // namespace
+
+Context::Context(CommonOptions const& options) : output_(options.json)
+{
+    auto environment = core::hostEnvironment();
+    url_ = serviceUrl(givenOr(options.url, qEnvironmentVariable("KELO_API_URL")));
+    user_ = givenOr(options.user, environment.username);
+    if (options.installation.isNull() && !qEnvironmentVariableIsSet("KELO_INSTALLATION"))
+    {
+        throw badInput(u"No installation: give --installation or set KELO_INSTALLATION."_s);
+    }
+    installation_ = identifier("installation", givenOr(options.installation, environment.installationReference({})));
+    if (!options.traceFile.isNull())
+    {
+        trace_ = std::make_unique<HarFile>(options.traceFile);
+    }
+    environment.installationReference = [installation = installation_](QString const&) { return installation; };
+    core::setHostEnvironment(std::move(environment));
+    TessalyConnectionBase::m_callback = [log = exchanges_](rest::TraceData const& exchange) { log->add(exchange); };
+    connection_ =
+        TessalyConnection::makeConnection(url_, user_, givenOr(options.password, core::hostEnvironment().password));
+}
+
+void Context::checkNewExchanges(Shape shape, std::optional<std::size_t> count) const
+{
+    auto exchanges = exchanges_->takeNew();
+    if (count && exchanges.size() > *count)
+    {
+        exchanges.resize(*count);
+    }
+    for (auto const& exchange : exchanges)
+    {
+        checkStatus(statusOf(exchange));
+        if (!hasShape(exchange.responseBody, shape))
+        {
+            throw Failure(
+                ExitCode::NoConnection,
+                u"%1 answered with something that the KELO service does not send; is the URL right?"_s.arg(
+                    url_.toDisplayString()));
+        }
+    }
+}
+
+Failure Context::unfinished() const
+{
+    return {ExitCode::NoConnection, u"The call to %1 was abandoned."_s.arg(url_.toDisplayString())};
+}
+
+void Context::writeTrace()
+{
+    if (trace_)
+    {
+        trace_->write(exchanges_->all());
+    }
+}
+
+void Context::checkStatus(rest::RestReplyStatus const& status) const
+{
+    if (status.kind == 0)
+    {
+        return;
+    }
+    QString const service = url_.toDisplayString();
+    if (status.kind == 1)
+    {
+        throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(service, status.message));
+    }
+    if (status.httpStatus == 401)
+    {
+        QString const advice = user_.isEmpty() ? u"The service asks for a user name and password"_s
+                                               : u"The service does not accept the user name or the password"_s;
+        throw Failure(ExitCode::ServiceError, u"%1: %2"_s.arg(advice, kelo::errorMessage(status)));
+    }
+    if (kelo::errorCode(status) == KeloErrorCode::UnreadableError && status.message.isEmpty())
+    {
+        throw Failure(
+            ExitCode::NoConnection,
+            u"%1 answered with HTTP status %2 and no message of the KELO service; is the URL right?"_s.arg(service).arg(
+                status.httpStatus));
+    }
+    throw Failure(ExitCode::ServiceError, kelo::errorMessage(status));
+}
+
+} // namespace cli

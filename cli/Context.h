@@ -1,0 +1,117 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <vector>
+
+#include <QString>
+#include <QUrl>
+
+#include <KeloCommunicationLib/connection/TessalyConnection.h>
+#include <platform/rest/RestReply.h>
+#include <platform/threading/Future.h>
+
+#include "cli/ExchangeLog.h"
+#include "cli/HarTrace.h"
+#include "cli/Outcome.h"
+#include "cli/Output.h"
+
+namespace cli
+{
+
+/// The options that every command has. A null text was not given, and the environment's value counts.
+struct CommonOptions
+{
+    QString url;
+    QString user;
+    QString password;
+    QString installation;
+    QString traceFile;
+    bool json = false;
+};
+
+/// What an answer must be like to be taken for one of the service's.
+enum class Shape : int
+{
+    Anything,
+    Object,
+    List
+};
+
+/// Where a command runs: the connection, the installation and the way results and failures are shown.
+class Context
+{
+public:
+    /// Checks the options and throws a Failure for the first mistake. Nothing is sent.
+    explicit Context(CommonOptions const& options);
+
+    TessalyConnection& connection() const { return *connection_; }
+
+    QString const& installation() const { return installation_; }
+
+    /// Who acts, in the bodies that name a user.
+    QString const& user() const { return user_; }
+
+    Output const& output() const { return output_; }
+
+    /// Waits for the reply of a call and returns its value; throws a Failure when there is none.
+    template <class T>
+    T valueOf(threading::Future<rest::RestReply<T>> const& future) const
+    {
+        rest::RestReply<T> const reply = finished(future).get();
+        checkStatus(reply.status);
+        checkNewExchanges(shapeOf<T>, 1);
+        if constexpr (!std::is_void_v<T>)
+        {
+            return reply.value;
+        }
+    }
+
+    /// Waits until the call is finished; throws a Failure when it was abandoned.
+    template <class T>
+    threading::Future<T> const& finished(threading::Future<T> const& future) const
+    {
+        future.wait();
+        if (future.isCanceled())
+        {
+            throw unfinished();
+        }
+        return future;
+    }
+
+    /// Throws a Failure if the exchanges since the last check (or only the first `count` of them) hold one that failed
+    /// or was answered in another shape: a service that is not the wanted one must not pass for one without data.
+    void checkNewExchanges(Shape shape, std::optional<std::size_t> count = std::nullopt) const;
+    /// The Failure of a call that ended without an outcome.
+    Failure unfinished() const;
+
+    /// Writes the trace, if one is wanted.
+    void writeTrace();
+
+private:
+    template <class T>
+    struct IsVector : std::false_type
+    {
+    };
+    template <class T>
+    struct IsVector<std::vector<T>> : std::true_type
+    {
+    };
+    template <class T>
+    static constexpr Shape shapeOf = std::is_void_v<T>    ? Shape::Anything
+                                     : IsVector<T>::value ? Shape::List
+                                                          : Shape::Object;
+
+    void checkStatus(rest::RestReplyStatus const& status) const;
+
+    QUrl url_;
+    QString user_;
+    QString installation_;
+    Output output_;
+    std::unique_ptr<HarFile> trace_;
+    std::shared_ptr<ExchangeLog> exchanges_ = std::make_shared<ExchangeLog>();
+    std::unique_ptr<TessalyConnection> connection_;
+};
+
+} // namespace cli

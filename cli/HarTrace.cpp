@@ -1,0 +1,167 @@
+#include "cli/HarTrace.h"
+
+#include "cli/Outcome.h"
+
+#include <algorithm>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStringDecoder>
+#include <QUrlQuery>
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+double milliseconds(std::chrono::microseconds duration)
+{
+    return static_cast<double>(duration.count()) / 1000;
+}
+
+/// The format's mark for a phase that the exchange did not pass is -1.
+double optionalMilliseconds(std::chrono::microseconds duration)
+{
+    return duration.count() == 0 ? -1 : milliseconds(duration);
+}
+
+QJsonArray headersJson(rest::Headers const& headers)
+{
+    QJsonArray array;
+    for (auto const& [name, value] : headers)
+    {
+        array.append(QJsonObject{{u"name"_s, QString::fromLatin1(name)}, {u"value"_s, QString::fromLatin1(value)}});
+    }
+    return array;
+}
+
+QString headerValue(rest::Headers const& headers, QByteArray const& wanted)
+{
+    auto const found = std::find_if(
+        headers.begin(), headers.end(),
+        [&wanted](auto const& header) { return header.first.compare(wanted, Qt::CaseInsensitive) == 0; });
+    return found == headers.end() ? QString() : QString::fromLatin1(found->second);
+}
+
+void addText(QJsonObject& json, QByteArray const& bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString const text = decoder(bytes);
+    json.insert(u"text"_s, decoder.hasError() ? QString::fromLatin1(bytes.toBase64()) : text);
+    if (decoder.hasError())
+    {
+        json.insert(u"encoding"_s, u"base64"_s);
+    }
+}
+
+QJsonObject requestJson(rest::TraceData const& exchange)
+{
+    QJsonArray query;
+    for (auto const& [name, value] : QUrlQuery(exchange.url).queryItems(QUrl::FullyDecoded))
+    {
+        query.append(QJsonObject{{u"name"_s, name}, {u"value"_s, value}});
+    }
+    QJsonObject json{
+        {u"method"_s, QString::fromLatin1(exchange.method)},
+        {u"url"_s, exchange.url.toString(QUrl::FullyEncoded)},
+        {u"httpVersion"_s, u"HTTP"_s},
+        {u"cookies"_s, QJsonArray()},
+        {u"headers"_s, headersJson(exchange.requestHeaders)},
+        {u"queryString"_s, query},
+        {u"headersSize"_s, -1},
+        {u"bodySize"_s, exchange.requestBody.size()}};
+    if (!exchange.requestBody.isEmpty())
+    {
+        QJsonObject body{{u"mimeType"_s, headerValue(exchange.requestHeaders, "Content-Type")}};
+        addText(body, exchange.requestBody);
+        json.insert(u"postData"_s, body);
+    }
+    return json;
+}
+
+QJsonObject responseJson(rest::TraceData const& exchange)
+{
+    QJsonObject content{
+        {u"size"_s, exchange.responseBody.size()},
+        {u"mimeType"_s, headerValue(exchange.responseHeaders, "Content-Type")}};
+    addText(content, exchange.responseBody);
+    return {
+        {u"status"_s, exchange.httpStatus},
+        {u"statusText"_s, QString()},
+        {u"httpVersion"_s, u"HTTP"_s},
+        {u"cookies"_s, QJsonArray()},
+        {u"headers"_s, headersJson(exchange.responseHeaders)},
+        {u"content"_s, content},
+        {u"redirectURL"_s, QString()},
+        {u"headersSize"_s, -1},
+        {u"bodySize"_s, -1},
+        {u"_error"_s, exchange.error}};
+}
+
+QJsonObject timingsJson(rest::TraceData::Phases const& phases)
+{
+    return {
+        {u"blocked"_s, milliseconds(phases.queued)},
+        {u"dns"_s, optionalMilliseconds(phases.nameLookUp)},
+        {u"connect"_s,
+         optionalMilliseconds(phases.connect + phases.tlsHandshake)}, // the format counts TLS in here, too
+        {u"ssl"_s, optionalMilliseconds(phases.tlsHandshake)},
+        {u"send"_s, milliseconds(phases.send)},
+        {u"wait"_s, milliseconds(phases.wait)},
+        {u"receive"_s, milliseconds(phases.receive)}};
+}
+
+QJsonObject entryJson(rest::TraceData const& exchange)
+{
+    auto const& phases = exchange.phases;
+    auto const total = phases.queued + phases.nameLookUp + phases.connect + phases.tlsHandshake + phases.send
+                       + phases.wait + phases.receive;
+    return {
+        {u"startedDateTime"_s, exchange.startTime.toString(Qt::ISODateWithMs)},
+        {u"time"_s, milliseconds(total)},
+        {u"request"_s, requestJson(exchange)},
+        {u"response"_s, responseJson(exchange)},
+        {u"cache"_s, QJsonObject()},
+        {u"timings"_s, timingsJson(phases)}};
+}
+
+} // namespace
+
+QJsonObject toHar(std::vector<rest::TraceData> const& exchanges)
+{
+    auto ordered = exchanges;
+    std::stable_sort(
+        ordered.begin(), ordered.end(),
+        [](auto const& left, auto const& right) { return left.startTime < right.startTime; });
+    QJsonArray entries;
+    for (auto const& exchange : ordered)
+    {
+        entries.append(entryJson(exchange));
+    }
+    QJsonObject const creator{{u"name"_s, u"kelo"_s}, {u"version"_s, QStringLiteral(KELO_VERSION)}};
+    return {{u"log"_s, QJsonObject{{u"version"_s, u"1.2"_s}, {u"creator"_s, creator}, {u"entries"_s, entries}}}};
+}
+
+HarFile::HarFile(QString const& path) : file_(path)
+{
+    if (!file_.open(QIODevice::WriteOnly))
+    {
+        throw badInput(u"Cannot write the trace file \"%1\": %2."_s.arg(path, file_.errorString()));
+    }
+    // The bodies hold patients' data.
+    file_.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
+void HarFile::write(std::vector<rest::TraceData> const& exchanges)
+{
+    file_.write(QJsonDocument(toHar(exchanges)).toJson());
+    if (!file_.commit())
+    {
+        throw badInput(u"Cannot write the trace file \"%1\": %2."_s.arg(file_.fileName(), file_.errorString()));
+    }
+}
+
+} // namespace cli

@@ -1,0 +1,171 @@
+#include "cli/Input.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include <QFileInfo>
+
+#include "cli/Outcome.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+// The place of a name is the number that goes over the wire.
+constexpr std::array typeNames{
+    "DentalScan", "LabDesign", "TempShell", "Template", "Restoration", "SurgeryPlan", "CentralizedRestoration",
+    "Referral"};
+constexpr std::array connectionStatusNames{"Created",  "InvitationSent",    "Accepted", "Connected",
+                                           "Rejected", "RejectionNotified", "Stopped"};
+constexpr std::array genderNames{"NotSet", "Male", "Female", "Other"};
+
+QString listOf(std::span<char const* const> names)
+{
+    QStringList list;
+    for (char const* const name : names)
+    {
+        list << QString::fromLatin1(name);
+    }
+    return list.join(", "_L1);
+}
+
+int numberOf(char const* what, std::span<char const* const> names, QString const& text)
+{
+    auto const found = std::find_if(
+        names.begin(), names.end(),
+        [&text](char const* name) { return text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0; });
+    if (found != names.end())
+    {
+        return static_cast<int>(found - names.begin());
+    }
+    bool isNumber = false;
+    int const number = text.toInt(&isNumber);
+    if (!isNumber || number < 0 || number >= static_cast<int>(names.size()))
+    {
+        throw badInput(u"Unknown %1 \"%2\": it is one of %3, or its number from 0."_s.arg(
+            QLatin1String(what), text, listOf(names)));
+    }
+    return number;
+}
+
+QString nameAt(std::span<char const* const> names, int number)
+{
+    auto const index = static_cast<std::size_t>(number);
+    return number >= 0 && index < names.size() ? QString::fromLatin1(names[index]) : QString::number(number);
+}
+
+FileDescription describeFile(QString const& path, int chunkSize)
+{
+    QFileInfo const file(path);
+    if (!file.exists())
+    {
+        throw badInput(u"There is no file \"%1\"."_s.arg(path));
+    }
+    auto const description =
+        file.isFile() ? FileDescription::create(file, static_cast<unsigned long long>(chunkSize)) : std::nullopt;
+    if (!description)
+    {
+        throw badInput(u"Cannot open \"%1\": it must be a file that can be read and written."_s.arg(path));
+    }
+    return *description;
+}
+
+} // namespace
+
+QString identifier(char const* what, QString const& text)
+{
+    if (text.isEmpty())
+    {
+        throw badInput(u"The %1 is empty."_s.arg(QLatin1String(what)));
+    }
+    static QString const forbidden = u"/\\?#%&+"_s;
+    bool const isBad = std::any_of(
+        text.begin(), text.end(),
+        [](QChar character) { return forbidden.contains(character) || character.isSpace() || !character.isPrint(); });
+    if (isBad || text == "."_L1 || text == ".."_L1)
+    {
+        throw badInput(u"The %1 \"%2\" holds characters that no id has."_s.arg(QLatin1String(what), text));
+    }
+    return text;
+}
+
+collaboration::RequestType requestType(QString const& text)
+{
+    return static_cast<collaboration::RequestType>(numberOf("request type", typeNames, text));
+}
+
+std::vector<collaboration::RequestType> requestTypes(QStringList const& texts)
+{
+    std::vector<collaboration::RequestType> types;
+    std::transform(texts.begin(), texts.end(), std::back_inserter(types), requestType);
+    return types;
+}
+
+QString nameOf(collaboration::RequestType type)
+{
+    return nameAt(typeNames, static_cast<int>(type));
+}
+
+ConnectionStatus connectionStatus(QString const& text)
+{
+    return static_cast<ConnectionStatus>(numberOf("connection status", connectionStatusNames, text));
+}
+
+QString nameOf(ConnectionStatus status)
+{
+    return status == ConnectionStatus::Unknown ? u"Unknown"_s : nameAt(connectionStatusNames, static_cast<int>(status));
+}
+
+PatientGender::Gender gender(QString const& text)
+{
+    return text.isEmpty() ? PatientGender::NotSet
+                          : static_cast<PatientGender::Gender>(numberOf("gender", genderNames, text));
+}
+
+QDate day(char const* what, QString const& text)
+{
+    auto const date = QDate::fromString(text, u"yyyy-MM-dd"_s);
+    if (!text.isEmpty() && !date.isValid())
+    {
+        throw badInput(u"The %1 \"%2\" is no date of the form 2026-12-31."_s.arg(QLatin1String(what), text));
+    }
+    return date;
+}
+
+std::vector<FileDescription> describeFiles(QStringList const& paths, int chunkSize)
+{
+    if (chunkSize <= 0)
+    {
+        throw badInput(u"The chunk size %1 is not positive."_s.arg(chunkSize));
+    }
+    std::vector<FileDescription> files;
+    for (QString const& path : paths)
+    {
+        files.push_back(describeFile(path, chunkSize));
+    }
+    return files;
+}
+
+std::vector<CreateRestorationRequestInfo::ImplantConnection> implants(QStringList const& texts)
+{
+    std::vector<CreateRestorationRequestInfo::ImplantConnection> list;
+    for (QString const& text : texts)
+    {
+        bool isNumber = false;
+        int const tooth = text.section(u':', -1).toInt(&isNumber);
+        QString const id = text.section(u':', 0, -2);
+        if (!isNumber || tooth <= 0 || id.isEmpty())
+        {
+            throw badInput(u"The implant \"%1\" is not of the form ID:TOOTH."_s.arg(text));
+        }
+        list.push_back({.implantConnectionId = id, .toothNumber = tooth});
+    }
+    return list;
+}
+
+} // namespace cli

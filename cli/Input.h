@@ -1,0 +1,43 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <QDate>
+#include <QString>
+#include <QStringList>
+
+#include <KeloCommunicationLib/collaboration/ConnectionRecords.h>
+#include <KeloCommunicationLib/collaboration/RequestTypes.h>
+#include <KeloCommunicationLib/collaboration/RestorationRecords.h>
+
+/// Texts of the command line to values. Every function throws a Failure that names a text it cannot take.
+namespace cli
+{
+
+/// An id that fills a place in a path: not empty, and without the characters that would make it another path.
+QString identifier(char const* what, QString const& text);
+
+/// A kind of request by its name, in any case, or its number.
+collaboration::RequestType requestType(QString const& text);
+std::vector<collaboration::RequestType> requestTypes(QStringList const& texts);
+QString nameOf(collaboration::RequestType type);
+
+/// A state of a partner connection by its name, in any case, or its number.
+ConnectionStatus connectionStatus(QString const& text);
+QString nameOf(ConnectionStatus status);
+
+/// A gender by its name, in any case; none for an empty text.
+PatientGender::Gender gender(QString const& text);
+
+/// A day in the form 2026-12-31; an invalid date for an empty text.
+QDate day(char const* what, QString const& text);
+
+/// What the service wants to know of a file that will be uploaded.
+using FileDescription = CreateRestorationRequestInfo::NewFileInfo;
+std::vector<FileDescription> describeFiles(QStringList const& paths, int chunkSize);
+
+/// Implant connections in the form ID:TOOTH.
+std::vector<CreateRestorationRequestInfo::ImplantConnection> implants(QStringList const& texts);
+
+} // namespace cli

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+
+namespace cli
+{
+
+/// The text with control and direction-changing characters, line breaks included, written as escapes: what a service
+/// sends must not steer the terminal.
+QString printable(QString const& text);
+
+/// Rows below a header, columns aligned by the width that the terminal gives each character. Cells are made printable.
+QString tableText(QStringList const& header, std::vector<QStringList> const& rows);
+
+/// One "Name  value" line each; empty values are left out. Values are made printable.
+QString fieldsText(std::vector<std::pair<QString, QString>> const& fields);
+
+/// Standard output, in one of two forms.
+class Output
+{
+public:
+    explicit Output(bool json) : json_(json) {}
+
+    /// Writes `json` if the user asked for JSON, else `text`. Throws a Failure when standard output cannot be written.
+    void show(QJsonValue const& json, QString const& text) const;
+
+private:
+    bool json_;
+};
+
+/// Writes "kelo: message" as one line to standard error.
+void writeError(QString const& message);
+
+} // namespace cli

@@ -1,0 +1,28 @@
+#include "cli/commands/Commands.h"
+
+#include <platform/core/HostInfo.h>
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+#include "cli/RequestView.h"
+
+namespace cli
+{
+
+Action requestsList(Arguments& arguments)
+{
+    auto const types = arguments.texts("--type", "Only these types, by name or number");
+    auto const all = arguments.flag("--all", "Closed requests, too");
+    return [=](Context const& context)
+    {
+        GetRequestsInfo info;
+        info.setOnlyActiveRequests(!*all);
+        info.setVersionNumber(CollaborationRequestVersion::getVersion());
+        info.setSelectedTypes(requestTypes(*types));
+        auto const requests = context.valueOf(context.connection().getRequests(context.installation(), info));
+        context.output().show(listJson(requests), listText(requests));
+    };
+}
+
+} // namespace cli

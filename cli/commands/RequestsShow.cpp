@@ -1,0 +1,22 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+#include "cli/RequestLookup.h"
+#include "cli/RequestView.h"
+
+namespace cli
+{
+
+Action requestsShow(Arguments& arguments)
+{
+    auto const id = arguments.requiredText("REQUEST", "The request's id");
+    return [=](Context const& context)
+    {
+        auto const request = requestDetails(context, identifier("request id", *id));
+        context.output().show(detailsJson(request), detailsText(request));
+    };
+}
+
+} // namespace cli

@@ -1,0 +1,172 @@
+#include <CLI/CLI.hpp>
+
+#include <clocale>
+#include <memory>
+#include <string>
+
+#include <QCoreApplication>
+#include <QString>
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/commands/Commands.h"
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+using cli::Value;
+
+constexpr auto exitCodes = "Exit codes: 0 success, 1 the service answered with an error, 2 a mistake in what was asked "
+                           "for (nothing is sent),\n"
+                           "3 no connection or no usable answer.\n"
+                           "Settings may come from KELO_API_URL, KELO_USERNAME, KELO_PASSWORD, KELO_INSTALLATION and\n"
+                           "KELO_COLLABORATION_VERSION.";
+
+/// The options before or after any command.
+class CommonArguments
+{
+public:
+    explicit CommonArguments(cli::Arguments&& arguments)
+        : url_(arguments.text("--url", "Address of the KELO service; else KELO_API_URL")),
+          user_(arguments.text("--user", "User name; else KELO_USERNAME")),
+          password_(
+              arguments.text("--password", "Password; better given in KELO_PASSWORD, which other users cannot see")),
+          installation_(arguments.text("--installation", "The account's installation; else KELO_INSTALLATION")),
+          trace_(arguments.text(
+              "--trace", "Records the exchanges in this HAR file: secrets redacted, bodies (patients' data!) not")),
+          json_(arguments.flag("--json", "JSON for programs instead of tables for people")),
+          verbose_(arguments.flag("--verbose", "Shows the library's own log lines on standard error"))
+    {
+    }
+
+    cli::CommonOptions options() const
+    {
+        return {
+            .url = *url_,
+            .user = *user_,
+            .password = *password_,
+            .installation = *installation_,
+            .traceFile = *trace_,
+            .json = *json_};
+    }
+
+    bool isVerbose() const { return *verbose_; }
+
+private:
+    Value<QString> url_, user_, password_, installation_, trace_;
+    Value<bool> json_, verbose_;
+};
+
+/// Adds the command; when the command line calls it, `action` is set.
+void addCommand(CLI::App& app, cli::Command const& command, cli::Action& action)
+{
+    std::string const path = command.path;
+    auto const space = path.find(' ');
+    CLI::App& parent = space == std::string::npos ? app : *app.get_subcommand(path.substr(0, space));
+    CLI::App& own = *parent.add_subcommand(path.substr(space == std::string::npos ? 0 : space + 1), command.summary);
+    own.footer(std::string("Example:\n  ") + command.example + "\n\nOptions that all commands have: kelo --help");
+    cli::Arguments arguments(own);
+    own.callback([&action, declared = command.declare(arguments)] { action = declared; });
+}
+
+/// One sentence for a command line that cannot be read. Of words that nobody asked for only the first is named, without
+/// a value: what follows a mistyped option may be a password.
+QString mistake(CLI::App const& app, CLI::ParseError const& error)
+{
+    QString text = QString::fromStdString(error.what());
+    if (auto const words = app.remaining(true); !words.empty())
+    {
+        text = u"Unknown option or argument \"%1\""_s.arg(QString::fromStdString(words.front()).section(u'=', 0, 0));
+    }
+    return text + u"; see --help."_s;
+}
+
+/// Runs the action; the trace is written whether it succeeds or not.
+void run(cli::Action const& action, cli::CommonOptions const& options)
+{
+    cli::Context context(options);
+    try
+    {
+        action(context);
+    }
+    catch (cli::Failure const&)
+    {
+        context.writeTrace();
+        throw;
+    }
+    context.writeTrace();
+}
+
+/// What the library logs as a failure kelo tells in its own words, so nothing is lost without it.
+void showLibraryLog(bool show)
+{
+    static bool isShown = false;
+    isShown = show;
+    qInstallMessageHandler(
+        [](QtMsgType, QMessageLogContext const&, QString const& message)
+        {
+            if (isShown)
+            {
+                cli::writeError(message);
+            }
+        });
+}
+
+cli::ExitCode start(int argc, char** argv)
+{
+    CLI::App app("Talks to the KELO service from the shell.", "kelo");
+    app.set_version_flag("--version", "kelo " KELO_VERSION);
+    app.fallthrough();
+    app.require_subcommand(1);
+    app.footer(exitCodes);
+    CommonArguments const common{cli::Arguments(app)};
+    cli::Action action;
+    for (auto const& group : cli::commandGroups)
+    {
+        app.add_subcommand(group.name, group.summary)->require_subcommand(1);
+    }
+    for (auto const& command : cli::commands)
+    {
+        addCommand(app, command, action);
+    }
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (CLI::ParseError const& error)
+    {
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success))
+        {
+            app.exit(error);
+            return cli::ExitCode::Success;
+        }
+        throw cli::badInput(mistake(app, error));
+    }
+    showLibraryLog(common.isVerbose());
+    QCoreApplication const application(argc, argv);
+    // Output is UTF-8 whatever the user's locale is, and so must be the table of the characters' widths.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    run(action, common.options());
+    return cli::ExitCode::Success;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        return static_cast<int>(start(argc, argv));
+    }
+    catch (cli::Failure const& failure)
+    {
+        cli::writeError(failure.message());
+        return static_cast<int>(failure.code());
+    }
+    catch (std::exception const& error)
+    {
+        cli::writeError(QString::fromLocal8Bit(error.what()));
+        return static_cast<int>(cli::ExitCode::BadInput);
+    }
+}

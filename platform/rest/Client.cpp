@@ -1,0 +1,23 @@
+#include <platform/rest/Client.h>
+
+#include <platform/rest/internal/Session.h>
+
+namespace rest
+{
+
+Client::Client(std::shared_ptr<Session> session) : session_(std::move(session)) {}
+
+JsonReply Client::send(HttpRequestData data) const
+{
+    FutureJsonReply const future = session_->request(std::move(data));
+    if (JsonReply reply = future.get())
+    {
+        return reply;
+    }
+    return std::make_shared<NetworkReply<QJsonDocument>>(
+        0, 2, static_cast<int>(LocalError::Closed),
+        QStringLiteral("The connection was closed before the answer came. The server may have processed the request."),
+        QJsonDocument());
+}
+
+} // namespace rest

@@ -1,0 +1,43 @@
+#include <platform/rest/HttpRequestData.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace rest
+{
+
+HttpRequestData RequestDataCreator::makeRequest(HttpMethod method, QUrl const& url)
+{
+    HttpRequestData data;
+    data.method = method;
+    data.url = url;
+    return data;
+}
+
+HttpRequestData RequestDataCreator::makeRequest(
+    HttpMethod method, QUrl const& url, QByteArray const& body, std::chrono::milliseconds timeout)
+{
+    HttpRequestData data = makeRequest(method, url);
+    data.rawBody = body.isNull() ? QByteArray("") : body;
+    data.timeout = timeout;
+    return data;
+}
+
+HttpRequestData RequestDataCreator::makeRequestData(HttpMethod method, QUrl const& url, QJsonValue const& body,
+    std::chrono::milliseconds timeout, bool authenticated)
+{
+    HttpRequestData data = makeRequest(method, url);
+    if (body.isObject())
+    {
+        data.jsonBody = QJsonDocument(body.toObject());
+    }
+    else if (body.isArray())
+    {
+        data.jsonBody = QJsonDocument(body.toArray());
+    }
+    data.timeout = timeout;
+    data.authenticated = authenticated;
+    return data;
+}
+
+} // namespace rest

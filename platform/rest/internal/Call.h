@@ -1,0 +1,103 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <QByteArray>
+#include <QString>
+
+#include <platform/rest/HttpMethod.h>
+#include <platform/rest/TraceData.h>
+
+namespace rest
+{
+
+class Session;
+class Transfer;
+
+using Clock = std::chrono::steady_clock;
+
+/// Error numbers of replies for which no exchange took place; those of the exchange itself are libcurl's, which are
+/// positive.
+enum class LocalError : int
+{
+    NotSent = -1, ///< the request was refused before anything was opened
+    Closed = -2,  ///< the connection was closed while a blocking call waited
+};
+
+/// What one exchange sends, complete and independent of the connection's later settings.
+struct Request
+{
+    enum class Content : int
+    {
+        None,
+        Json,
+        Bytes
+    };
+    /// Whether the time-out bounds the whole exchange or the time without progress.
+    enum class TimeoutKind : int
+    {
+        Total,
+        Idle
+    };
+
+    HttpMethod method = HttpMethod::Get;
+    QByteArray url; ///< absolute and encoded, without user-info
+    QByteArray origin;
+    Content content = Content::None;
+    QByteArray body;
+    QByteArray username; ///< UTF-8; empty: no authentication
+    QByteArray password;
+    std::chrono::milliseconds timeout{0};
+    TimeoutKind timeoutKind = TimeoutKind::Total;
+    qint64 replySizeLimit = 0;
+    bool verifiesCertificates = true;
+    bool usesSystemProxies = false;
+    bool isTraced = false;
+    bool acceptsAnyType = false; ///< else JSON
+};
+
+/// How an exchange ended: with an HTTP status, or with an error number and text.
+struct Outcome
+{
+    int httpStatus = 0; ///< 0 when there was no usable answer
+    int error = 0;
+    QString errorText;
+    QByteArray body;
+    std::vector<TraceData> traces;
+};
+
+/// One request from its making to the end of its future. The session decides who may end it: `complete` and `cancel`
+/// are called once in all.
+class Call : public std::enable_shared_from_this<Call>
+{
+public:
+    Call(std::shared_ptr<Session> session, Request request);
+    Call(Call const&) = delete;
+    Call& operator=(Call const&) = delete;
+    virtual ~Call();
+
+    virtual void complete(Outcome outcome) = 0;
+    virtual void cancel() = 0;
+    /// Has the session told when the future is cancelled by its consumer.
+    virtual void watchCancellation() = 0;
+
+    std::shared_ptr<Session> const& session() const { return session_; }
+
+    Request const& request() const { return request_; }
+
+    Clock::time_point created() const { return created_; }
+
+    /// Used on the I/O thread only: the transfer that carries the call, and whether nobody waits for it any more.
+    Transfer* transfer = nullptr;
+    bool isAborted = false;
+
+private:
+    std::shared_ptr<Session> const session_;
+    Request const request_;
+    Clock::time_point const created_ = Clock::now();
+};
+
+} // namespace rest

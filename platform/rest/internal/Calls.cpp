@@ -1,0 +1,103 @@
+#include <platform/rest/internal/Calls.h>
+
+#include <platform/rest/internal/Session.h>
+
+namespace rest
+{
+
+namespace
+{
+
+int classify(Outcome const& outcome)
+{
+    if (outcome.error != 0)
+    {
+        return 2;
+    }
+    return outcome.httpStatus >= 200 && outcome.httpStatus < 300 ? 0 : 1;
+}
+
+template <class Body>
+std::shared_ptr<NetworkReply<Body>> makeReply(Outcome const& outcome, Body body)
+{
+    int const classification = classify(outcome);
+    int const errorCode = classification == 1 ? outcome.httpStatus : outcome.error;
+    QString const text = classification == 1
+                             ? QStringLiteral("The server answered with HTTP status %1.").arg(outcome.httpStatus)
+                             : outcome.errorText;
+    return std::make_shared<NetworkReply<Body>>(outcome.httpStatus, classification, errorCode, text, std::move(body));
+}
+
+template <class T>
+void abandonOnCancel(threading::Promise<T>& promise, std::shared_ptr<Call> const& call)
+{
+    promise.onCancel(
+        [weak = std::weak_ptr(call)]
+        {
+            if (std::shared_ptr<Call> const canceled = weak.lock())
+            {
+                canceled->session()->abandon(canceled);
+            }
+        });
+}
+
+} // namespace
+
+Call::Call(std::shared_ptr<Session> session, Request request)
+    : session_(std::move(session)), request_(std::move(request))
+{
+}
+
+Call::~Call() = default;
+
+void JsonCall::complete(Outcome outcome)
+{
+    promise_.setValue(makeReply(outcome, QJsonDocument::fromJson(outcome.body)));
+}
+
+void JsonCall::cancel()
+{
+    promise_.cancel();
+}
+
+void JsonCall::watchCancellation()
+{
+    abandonOnCancel(promise_, shared_from_this());
+}
+
+DownloadCall::DownloadCall(std::shared_ptr<Session> session, Request request, Callback callback)
+    : Call(std::move(session), std::move(request)), callback_(std::move(callback))
+{
+}
+
+void DownloadCall::complete(Outcome outcome)
+{
+    // What the callback holds is the host's and must not die later, at an odd moment on the I/O thread.
+    Callback const callback = std::exchange(callback_, nullptr);
+    try
+    {
+        if (callback && !promise_.future().isFinished())
+        {
+            QByteArray body = outcome.error == 0 ? std::move(outcome.body) : QByteArray();
+            callback(makeReply(outcome, std::move(body)));
+        }
+    }
+    catch (...)
+    {
+        threading::impl::reportContinuationException();
+    }
+    promise_.setValue();
+}
+
+void DownloadCall::cancel()
+{
+    callback_ = nullptr;
+    promise_.cancel();
+}
+
+void DownloadCall::watchCancellation()
+{
+    abandonOnCancel(promise_, shared_from_this());
+}
+
+} // namespace rest

@@ -1,0 +1,92 @@
+#include <platform/rest/internal/Failure.h>
+
+#include <QUrl>
+
+namespace rest
+{
+
+namespace
+{
+
+QString timeoutText(Request const& request, QString const& host)
+{
+    QString const text = request.timeoutKind == Request::TimeoutKind::Total
+                             ? QStringLiteral("Time-out: the exchange with %1 was not complete within %2 ms.")
+                             : QStringLiteral("Time-out: the transfer with %1 made no progress for %2 ms.");
+    return text.arg(host).arg(request.timeout.count());
+}
+
+QString ownText(CURLcode result)
+{
+    switch (result)
+    {
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return QStringLiteral("The name of the host %1 could not be resolved.");
+    case CURLE_COULDNT_RESOLVE_PROXY:
+        return QStringLiteral("The name of the proxy for %1 could not be resolved.");
+    case CURLE_COULDNT_CONNECT:
+        return QStringLiteral("No connection to %1 could be made.");
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CACERT_BADFILE:
+    case CURLE_SSL_ISSUER_ERROR:
+        return QStringLiteral("The certificate of %1 is not trusted.");
+    case CURLE_SSL_CONNECT_ERROR:
+    case CURLE_SSL_CIPHER:
+        return QStringLiteral("No secure connection to %1 could be made.");
+    case CURLE_PARTIAL_FILE:
+        return QStringLiteral("The answer of %1 was cut short.");
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_UNSUPPORTED_PROTOCOL:
+        return QStringLiteral("The answer of %1 was not proper HTTP.");
+    default:
+        return QStringLiteral("The connection to %1 was lost before the answer was complete.");
+    }
+}
+
+} // namespace
+
+CURLcode errorNumber(Failure failure, CURLcode result)
+{
+    switch (failure)
+    {
+    case Failure::None:
+        return result;
+    case Failure::TimedOut:
+        return CURLE_OPERATION_TIMEDOUT;
+    case Failure::ReplyTooLarge:
+    case Failure::HeadersTooLarge:
+        return CURLE_FILESIZE_EXCEEDED;
+    case Failure::BadCompression:
+        return CURLE_BAD_CONTENT_ENCODING;
+    case Failure::OutOfMemory:
+        return CURLE_OUT_OF_MEMORY;
+    case Failure::WouldRepeatWrite:
+        break;
+    }
+    return CURLE_SEND_FAIL_REWIND;
+}
+
+QString describeFailure(Failure failure, CURLcode result, QString const& detail, Request const& request)
+{
+    QString const host = QUrl::fromEncoded(request.origin).host();
+    switch (failure)
+    {
+    case Failure::TimedOut:
+        return timeoutText(request, host);
+    case Failure::ReplyTooLarge:
+        return QStringLiteral("The answer of %1 is larger than %2 bytes.").arg(host).arg(request.replySizeLimit);
+    case Failure::HeadersTooLarge:
+        return QStringLiteral("The headers of the answer of %1 are too large.").arg(host);
+    case Failure::BadCompression:
+        return QStringLiteral("The answer of %1 could not be decompressed.").arg(host);
+    case Failure::OutOfMemory:
+        return QStringLiteral("There is not enough memory for the answer of %1.").arg(host);
+    case Failure::WouldRepeatWrite:
+        return ownText(CURLE_SEND_FAIL_REWIND).arg(host);
+    case Failure::None:
+        break;
+    }
+    return QStringLiteral("%1 (%2)").arg(ownText(result).arg(host), detail);
+}
+
+} // namespace rest

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <curl/curl.h>
+
+#include <platform/rest/internal/Call.h>
+
+namespace rest
+{
+
+/// Why this library, not libcurl, ended a transfer.
+enum class Failure : int
+{
+    None,
+    TimedOut,
+    ReplyTooLarge,
+    HeadersTooLarge,
+    BadCompression,
+    OutOfMemory,
+    WouldRepeatWrite, ///< libcurl was about to send a POST or PUT a second time
+};
+
+/// The error number of a failed exchange: always one of libcurl's.
+CURLcode errorNumber(Failure failure, CURLcode result);
+
+/// A sentence for people, without secrets; `detail` is libcurl's own text.
+QString describeFailure(Failure failure, CURLcode result, QString const& detail, Request const& request);
+
+} // namespace rest

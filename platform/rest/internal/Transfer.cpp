@@ -1,0 +1,403 @@
+#include <platform/rest/internal/Transfer.h>
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+namespace rest
+{
+
+namespace
+{
+
+constexpr qsizetype headerLimit = 256 * 1024;
+constexpr int redirectLimit = 5;
+constexpr qint64 largestReservation = qint64(16) * 1024 * 1024;
+constexpr std::chrono::hours longestTimeout{24 * 365};
+
+/// The request headers that differ between kinds of requests; made once, shared by all handles.
+class HeaderLists
+{
+public:
+    static curl_slist* of(Request const& request)
+    {
+        static HeaderLists const lists;
+        if (request.method == HttpMethod::Get)
+        {
+            return request.acceptsAnyType ? nullptr : lists.read_;
+        }
+        switch (request.content)
+        {
+        case Request::Content::Json:
+            return lists.json_;
+        case Request::Content::Bytes:
+            return lists.bytes_;
+        case Request::Content::None:
+            break;
+        }
+        return lists.empty_;
+    }
+
+private:
+    static curl_slist* list(std::initializer_list<char const*> lines)
+    {
+        curl_slist* result = nullptr;
+        for (char const* const line : lines)
+        {
+            result = curl_slist_append(result, line);
+        }
+        return result;
+    }
+
+    // A name without a value keeps libcurl from sending that header.
+    curl_slist* const read_ = list({"Accept: application/json"});
+    curl_slist* const json_ = list({"Accept: application/json", "Content-Type: application/json", "Expect:"});
+    curl_slist* const bytes_ = list({"Accept: application/json", "Content-Type: application/octet-stream", "Expect:"});
+    curl_slist* const empty_ = list({"Accept: application/json", "Content-Type:", "Expect:"});
+};
+
+bool isRedirect(long status)
+{
+    return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
+}
+
+} // namespace
+
+Transfer::Transfer() : handle_(curl_easy_init()) {}
+
+Transfer::~Transfer()
+{
+    curl_easy_cleanup(handle_);
+}
+
+template <class Value>
+void Transfer::set(CURLoption option, Value value)
+{
+    curl_easy_setopt(handle_, option, value);
+}
+
+template <class Value>
+Value Transfer::info(CURLINFO which) const
+{
+    Value value{};
+    curl_easy_getinfo(handle_, which, &value);
+    return value;
+}
+
+void Transfer::begin(std::shared_ptr<Call> call, OriginQueue& queue)
+{
+    call_ = std::move(call);
+    queue_ = &queue;
+    Request const& request = call_->request();
+    url_ = request.url;
+    bodySent_ = 0;
+    redirects_ = 0;
+    failure_ = Failure::None;
+    started_ = Clock::now();
+    lastProgress_ = started_;
+    curl_easy_reset(handle_);
+    configureConnection(request);
+    configureCallbacks();
+    configureRequest(request);
+    beginExchange();
+}
+
+void Transfer::beginExchange()
+{
+    attempts_ = 0;
+    headerBytes_ = 0;
+    body_.clear();
+    decoder_.reset();
+    errorBuffer_[0] = '\0';
+    set(CURLOPT_URL, url_.constData());
+    trace_.reset();
+    if (call_->request().isTraced)
+    {
+        trace_.emplace().attach(handle_);
+    }
+}
+
+void Transfer::configureConnection(Request const& request)
+{
+    Proxy const& proxy = queue_->proxy;
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_NOSIGNAL, 1L);
+    // Without it, ending a transfer would wait for a name look-up that still runs.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    set(CURLOPT_TCP_NODELAY, 1L);
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_SSL_VERIFYPEER, request.verifiesCertificates ? 1L : 0L);
+    set(CURLOPT_SSL_VERIFYHOST, request.verifiesCertificates ? 2L : 0L);
+    // Set even when empty: libcurl must not look at the environment's proxies itself.
+    set(CURLOPT_PROXY, proxy.address.isEmpty() ? "" : proxy.address.constData());
+    set(CURLOPT_NOPROXY, "");
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    if (!proxy.username.isEmpty())
+    {
+        set(CURLOPT_PROXYUSERNAME, proxy.username.constData());
+        set(CURLOPT_PROXYPASSWORD, proxy.password.constData());
+    }
+}
+
+void Transfer::configureCallbacks()
+{
+    // libcurl calls them on the I/O thread only, from within `curl_multi_perform`.
+    using Self = Transfer*;
+    set(CURLOPT_PRIVATE, this);
+    set(CURLOPT_ERRORBUFFER, errorBuffer_.data());
+    set(CURLOPT_WRITEDATA, this);
+    set(
+        CURLOPT_WRITEFUNCTION, +[](char* data, std::size_t, std::size_t size, void* self)
+                               { return static_cast<Self>(self)->writeBody(data, size); });
+    set(CURLOPT_HEADERDATA, this);
+    set(
+        CURLOPT_HEADERFUNCTION, +[](char* line, std::size_t, std::size_t size, void* self)
+                                { return static_cast<Self>(self)->takeHeader(line, size); });
+    set(CURLOPT_PREREQDATA, this);
+    set(
+        CURLOPT_PREREQFUNCTION,
+        +[](void* self, char*, char*, int, int) { return static_cast<Self>(self)->beforeRequest(); });
+    set(CURLOPT_READDATA, this);
+    set(
+        CURLOPT_READFUNCTION, +[](char* buffer, std::size_t, std::size_t capacity, void* self)
+                              { return static_cast<Self>(self)->readBody(buffer, capacity); });
+}
+
+void Transfer::configureRequest(Request const& request)
+{
+    set(CURLOPT_PATH_AS_IS, 1L);
+    set(CURLOPT_ACCEPT_ENCODING, ContentDecoder::offered);
+    set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
+    set(CURLOPT_USERAGENT, "KeloCommunicationLib/1.0");
+    set(CURLOPT_HTTPHEADER, HeaderLists::of(request));
+    if (!request.username.isEmpty())
+    {
+        set(CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_BASIC));
+        set(CURLOPT_USERNAME, request.username.constData());
+        set(CURLOPT_PASSWORD, request.password.constData());
+    }
+    if (!isWrite())
+    {
+        return;
+    }
+    // A body that is read without a way to rewind cannot be sent twice. An empty one could be, but not on a connection
+    // that is new.
+    auto const size = static_cast<curl_off_t>(request.body.size());
+    if (request.method == HttpMethod::Put)
+    {
+        set(CURLOPT_UPLOAD, 1L);
+        set(CURLOPT_INFILESIZE_LARGE, size);
+    }
+    else
+    {
+        set(CURLOPT_POST, 1L);
+        set(CURLOPT_POSTFIELDSIZE_LARGE, size);
+    }
+    set(CURLOPT_FRESH_CONNECT, size == 0 ? 1L : 0L);
+}
+
+bool Transfer::isWrite() const
+{
+    return call_->request().method != HttpMethod::Get;
+}
+
+Clock::time_point Transfer::deadline() const
+{
+    Request const& request = call_->request();
+    bool const isTotal = request.timeoutKind == Request::TimeoutKind::Total;
+    return (isTotal ? started_ : lastProgress_) + std::min<std::chrono::milliseconds>(request.timeout, longestTimeout);
+}
+
+void Transfer::markTimedOut()
+{
+    failure_ = Failure::TimedOut;
+}
+
+bool Transfer::followRedirect()
+{
+    Request const& request = call_->request();
+    char const* const location = info<char const*>(CURLINFO_REDIRECT_URL);
+    if (isWrite() || location == nullptr || redirects_ == redirectLimit
+        || !isRedirect(info<long>(CURLINFO_RESPONSE_CODE)))
+    {
+        return false;
+    }
+    QUrl const target = QUrl::fromEncoded(location);
+    if (!target.isValid() || originOf(target) != request.origin)
+    {
+        return false;
+    }
+    if (trace_)
+    {
+        traces_.push_back(trace_->finish(handle_, *call_, url_));
+        traces_.back().responseBody = body_;
+    }
+    ++redirects_;
+    url_ = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment).toEncoded();
+    beginExchange();
+    return true;
+}
+
+bool Transfer::answeredOverHttp2() const
+{
+    return info<long>(CURLINFO_HTTP_VERSION) == CURL_HTTP_VERSION_2_0;
+}
+
+Outcome Transfer::end(CURLcode result)
+{
+    if (failure_ == Failure::None && result == CURLE_OK && decoder_ && !decoder_->isComplete())
+    {
+        failure_ = Failure::BadCompression;
+    }
+    Outcome outcome;
+    if (result != CURLE_OK || failure_ != Failure::None)
+    {
+        outcome.error = static_cast<int>(errorNumber(failure_, result));
+        outcome.errorText = failureText(result, attempts_ > 0 && isWrite());
+    }
+    else
+    {
+        outcome.httpStatus = static_cast<int>(info<long>(CURLINFO_RESPONSE_CODE));
+        outcome.body = std::move(body_);
+    }
+    if (trace_)
+    {
+        traces_.push_back(trace_->finish(handle_, *call_, url_));
+        traces_.back().responseBody = outcome.error == 0 ? outcome.body : body_;
+        traces_.back().error = outcome.errorText;
+        outcome.traces = std::move(traces_);
+    }
+    return outcome;
+}
+
+QString Transfer::failureText(CURLcode result, bool maybeProcessed) const
+{
+    QString const detail =
+        QString::fromUtf8(errorBuffer_[0] != '\0' ? errorBuffer_.data() : curl_easy_strerror(result));
+    QString text = describeFailure(failure_, result, detail, call_->request());
+    if (maybeProcessed)
+    {
+        text += QStringLiteral(" The server may have processed the request.");
+    }
+    return text;
+}
+
+void Transfer::clear()
+{
+    call_.reset();
+    queue_ = nullptr;
+    url_.clear();
+    body_.clear();
+    decoder_.reset();
+    trace_.reset();
+    traces_.clear();
+}
+
+int Transfer::beforeRequest()
+{
+    // The request is sent right after this. libcurl repeats requests on its own when a connection dies early; a write
+    // is not repeated.
+    if (++attempts_ > 1 && isWrite())
+    {
+        failure_ = Failure::WouldRepeatWrite;
+        return CURL_PREREQFUNC_ABORT;
+    }
+    return CURL_PREREQFUNC_OK;
+}
+
+std::size_t Transfer::readBody(char* buffer, std::size_t capacity)
+{
+    lastProgress_ = Clock::now();
+    if (trace_)
+    {
+        trace_->bodyRead();
+    }
+    QByteArray const& body = call_->request().body;
+    auto const count = std::min(static_cast<qsizetype>(capacity), body.size() - bodySent_);
+    std::memcpy(buffer, body.constData() + bodySent_, static_cast<std::size_t>(count));
+    bodySent_ += count;
+    return static_cast<std::size_t>(count);
+}
+
+std::size_t Transfer::writeBody(char const* data, std::size_t size)
+{
+    lastProgress_ = Clock::now();
+    try
+    {
+        if (appendBody(data, static_cast<qsizetype>(size)))
+        {
+            return size;
+        }
+    }
+    catch (std::bad_alloc const&)
+    {
+        failure_ = Failure::OutOfMemory;
+    }
+    body_.clear();
+    return 0;
+}
+
+bool Transfer::appendBody(char const* data, qsizetype size)
+{
+    qint64 const limit = call_->request().replySizeLimit;
+    if (decoder_)
+    {
+        auto const result = decoder_->decode(data, size, body_, limit);
+        if (result != ContentDecoder::Result::Ok)
+        {
+            failure_ = result == ContentDecoder::Result::TooLarge ? Failure::ReplyTooLarge : Failure::BadCompression;
+        }
+        return result == ContentDecoder::Result::Ok;
+    }
+    if (body_.size() + size > limit)
+    {
+        failure_ = Failure::ReplyTooLarge;
+        return false;
+    }
+    if (body_.isEmpty())
+    {
+        auto const announced = info<curl_off_t>(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T);
+        body_.reserve(std::clamp<qint64>(announced, size, std::max(largestReservation, qint64(size))));
+    }
+    body_.append(data, size);
+    return true;
+}
+
+std::size_t Transfer::takeHeader(char const* line, std::size_t size)
+{
+    lastProgress_ = Clock::now();
+    headerBytes_ += static_cast<qsizetype>(size);
+    if (headerBytes_ > headerLimit)
+    {
+        failure_ = Failure::HeadersTooLarge;
+        return 0;
+    }
+    auto const text = QByteArray::fromRawData(line, static_cast<qsizetype>(size));
+    if (body_.isEmpty())
+    {
+        readEncoding(text);
+    }
+    if (trace_)
+    {
+        trace_->addResponseHeader(text);
+    }
+    return size;
+}
+
+void Transfer::readEncoding(QByteArray const& line)
+{
+    static constexpr QByteArrayView name = "content-encoding:";
+    if (line.startsWith("HTTP/"))
+    {
+        decoder_.reset();
+    }
+    else if (
+        line.size() > name.size() && QByteArrayView(line).first(name.size()).compare(name, Qt::CaseInsensitive) == 0)
+    {
+        QByteArray const encoding = line.sliced(name.size()).trimmed().toLower();
+        ContentDecoder::isNeededFor(encoding) ? void(decoder_.emplace(encoding)) : decoder_.reset();
+    }
+}
+
+} // namespace rest

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <QByteArray>
+
+#include <curl/curl.h>
+
+#include <platform/rest/internal/Call.h>
+#include <platform/rest/internal/ContentDecoder.h>
+#include <platform/rest/internal/Failure.h>
+#include <platform/rest/internal/OriginQueue.h>
+#include <platform/rest/internal/TransferTrace.h>
+#include <platform/rest/internal/UrlJoin.h>
+
+namespace rest
+{
+
+/// One libcurl easy handle and what it carries at the moment. Used again and again: `begin`, then perhaps some
+/// `followRedirect`, `end`.
+class Transfer
+{
+public:
+    Transfer();
+    Transfer(Transfer const&) = delete;
+    Transfer& operator=(Transfer const&) = delete;
+    ~Transfer();
+
+    CURL* handle() const { return handle_; }
+
+    OriginQueue& queue() const { return *queue_; }
+
+    std::shared_ptr<Call> const& call() const { return call_; }
+
+    void begin(std::shared_ptr<Call> call, OriginQueue& queue);
+    /// The moment at which the exchange has taken too long, as things stand.
+    Clock::time_point deadline() const;
+    /// Makes `end` report a time-out.
+    void markTimedOut();
+    /// True if the answer is a redirect to be followed; the handle is then ready for the next exchange.
+    bool followRedirect();
+    bool answeredOverHttp2() const;
+    Outcome end(CURLcode result);
+    /// Lets go of the call.
+    void clear();
+
+    /// Its place in the list of active transfers; kept by the owner of that list.
+    std::size_t index = 0;
+
+private:
+    void configureConnection(Request const& request);
+    void configureCallbacks();
+    void configureRequest(Request const& request);
+    template <class Value>
+    void set(CURLoption option, Value value);
+    template <class Value>
+    Value info(CURLINFO which) const;
+    QString failureText(CURLcode result, bool maybeProcessed) const;
+    void beginExchange();
+    bool isWrite() const;
+
+    std::size_t readBody(char* buffer, std::size_t capacity);
+    std::size_t writeBody(char const* data, std::size_t size);
+    bool appendBody(char const* data, qsizetype size);
+    std::size_t takeHeader(char const* line, std::size_t size);
+    void readEncoding(QByteArray const& line);
+    int beforeRequest();
+
+    CURL* const handle_;
+    std::array<char, CURL_ERROR_SIZE> errorBuffer_{};
+    std::shared_ptr<Call> call_;
+    OriginQueue* queue_ = nullptr;
+    QByteArray url_;
+    QByteArray body_;
+    qsizetype bodySent_ = 0;
+    qsizetype headerBytes_ = 0;
+    int redirects_ = 0;
+    int attempts_ = 0;
+    Failure failure_ = Failure::None;
+    Clock::time_point started_;
+    Clock::time_point lastProgress_;
+    std::optional<ContentDecoder> decoder_;
+    std::optional<TransferTrace> trace_;
+    std::vector<TraceData> traces_;
+};
+
+} // namespace rest

@@ -1,0 +1,246 @@
+#include <platform/rest/internal/TransferLoop.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace rest
+{
+
+namespace
+{
+
+constexpr std::size_t idleTransferLimit = 128;
+constexpr long idleConnectionLimit = 64;
+constexpr std::chrono::milliseconds longestSleep{60000};
+
+CURLM* makeMulti()
+{
+    curl_global_init(CURL_GLOBAL_DEFAULT);
+    CURLM* const multi = curl_multi_init();
+    curl_multi_setopt(multi, CURLMOPT_MAX_HOST_CONNECTIONS, static_cast<long>(OriginQueue::connectionLimit));
+    curl_multi_setopt(multi, CURLMOPT_MAXCONNECTS, idleConnectionLimit);
+    return multi;
+}
+
+} // namespace
+
+TransferLoop::TransferLoop() : multi_(makeMulti()) {}
+
+TransferLoop::~TransferLoop()
+{
+    takeAll();
+    idle_.clear();
+    curl_multi_cleanup(multi_);
+}
+
+OriginQueue& TransferLoop::queueFor(Request const& request)
+{
+    if (!request.usesSystemProxies)
+    {
+        return origins_[request.origin];
+    }
+    Proxy const proxy = systemProxyFor(QUrl::fromEncoded(request.url));
+    OriginQueue& queue = origins_[proxy.address.isEmpty() ? request.origin : request.origin + ' ' + proxy.address];
+    queue.proxy = proxy;
+    return queue;
+}
+
+void TransferLoop::add(std::shared_ptr<Call> call)
+{
+    OriginQueue& queue = queueFor(call->request());
+    queue.waiting.push_back(std::move(call));
+    startWaiting(queue);
+}
+
+void TransferLoop::startWaiting(OriginQueue& queue)
+{
+    while (queue.hasPlace() && !queue.waiting.empty())
+    {
+        std::shared_ptr<Call> call = std::move(queue.waiting.front());
+        queue.waiting.pop_front();
+        if (!call->isAborted)
+        {
+            start(std::move(call), queue);
+        }
+    }
+}
+
+void TransferLoop::start(std::shared_ptr<Call> call, OriginQueue& queue)
+{
+    std::unique_ptr<Transfer> transfer = idleTransfer();
+    call->transfer = transfer.get();
+    transfer->begin(std::move(call), queue);
+    transfer->index = active_.size();
+    ++queue.inFlight;
+    nextCheck_ = std::min(nextCheck_, transfer->deadline());
+    curl_multi_add_handle(multi_, transfer->handle());
+    active_.push_back(std::move(transfer));
+}
+
+std::unique_ptr<Transfer> TransferLoop::idleTransfer()
+{
+    if (idle_.empty())
+    {
+        return std::make_unique<Transfer>();
+    }
+    std::unique_ptr<Transfer> transfer = std::move(idle_.back());
+    idle_.pop_back();
+    return transfer;
+}
+
+void TransferLoop::abort(Call& call)
+{
+    call.isAborted = true;
+    if (call.transfer != nullptr)
+    {
+        OriginQueue& queue = call.transfer->queue();
+        retire(*call.transfer);
+        startWaiting(queue);
+    }
+}
+
+void TransferLoop::retire(Transfer& transfer)
+{
+    curl_multi_remove_handle(multi_, transfer.handle());
+    --transfer.queue().inFlight;
+    transfer.call()->transfer = nullptr;
+    transfer.clear();
+
+    std::size_t const index = transfer.index;
+    std::swap(active_[index], active_.back());
+    active_[index]->index = index;
+    std::unique_ptr<Transfer> retired = std::move(active_.back());
+    active_.pop_back();
+    if (idle_.size() < idleTransferLimit)
+    {
+        idle_.push_back(std::move(retired));
+    }
+}
+
+void TransferLoop::perform()
+{
+    expireOverdue();
+    bool hasNews = true;
+    while (hasNews)
+    {
+        hasNews = false;
+        int count = 0;
+        curl_multi_perform(multi_, &count);
+        while (CURLMsg const* const message = curl_multi_info_read(multi_, &count))
+        {
+            Transfer* transfer = nullptr;
+            CURLcode const result = message->data.result;
+            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &transfer);
+            conclude(*transfer, result);
+            hasNews = true;
+        }
+    }
+}
+
+void TransferLoop::conclude(Transfer& transfer, CURLcode result)
+{
+    OriginQueue& queue = transfer.queue();
+    if (result == CURLE_OK)
+    {
+        queue.isMultiplexed = transfer.answeredOverHttp2();
+        if (transfer.followRedirect())
+        {
+            curl_multi_remove_handle(multi_, transfer.handle());
+            curl_multi_add_handle(multi_, transfer.handle());
+            return;
+        }
+    }
+    std::shared_ptr<Call> call = transfer.call();
+    Outcome outcome = transfer.end(result);
+    retire(transfer);
+    finished_.push_back({std::move(call), std::move(outcome)});
+    startWaiting(queue);
+}
+
+void TransferLoop::expireOverdue()
+{
+    auto const now = Clock::now();
+    if (now < nextCheck_)
+    {
+        return;
+    }
+    nextCheck_ = Clock::time_point::max();
+    std::vector<Transfer*> overdue;
+    for (auto const& transfer : active_)
+    {
+        if (auto const deadline = transfer->deadline(); deadline <= now)
+        {
+            overdue.push_back(transfer.get());
+        }
+        else
+        {
+            nextCheck_ = std::min(nextCheck_, deadline);
+        }
+    }
+    for (Transfer* const transfer : overdue)
+    {
+        transfer->markTimedOut();
+        conclude(*transfer, CURLE_OPERATION_TIMEDOUT);
+    }
+}
+
+bool TransferLoop::hasFinished() const
+{
+    return !finished_.empty();
+}
+
+bool TransferLoop::isIdle() const
+{
+    return active_.empty() && finished_.empty();
+}
+
+std::optional<TransferLoop::Finished> TransferLoop::takeFinished()
+{
+    if (finished_.empty())
+    {
+        return std::nullopt;
+    }
+    std::optional<Finished> first(std::move(finished_.front()));
+    finished_.pop_front();
+    return first;
+}
+
+void TransferLoop::sleep(std::optional<Clock::time_point> deadline)
+{
+    auto const until = std::min(deadline.value_or(Clock::time_point::max()), nextCheck_);
+    auto const now = Clock::now();
+    auto const time =
+        until <= now
+            ? std::chrono::milliseconds(0)
+            : std::chrono::ceil<std::chrono::milliseconds>(std::min<Clock::duration>(until - now, longestSleep));
+    curl_multi_poll(multi_, nullptr, 0, static_cast<int>(time.count()), nullptr);
+}
+
+void TransferLoop::wake()
+{
+    curl_multi_wakeup(multi_);
+}
+
+std::vector<std::shared_ptr<Call>> TransferLoop::takeAll()
+{
+    std::vector<std::shared_ptr<Call>> calls;
+    for (auto& [origin, queue] : origins_)
+    {
+        std::move(queue.waiting.begin(), queue.waiting.end(), std::back_inserter(calls));
+        queue.waiting.clear();
+    }
+    while (!active_.empty())
+    {
+        calls.push_back(active_.back()->call());
+        retire(*active_.back());
+    }
+    for (Finished& finished : finished_)
+    {
+        calls.push_back(std::move(finished.call));
+    }
+    finished_.clear();
+    return calls;
+}
+
+} // namespace rest

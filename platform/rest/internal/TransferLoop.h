@@ -1,0 +1,70 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include <QHash>
+
+#include <curl/curl.h>
+
+#include <platform/rest/internal/Call.h>
+#include <platform/rest/internal/OriginQueue.h>
+#include <platform/rest/internal/Transfer.h>
+
+namespace rest
+{
+
+/// All transfers, driven from one thread. Never calls user code; finished calls are kept until somebody takes them.
+class TransferLoop
+{
+public:
+    struct Finished
+    {
+        std::shared_ptr<Call> call;
+        Outcome outcome;
+    };
+
+    TransferLoop();
+    TransferLoop(TransferLoop const&) = delete;
+    TransferLoop& operator=(TransferLoop const&) = delete;
+    ~TransferLoop();
+
+    /// Starts the call's transfer, or queues it behind others to the same origin.
+    void add(std::shared_ptr<Call> call);
+    void abort(Call& call);
+    /// Does all the network's work that is possible without waiting.
+    void perform();
+    bool hasFinished() const;
+    /// True when there is nothing in flight, queued or to be taken.
+    bool isIdle() const;
+    std::optional<Finished> takeFinished();
+    /// Waits for the network, `wake`, or the deadline.
+    void sleep(std::optional<Clock::time_point> deadline);
+    /// Ends a `sleep`, now or the next one. May be called from any thread.
+    void wake();
+    /// Ends all transfers and gives out their calls, with the queued and the finished ones.
+    std::vector<std::shared_ptr<Call>> takeAll();
+
+private:
+    OriginQueue& queueFor(Request const& request);
+    void startWaiting(OriginQueue& queue);
+    void start(std::shared_ptr<Call> call, OriginQueue& queue);
+    void conclude(Transfer& transfer, CURLcode result);
+    void expireOverdue();
+    /// Takes a transfer off the network; its place at the origin becomes free.
+    void retire(Transfer& transfer);
+    std::unique_ptr<Transfer> idleTransfer();
+
+    CURLM* const multi_;
+    std::unordered_map<QByteArray, OriginQueue> origins_;
+    std::vector<std::unique_ptr<Transfer>> active_;
+    std::vector<std::unique_ptr<Transfer>> idle_;
+    std::deque<Finished> finished_;
+    /// No deadline of an active transfer is before this moment.
+    Clock::time_point nextCheck_ = Clock::time_point::max();
+};
+
+} // namespace rest

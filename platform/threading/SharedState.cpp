@@ -1,0 +1,271 @@
+#include <platform/threading/SharedState.h>
+
+#include <exception>
+
+#include <QDebug>
+
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define PLATFORM_THREADING_TSAN
+#endif
+#elif defined(__SANITIZE_THREAD__)
+#define PLATFORM_THREADING_TSAN
+#endif
+
+#ifdef PLATFORM_THREADING_TSAN
+#include <sanitizer/tsan_interface.h>
+#endif
+
+namespace threading::impl
+{
+
+namespace
+{
+
+// Qt's event queue orders the posting of a call before its run. Qt is not instrumented, so the thread sanitizer has to be told.
+#ifdef PLATFORM_THREADING_TSAN
+char eventQueue;
+#endif
+
+void beforePosting()
+{
+#ifdef PLATFORM_THREADING_TSAN
+    __tsan_release(&eventQueue);
+#endif
+}
+
+void afterDelivery()
+{
+#ifdef PLATFORM_THREADING_TSAN
+    __tsan_acquire(&eventQueue);
+#endif
+}
+
+} // namespace
+
+SharedStateBase::~SharedStateBase() = default;
+
+bool SharedStateBase::isFinished() const
+{
+    Phase const phase = phase_.load(std::memory_order_acquire);
+    return phase == Phase::Finished || phase == Phase::Canceled;
+}
+
+bool SharedStateBase::isCanceled() const
+{
+    return phase_.load(std::memory_order_acquire) == Phase::Canceled;
+}
+
+void SharedStateBase::wait()
+{
+    waitUntil(std::nullopt);
+}
+
+bool SharedStateBase::waitFor(std::chrono::milliseconds duration)
+{
+    // A duration too long to be added to the clock is no deadline at all.
+    auto const now = std::chrono::steady_clock::now();
+    auto const longest = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::time_point::max() - now);
+    return waitUntil(duration < longest ? WaitDriver::Deadline(now + duration) : std::nullopt);
+}
+
+bool SharedStateBase::waitUntil(WaitDriver::Deadline deadline)
+{
+    if (isFinished())
+    {
+        return true;
+    }
+    announceWaiting();
+    auto const done = [this] { return isFinished(); };
+    if (std::shared_ptr<WaitDriver> const driver = WaitDriver::current())
+    {
+        attach(Task([driver] { driver->wake(); }));
+        driver->driveUntil(done, deadline);
+        return isFinished();
+    }
+    if (WaitDriver* const driver = WaitDriver::common(); driver != nullptr && driver->takeOver())
+    {
+        attach(Task([driver] { driver->wake(); }));
+        driver->lendUntil(done, deadline);
+    }
+    std::unique_lock lock(mutex_);
+    if (!deadline)
+    {
+        finished_.wait(lock, done);
+        return true;
+    }
+    return finished_.wait_until(lock, *deadline, done);
+}
+
+void SharedStateBase::announceWaiting()
+{
+    std::unique_lock lock(mutex_);
+    SharedStateSignals* const signalObject = signals_.get();
+    lock.unlock();
+    if (signalObject != nullptr)
+    {
+        Q_EMIT signalObject->aboutToStartWaiting();
+    }
+}
+
+void SharedStateBase::attach(Task task)
+{
+    {
+        std::lock_guard const lock(mutex_);
+        if (!isFinished())
+        {
+            continuations_.push_back(std::move(task));
+            return;
+        }
+    }
+    task();
+}
+
+void SharedStateBase::setCancelHandler(Task handler)
+{
+    {
+        std::lock_guard const lock(mutex_);
+        if (!canceledByConsumer_)
+        {
+            // The previous handler, or this one if nobody can cancel any more, is destroyed after the lock is released.
+            if (!isFinished())
+            {
+                std::swap(cancelHandler_, handler);
+            }
+            return;
+        }
+    }
+    handler();
+}
+
+bool SharedStateBase::cancel()
+{
+    auto const self = shared_from_this();
+    Task handler;
+    if (!claimAndCancel(handler))
+    {
+        return false;
+    }
+    leavePending(Phase::Canceled);
+    if (handler)
+    {
+        handler();
+    }
+    return true;
+}
+
+bool SharedStateBase::claimAndCancel(Task& handler)
+{
+    std::lock_guard const lock(mutex_);
+    if (!claim())
+    {
+        return false;
+    }
+    canceledByConsumer_ = true;
+    std::swap(handler, cancelHandler_);
+    return true;
+}
+
+bool SharedStateBase::abandon()
+{
+    auto const self = shared_from_this();
+    if (!claim())
+    {
+        return false;
+    }
+    leavePending(Phase::Canceled);
+    return true;
+}
+
+SharedStateSignals* SharedStateBase::signalObject()
+{
+    std::lock_guard const lock(mutex_);
+    if (!signals_)
+    {
+        signals_ = std::make_unique<SharedStateSignals>();
+        signals_->moveToThread(nullptr);
+    }
+    return signals_.get();
+}
+
+bool SharedStateBase::claim()
+{
+    Phase expected = Phase::Pending;
+    return phase_.compare_exchange_strong(expected, Phase::Claimed, std::memory_order_acq_rel);
+}
+
+void SharedStateBase::publish()
+{
+    auto const self = shared_from_this();
+    leavePending(Phase::Finished);
+}
+
+void SharedStateBase::leavePending(Phase phase)
+{
+    std::vector<Task> continuations;
+    Task unusedHandler;
+    SharedStateSignals* signalObject = nullptr;
+    {
+        std::lock_guard const lock(mutex_);
+        phase_.store(phase, std::memory_order_release);
+        continuations.swap(continuations_);
+        std::swap(unusedHandler, cancelHandler_);
+        signalObject = signals_.get();
+    }
+    finished_.notify_all();
+    if (signalObject != nullptr)
+    {
+        if (phase == Phase::Canceled)
+        {
+            Q_EMIT signalObject->canceled();
+        }
+        Q_EMIT signalObject->finished();
+    }
+    for (Task& continuation : continuations)
+    {
+        continuation();
+    }
+}
+
+Task relayTo(QObject* context, Task task)
+{
+    // Each continuation has a signal object of its own: Qt ties the connection to the life and the thread of the context.
+    auto trigger = std::make_shared<SharedStateSignals>();
+    trigger->moveToThread(nullptr);
+    if (context != nullptr)
+    {
+        auto shared = std::make_shared<Task>(std::move(task));
+        beforePosting();
+        QObject::connect(
+            trigger.get(), &SharedStateSignals::finished, context,
+            [shared = std::move(shared)] {
+                afterDelivery();
+                Task once = std::move(*shared);
+                once();
+            },
+            Qt::QueuedConnection);
+    }
+    return Task([trigger = std::move(trigger)] {
+        beforePosting();
+        Q_EMIT trigger->finished();
+    });
+}
+
+void reportContinuationException() noexcept
+{
+    try
+    {
+        throw;
+    }
+    catch (std::exception const& exception)
+    {
+        qWarning() << "An exception left a continuation:" << exception.what();
+    }
+    catch (...)
+    {
+        qWarning() << "An exception left a continuation.";
+    }
+}
+
+} // namespace threading::impl

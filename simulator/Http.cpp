@@ -1,0 +1,78 @@
+#include "simulator/Http.h"
+
+#include <QJsonDocument>
+
+#include <array>
+
+namespace simulator
+{
+
+namespace
+{
+
+struct ReasonRow
+{
+    int status;
+    char const* code;
+    char const* text;
+};
+
+// One row a reason, in the order of the enumeration.
+constexpr std::array<ReasonRow, 13> reasons = {{
+    {400, "4000", "The body is not a JSON object"},
+    {400, "4001", "A required member is missing"},
+    {400, "4002", "A member is not known here"},
+    {400, "4003", "A member has the wrong type"},
+    {400, "4004", "A value is out of range"},
+    {400, "4005", "The query is not understood"},
+    {400, "4006", "The body refers to something unknown"},
+    {400, "4007", "The content is not what was announced"},
+    {401, "4010", "The credentials are missing or wrong"},
+    {404, "4040", "There is no such resource"},
+    {404, "4041", "There is nothing with this id"},
+    {405, "4050", "The resource does not take this method"},
+    {409, "4090", "It is not the time for this"},
+}};
+
+static_assert(reasons.size() == static_cast<std::size_t>(Reason::NotNow) + 1);
+
+} // namespace
+
+Answer Answer::json(QJsonObject const& object, int status)
+{
+    return {.status = status, .body = QJsonDocument(object).toJson(QJsonDocument::Compact)};
+}
+
+Answer Answer::json(QJsonArray const& array)
+{
+    return {.body = QJsonDocument(array).toJson(QJsonDocument::Compact)};
+}
+
+Answer Answer::noContent()
+{
+    return {.status = 204};
+}
+
+Answer Answer::drop()
+{
+    return {.status = 0, .dropped = true};
+}
+
+Refusal::Refusal(Reason reason, QString const& detail) : std::runtime_error(detail.toStdString()), reason_(reason) {}
+
+Answer Refusal::answer() const
+{
+    auto const& row = reasons.at(static_cast<std::size_t>(reason_));
+    auto const detail = QString::fromUtf8(what());
+    auto const text = QString::fromLatin1(row.text);
+    return errorAnswer(row.status, row.code, detail.isEmpty() ? text : text + ": " + detail);
+}
+
+Answer errorAnswer(int status, QString const& code, QString const& message)
+{
+    auto answer = Answer::json(QJsonArray{QJsonObject{{"Code", code}, {"Message", message}}});
+    answer.status = status;
+    return answer;
+}
+
+} // namespace simulator

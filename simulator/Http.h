@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <stdexcept>
+
+namespace simulator
+{
+
+/// What arrived on the wire; the target is kept exactly as the client wrote it. Size and MD5 are taken while the body
+/// arrives, so that uploads of any length need no memory: of a body longer than `keptBytes` only the beginning stays.
+struct HttpRequest
+{
+    static constexpr qsizetype keptBytes = 32 << 20;
+
+    QByteArray method = {};
+    QByteArray target = {};
+    QByteArray authorization = {};
+    QByteArray body = {};
+    qint64 bodySize = 0;
+    QByteArray bodyMd5 = {}; // lower-case hexadecimal
+};
+
+/// What goes back: a status with a body, or nothing at all when `dropped` is set (the connection is closed unanswered).
+struct Answer
+{
+    int status = 200;
+    QByteArray body = {};
+    QByteArray contentType = "application/json";
+    bool dropped = false;
+
+    static Answer json(QJsonObject const& object, int status = 200);
+    static Answer json(QJsonArray const& array);
+    static Answer noContent();
+    static Answer drop();
+};
+
+/// Every reason for which the service turns a request down; its error code and HTTP status stand in one table.
+enum class Reason : int
+{
+    MalformedBody,
+    MissingMember,
+    UnknownMember,
+    WrongType,
+    BadValue,
+    BadQuery,
+    UnknownReference,
+    WrongContent,
+    Unauthorized,
+    UnknownPath,
+    UnknownId,
+    WrongMethod,
+    NotNow
+};
+
+/// Thrown by handlers and checks, turned into an error answer in one place; never leaves the service.
+class Refusal : public std::runtime_error
+{
+public:
+    Refusal(Reason reason, QString const& detail);
+
+    Answer answer() const;
+
+private:
+    Reason reason_;
+};
+
+/// The error array of the service, `[{"Code":"<digits>","Message":"..."}]`, with the HTTP status given.
+Answer errorAnswer(int status, QString const& code, QString const& message);
+
+} // namespace simulator

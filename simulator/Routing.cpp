@@ -1,0 +1,166 @@
+#include "simulator/Routing.h"
+
+#include <QJsonDocument>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace simulator
+{
+
+namespace
+{
+
+QString decoded(QByteArray const& text)
+{
+    return QUrl::fromPercentEncoding(text);
+}
+
+bool isPlaceholder(QByteArray const& segment)
+{
+    return segment == "{}";
+}
+
+/// The segments of the route's path, without its query.
+QByteArrayList patternOf(Route const& route)
+{
+    return QByteArray(route.path).split('?').first().split('/');
+}
+
+bool standsAt(Route const& route, QStringList const& segments)
+{
+    auto const pattern = patternOf(route);
+    return pattern.size() == segments.size()
+           && std::equal(
+               pattern.begin(), pattern.end(), segments.begin(),
+               [](QByteArray const& wanted, QString const& got)
+               { return isPlaceholder(wanted) ? !got.isEmpty() : QLatin1String(wanted) == got; });
+}
+
+QStringList idsOf(Route const& route, QStringList const& segments)
+{
+    QStringList ids;
+    auto const pattern = patternOf(route);
+    for (qsizetype at = 0; at < pattern.size(); ++at)
+    {
+        if (isPlaceholder(pattern[at]))
+        {
+            ids << segments[at];
+        }
+    }
+    return ids;
+}
+
+void checkQuery(Route const& route, QHash<QString, QString> const& query)
+{
+    auto const wanted = Target(route.path).query;
+    for (auto it = wanted.cbegin(); it != wanted.cend(); ++it)
+    {
+        auto const given = query.value(it.key());
+        if (isPlaceholder(it.value().toUtf8()) ? given.isEmpty() : given != it.value())
+        {
+            throw Refusal(Reason::BadQuery, it.key() + '=' + it.value());
+        }
+    }
+}
+
+QJsonObject checkedBody(Route const& route, QByteArray const& raw)
+{
+    auto const document = QJsonDocument::fromJson(raw);
+    if (route.body)
+    {
+        if (!document.isObject())
+        {
+            throw Refusal(Reason::MalformedBody, {});
+        }
+        check(*route.body, document.object());
+    }
+    return document.object();
+}
+
+bool takesBody(Route const& route, QByteArray const& raw)
+{
+    try
+    {
+        checkedBody(route, raw);
+        return true;
+    }
+    catch (Refusal const&)
+    {
+        return false;
+    }
+}
+
+} // namespace
+
+Target::Target(QByteArray const& rawTarget)
+{
+    auto const mark = rawTarget.indexOf('?');
+    path = mark < 0 ? rawTarget : rawTarget.left(mark);
+    for (auto const& segment : path.split('/'))
+    {
+        segments << decoded(segment);
+    }
+    if (mark < 0)
+    {
+        return;
+    }
+    for (auto const& pair : rawTarget.mid(mark + 1).split('&'))
+    {
+        auto const parts = pair.split('=');
+        query.insert(decoded(parts.first()), decoded(pair.mid(parts.first().size() + 1)));
+    }
+}
+
+Router::Router(std::vector<Route> routes) : routes_(std::move(routes)) {}
+
+std::vector<Route const*> Router::candidates(QByteArray const& method, Target const& target) const
+{
+    bool pathIsKnown = false;
+    std::vector<Route const*> found;
+    for (auto const& route : routes_)
+    {
+        if (standsAt(route, target.segments))
+        {
+            pathIsKnown = true;
+            if (method == route.method)
+            {
+                found.push_back(&route);
+            }
+        }
+    }
+    if (found.empty())
+    {
+        throw Refusal(
+            pathIsKnown ? Reason::WrongMethod : Reason::UnknownPath, QString::fromUtf8(method + ' ' + target.path));
+    }
+    return found;
+}
+
+Route const& Router::choose(std::vector<Route const*> const& candidates, QByteArray const& body)
+{
+    auto const last = std::prev(candidates.end());
+    return **std::find_if(candidates.begin(), last, [&body](Route const* route) { return takesBody(*route, body); });
+}
+
+Answer Router::run(Route const& route, Target const& target, HttpRequest const& request, State& state)
+{
+    checkQuery(route, target.query);
+    return route.handler(
+        {.state = state,
+         .ids = idsOf(route, target.segments),
+         .query = target.query,
+         .body = checkedBody(route, request.body),
+         .raw = request.body,
+         .rawSize = request.bodySize,
+         .rawMd5 = request.bodyMd5});
+}
+
+bool Router::knowsOperation(QString const& operation) const
+{
+    return std::any_of(
+        routes_.begin(), routes_.end(),
+        [&operation](Route const& route) { return operation == QLatin1String(route.operation); });
+}
+
+} // namespace simulator

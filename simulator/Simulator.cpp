@@ -1,0 +1,239 @@
+#include "simulator/Simulator.h"
+
+#include "simulator/Certificate.h"
+#include "simulator/Service.h"
+#include "simulator/Sockets.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QTemporaryFile>
+
+#include <httplib.h>
+
+#include <sys/socket.h>
+
+#include <thread>
+
+namespace simulator
+{
+
+namespace
+{
+
+constexpr char const* loopback = "127.0.0.1";
+
+QByteArray bytes(std::string const& text)
+{
+    return QByteArray::fromStdString(text);
+}
+
+HttpRequest headOf(httplib::Request const& request)
+{
+    return {
+        .method = bytes(request.method),
+        .target = bytes(request.target),
+        .authorization = bytes(request.get_header_value("Authorization"))};
+}
+
+/// Takes the body in as it arrives; false when it does not arrive in full.
+bool receiveBody(httplib::Request const& request, httplib::ContentReader const& read, HttpRequest& received)
+{
+    if (request.is_multipart_form_data())
+    {
+        // No resource takes forms: they count as an empty body.
+        return read(
+            [](httplib::MultipartFormData const&) { return true; }, [](char const*, std::size_t) { return true; });
+    }
+    QCryptographicHash md5(QCryptographicHash::Md5);
+    auto const isComplete = read(
+        [&](char const* data, std::size_t size)
+        {
+            auto const length = static_cast<qsizetype>(size);
+            md5.addData(QByteArrayView(data, length));
+            received.bodySize += length;
+            received.body.append(data, std::min(length, HttpRequest::keptBytes - received.body.size()));
+            return true;
+        });
+    received.bodyMd5 = md5.result().toHex();
+    return isComplete;
+}
+
+} // namespace
+
+class Simulator::Server
+{
+public:
+    explicit Server(SimulatorOptions options);
+    ~Server() { stop(); }
+
+    QString start();
+    void stop();
+    QString certificateFile() const { return certificateFile_.fileName(); }
+
+private:
+    void makeHttpServer();
+    void prepareSocket(int socket);
+    void addHandlers();
+    void answer(httplib::Request const& request, HttpRequest const& received, httplib::Response& response);
+
+    SimulatorOptions const options_;
+    Service service_;
+    QTemporaryFile certificateFile_;
+    std::unique_ptr<httplib::Server> http_;
+    int listeningSocket_ = -1;
+    int port_ = -1;
+    std::thread thread_;
+};
+
+Simulator::Server::Server(SimulatorOptions options) : options_(std::move(options)), service_(options_)
+{
+    makeHttpServer();
+    http_->new_task_queue = [threads = options_.workerThreads] { return new httplib::ThreadPool(threads); };
+    http_->set_tcp_nodelay(true);
+    http_->set_keep_alive_max_count(1'000'000);
+    http_->set_keep_alive_timeout(60);
+    http_->set_socket_options([this](int socket) { prepareSocket(socket); });
+    addHandlers();
+}
+
+void Simulator::Server::makeHttpServer()
+{
+    if (!options_.tls)
+    {
+        http_ = std::make_unique<httplib::Server>();
+        return;
+    }
+    auto const certificate = Certificate::make();
+    auto tlsServer = std::make_unique<httplib::SSLServer>(certificate.certificate.get(), certificate.key.get());
+    SSL_CTX_set_min_proto_version(tlsServer->ssl_context(), TLS1_2_VERSION);
+    http_ = std::move(tlsServer);
+    certificateFile_.setFileTemplate(QDir::temp().filePath("kelo-simulator-XXXXXX.pem"));
+    if (!certificateFile_.open() || certificateFile_.write(certificate.pem()) < 0 || !certificateFile_.flush())
+    {
+        throw std::runtime_error("cannot write the certificate file: " + certificateFile_.errorString().toStdString());
+    }
+}
+
+void Simulator::Server::prepareSocket(int socket)
+{
+    // Unlike the HTTP library's own choice, this keeps a second simulator from sharing the port unnoticed.
+    int const yes = 1;
+    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    listeningSocket_ = socket;
+}
+
+void Simulator::Server::addHandlers()
+{
+    auto const withoutBody = [this](httplib::Request const& request, httplib::Response& response)
+    { answer(request, headOf(request), response); };
+    auto const withBody =
+        [this](httplib::Request const& request, httplib::Response& response, httplib::ContentReader const& read)
+    {
+        auto received = headOf(request);
+        // The HTTP library answers by itself when the body is cut off.
+        if (receiveBody(request, read, received))
+        {
+            answer(request, received, response);
+        }
+    };
+    http_->Get(".*", withoutBody);
+    http_->Options(".*", withoutBody);
+    http_->Post(".*", withBody);
+    http_->Put(".*", withBody);
+    http_->Patch(".*", withBody);
+    http_->Delete(".*", withBody);
+    // A request that announces no body has none; the HTTP library would wait for one until its time is over.
+    http_->set_pre_routing_handler(
+        [](httplib::Request const& request, httplib::Response&)
+        {
+            if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding"))
+            {
+                const_cast<httplib::Request&>(request).set_header("Content-Length", "0");
+            }
+            return httplib::Server::HandlerResponse::Unhandled;
+        });
+    // What the HTTP library turns down by itself has no body yet.
+    http_->set_error_handler(
+        [](httplib::Request const&, httplib::Response& response)
+        {
+            if (!response.has_header("Content-Type"))
+            {
+                auto const error =
+                    errorAnswer(response.status, QString::number(response.status * 10), "The request cannot be read");
+                response.set_content(error.body.toStdString(), error.contentType.toStdString());
+            }
+        });
+}
+
+void Simulator::Server::answer(
+    httplib::Request const& request, HttpRequest const& received, httplib::Response& response)
+{
+    auto const answer = service_.handle(received);
+    if (answer.dropped)
+    {
+        // The HTTP library always writes an answer; on a connection that is shut down it reaches nobody.
+        shutdownConnections(port_, request.remote_port);
+        return;
+    }
+    response.status = answer.status;
+    if (answer.status == 401)
+    {
+        response.set_header("WWW-Authenticate", "Basic realm=\"KELO\"");
+    }
+    if (answer.status != 204)
+    {
+        response.set_content(answer.body.toStdString(), answer.contentType.toStdString());
+    }
+}
+
+QString Simulator::Server::start()
+{
+    auto const wanted = options_.port;
+    port_ = wanted == 0 ? http_->bind_to_any_port(loopback) : http_->bind_to_port(loopback, wanted) ? wanted : -1;
+    if (port_ < 0)
+    {
+        return {};
+    }
+    // The HTTP library queues five clients at most, which makes the sixth wait a second for its next attempt.
+    ::listen(listeningSocket_, SOMAXCONN);
+    thread_ = std::thread([this] { http_->listen_after_bind(); });
+    while (!http_->is_running())
+    {
+        std::this_thread::yield();
+    }
+    return QStringLiteral("%1://%2:%3")
+        .arg(QLatin1String(options_.tls ? "https" : "http"), QLatin1String(loopback), QString::number(port_));
+}
+
+void Simulator::Server::stop()
+{
+    if (!thread_.joinable())
+    {
+        return;
+    }
+    service_.stopWaiting();
+    http_->stop();
+    shutdownConnections(port_);
+    thread_.join();
+}
+
+Simulator::Simulator(SimulatorOptions options) : server_(std::make_unique<Server>(std::move(options))) {}
+
+Simulator::~Simulator() = default;
+
+QString Simulator::start()
+{
+    return server_->start();
+}
+
+void Simulator::stop()
+{
+    server_->stop();
+}
+
+QString Simulator::certificateFile() const
+{
+    return server_->certificateFile();
+}
+
+} // namespace simulator

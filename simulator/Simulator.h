@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace simulator
+{
+
+struct SimulatorOptions
+{
+    int port = 0;              ///< 0: any free one
+    unsigned seed = 1;         ///< of the data it starts with
+    bool tls = false;          ///< HTTPS with a certificate made at start
+    QString username = "kelo"; ///< HTTP Basic; empty: no credentials are asked for
+    QString password = "kelo";
+    std::size_t workerThreads = 64;          ///< how many connections can be open at once; each one keeps its thread
+    std::function<void(QString const&)> log; ///< gets a line for every request answered, from any thread
+};
+
+/// A KELO service for one desk: keeps its state in memory, listens on the loopback interface, and can be driven over
+/// "/_control/" (see Control.h). Safe to start in the process that tests against it; SIGPIPE is ignored from then on.
+class Simulator
+{
+public:
+    explicit Simulator(SimulatorOptions options = {});
+    /// Stops a running service.
+    ~Simulator();
+    Simulator(Simulator const&) = delete;
+    Simulator& operator=(Simulator const&) = delete;
+
+    /// Listens on 127.0.0.1 and returns the base URL, "http://127.0.0.1:PORT" (https with TLS). Empty: the port cannot
+    /// be had. A simulator starts once.
+    QString start();
+    /// Closes all connections, ends waiting answers and returns when no thread is left.
+    void stop();
+
+    /// The PEM file with the certificate that clients must trust; exists as long as this object. Empty without TLS.
+    QString certificateFile() const;
+
+private:
+    class Server;
+    std::unique_ptr<Server> server_;
+};
+
+} // namespace simulator

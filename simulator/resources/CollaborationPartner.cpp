@@ -1,0 +1,127 @@
+#include "simulator/Routing.h"
+#include "simulator/State.h"
+
+#include <algorithm>
+#include <array>
+
+namespace simulator
+{
+
+namespace
+{
+
+QString textOr(Call const& call, char const* key, char const* fallback)
+{
+    return call[key].toString(QString::fromUtf8(fallback));
+}
+
+void addPartnerNote(Call const& call, CollaborationRequest& request)
+{
+    auto const partner = partnerOf(call.state, request.connectionId);
+    auto const text = textOr(call, "Text", "We have looked at the case; please see the attached proposal.");
+    request.notes.push_back({.text = text, .createdAt = call.state.tick(), .createdBy = partner.name});
+}
+
+void addPartnerFile(Call const& call, CollaborationRequest& request)
+{
+    addFile(
+        call.state, request,
+        {.name = textOr(call, "Name", "proposal.stl"),
+         .fileType = textOr(call, "FileType", "stl"),
+         .size = call["Size"].toInteger(2'480'000),
+         .chunkSize = 1'048'576,
+         .createdBy = partnerOf(call.state, request.connectionId).name,
+         .isUploaded = true});
+}
+
+void setStatus(Call const& call, CollaborationRequest& request)
+{
+    request.status = call.number("Status", static_cast<int>(RequestStatus::Answered));
+}
+
+void reply(Call const& call, CollaborationRequest& request)
+{
+    addPartnerNote(call, request);
+    addPartnerFile(call, request);
+    setStatus(call, request);
+}
+
+struct Change
+{
+    char const* action;
+    void (*apply)(Call const& call, CollaborationRequest& request);
+};
+
+constexpr std::array<Change, 4> changes = {{
+    {"reply", reply},
+    {"status", setStatus},
+    {"note", addPartnerNote},
+    {"addFile", addPartnerFile},
+}};
+
+Answer answerFor(CollaborationRequest const& request)
+{
+    return Answer::json(QJsonObject{{"RequestId", request.id}, {"TransactionId", request.transactionId}});
+}
+
+Answer withdraw(Call const& call)
+{
+    auto const id = requestById(call.state, call.text("RequestId")).id;
+    std::erase_if(
+        call.state.collaboration.requests, [&id](CollaborationRequest const& request) { return request.id == id; });
+    return Answer::json(QJsonObject{{"RequestId", id}});
+}
+
+Answer create(Call const& call)
+{
+    auto const type = call.number("Type");
+    if (type < 0 || type > static_cast<int>(RequestKind::Referral))
+    {
+        throw Refusal(Reason::BadValue, "Type");
+    }
+    auto const& connections = call.state.collaboration.connections;
+    auto const& partner = call["ConnectionId"].isUndefined() ? connections.front()
+                                                             : connectionById(call.state, call.text("ConnectionId"));
+    auto& request = addRequest(
+        call.state, {.installation = partner.installation,
+                     .connectionId = partner.id,
+                     .kind = static_cast<RequestKind>(type),
+                     .version = "1.0",
+                     .treatingClinician = partner.name,
+                     .patient = {
+                         .id = call.state.newId("PAT"),
+                         .firstName = textOr(call, "PatientFirstName", "Noor"),
+                         .lastName = textOr(call, "PatientLastName", "Haddad"),
+                         .dateOfBirth = QDate(1986, 9, 12),
+                         .gender = "Female"}});
+    addPartnerNote(call, request);
+    addPartnerFile(call, request);
+    return answerFor(request);
+}
+
+} // namespace
+
+Answer partnerAction(Call const& call)
+{
+    auto const action = call.text("Action");
+    if (action == QLatin1String("withdraw"))
+    {
+        return withdraw(call);
+    }
+    if (action == QLatin1String("create"))
+    {
+        return create(call);
+    }
+    auto const* change = std::find_if(
+        changes.begin(), changes.end(), [&action](Change const& row) { return action == QLatin1String(row.action); });
+    if (change == changes.end())
+    {
+        throw Refusal(Reason::BadValue, "Action");
+    }
+    auto& request = requestById(call.state, call.text("RequestId"));
+    change->apply(call, request);
+    touch(call.state, request);
+    return answerFor(request);
+}
+
+} // namespace simulator

@@ -1,0 +1,154 @@
+#include <gmock/gmock.h>
+
+#include <KeloCommunicationLib/account/VantorStatsConnection.h>
+#include <KeloCommunicationLib/connection/TessalyConnection.h>
+#include <KeloCommunicationLib/connection/TessalyConnectionProxy.h>
+#include <platform/core/HostEnvironment.h>
+#include <tests/support/LogCapture.h>
+#include <tests/support/RawServer.h>
+
+namespace
+{
+
+std::unique_ptr<TessalyConnection> connectTo(test::RawServer const& server)
+{
+    return TessalyConnection::makeConnection(server.url(), QString(), QString());
+}
+
+TEST(BlockingCalls, AuthenticationKeysOfAnyAnswer)
+{
+    struct
+    {
+        test::Action answer;
+        KeloErrorCode code;
+        std::vector<QString> keys;
+    } const rows[] = {
+        {test::reply(200, R"({"Keys":["a",5,"b"],"More":1})"),
+         KeloErrorCode::Success,
+         {QStringLiteral("a"), QString(), QStringLiteral("b")}},
+        {test::reply(200, "{}"), KeloErrorCode::Success, {}},
+        {test::reply(200, R"({"Keys":"a"})"), KeloErrorCode::Success, {}},
+        {test::reply(200, R"(["a"])"), KeloErrorCode::Success, {}},
+        {test::reply(401, R"([{"Code":"17","Message":"x"}])"), KeloErrorCode::Success, {}},
+        {test::reply(500, R"({"Keys":["a"]})"), KeloErrorCode::Success, {QStringLiteral("a")}},
+        {test::closeNow(), KeloErrorCode::NoConnection, {}},
+    };
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        auto const outcome = connectTo(server)->getThirdPartyAuthenticationKeys(QStringLiteral("I"));
+        EXPECT_EQ(outcome, std::pair(row.code, row.keys)) << row.answer.bytes.toStdString();
+        EXPECT_EQ(server.requests()[0].target, "/Installations/I/3rdpartyauthenticationkeys");
+    }
+}
+
+TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
+{
+    struct
+    {
+        test::Action answer;
+        char const* url;
+    } const rows[] = {
+        {test::reply(200, R"({"SoftwarePageUrl":"https://x"})"), "https://x"},
+        {test::reply(200, R"({"SoftwarePageUrl":5})"), ""},
+        {test::reply(200, "[]"), ""},
+        {test::reply(404, R"({"SoftwarePageUrl":"https://x"})"), ""},
+        {test::closeNow(), ""},
+    };
+    test::LogCapture const log;
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        EXPECT_EQ(connectTo(server)->getSoftwarePageUrl(), QLatin1String(row.url)) << row.answer.bytes.toStdString();
+        EXPECT_EQ(server.requests()[0].target, "/Settings");
+    }
+    EXPECT_THAT(log.warnings(), testing::IsEmpty());
+}
+
+TEST(BlockingCalls, ProxyKeepsTheOutcomeOfTheLastCall)
+{
+    test::RawServer const broken([](test::RawRequest const&) { return test::closeNow(); });
+    test::RawServer const working([](test::RawRequest const&) { return test::reply(200, R"({"Keys":["k"]})"); });
+    TessalyConnectionProxy proxy;
+    TessalyConnectionProxyInterface& face = proxy;
+    EXPECT_TRUE(face.isSuccess());
+    EXPECT_EQ(face.getKeloErrorCode(), KeloErrorCode::Success);
+
+    face.initialize(broken.url(), QString(), QString());
+    EXPECT_TRUE(face.getThirdPartyAuthenticationKeys(QStringLiteral("I")).empty());
+    EXPECT_FALSE(face.isSuccess());
+    EXPECT_EQ(face.getKeloErrorCode(), KeloErrorCode::NoConnection);
+
+    face.initialize(working.url(), QStringLiteral("user"), QStringLiteral("secret"));
+    int const sentToTheOld = broken.requestCount();
+    EXPECT_EQ(face.getThirdPartyAuthenticationKeys(QStringLiteral("I")), std::vector{QStringLiteral("k")});
+    EXPECT_TRUE(face.isSuccess());
+    EXPECT_EQ(face.getKeloErrorCode(), KeloErrorCode::Success);
+    EXPECT_EQ(broken.requestCount(), sentToTheOld);
+    EXPECT_EQ(working.requests()[0].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+}
+
+TEST(BlockingCalls, StatisticsGoToTheirOwnServiceOnce)
+{
+    struct
+    {
+        test::Action answer;
+        bool succeeded;
+        int code;
+    } const rows[] = {{test::reply(200, ""), true, 0}, {test::reply(500), true, 500}, {test::closeNow(), false, 0}};
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        core::HostEnvironment host;
+        host.statsUrl = server.url(QStringLiteral("/stats/?kind=1"));
+        host.username = QStringLiteral("user");
+        host.password = QStringLiteral("secret");
+        core::setHostEnvironment(host);
+        test::LogCapture const log;
+        auto const result = VantorStatsConnection().uploadVantorStats({QStringLiteral("id"), QByteArray("\0\xff", 2)});
+        EXPECT_EQ(result.succeeded, row.succeeded);
+        if (row.succeeded)
+        {
+            EXPECT_EQ(result.code, row.code);
+            EXPECT_THAT(log.warnings(), testing::IsEmpty());
+        }
+        else
+        {
+            EXPECT_NE(result.code, 0);
+            auto const warning = "VantorStatsConnection : Upload of Stats file failed: " + std::to_string(result.code);
+            EXPECT_THAT(log.warnings(), testing::ElementsAre(testing::StartsWith(warning + " \"")));
+        }
+        ASSERT_EQ(server.requestCount(), 1);
+        auto const request = server.requests()[0];
+        EXPECT_EQ(request.method + ' ' + request.target, "POST /stats/?kind=1");
+        EXPECT_EQ(request.body, R"({"Data":"AP8=","SelectedType":"id"})");
+        EXPECT_EQ(request.header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+    }
+}
+
+TEST(BlockingCalls, PortalCasesStandUnderTheirKeyWhateverStandsBesideIt)
+{
+    struct
+    {
+        char const* json;
+        std::size_t count;
+    } const rows[] = {
+        {R"({"Cases":[{"Name":"a"},5]})", 2},
+        {R"({"Total":1,"Items":[1,2],"Cases":[{"Name":"a"}]})", 1},
+        {R"({"Items":[{"Name":"a"}]})", 0},
+        {R"({"Cases":{"Name":"a"}})", 0},
+    };
+    test::LogCapture const log;
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return test::reply(200, row.json); });
+        auto const connection = connectTo(server);
+        auto const reply = connection->getMiraShareCases(QStringLiteral("P"), QStringLiteral("I")).get();
+        EXPECT_EQ(reply.status.kind, 0U);
+        EXPECT_EQ(reply.value.size(), row.count) << row.json;
+        EXPECT_EQ(server.requests()[0].target, "/Patients/P/cases?InstallationReference=I&api-version=0.0");
+    }
+    EXPECT_THAT(log.warnings(), testing::IsEmpty());
+}
+
+} // namespace

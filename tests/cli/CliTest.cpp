@@ -1,0 +1,173 @@
+#include "CliFixture.h"
+
+#include <QCryptographicHash>
+
+class Cli : public CliFixture
+{
+};
+
+TEST_F(Cli, ListsWhatTheServiceHas)
+{
+    EXPECT_EQ(keloJson({"connections", "list"}).array(), get("/Installations/INST-1001/connections").array());
+
+    auto const listed = keloJson({"requests", "list", "--all", "--type", "referral,LabDesign"}).array();
+    auto const expected = requestsOfTypes({7, 1});
+    ASSERT_EQ(idsIn(listed), idsIn(expected));
+    ASSERT_FALSE(listed.isEmpty());
+    EXPECT_EQ(listed.at(0)["Type"], "LabDesign");
+    EXPECT_EQ(listed.at(0)["TransactionId"], expected.at(0)["TransactionId"]);
+    auto const active = keloJson({"requests", "list"}).array();
+    EXPECT_LT(active.size(), keloJson({"requests", "list", "--all"}).array().size());
+    EXPECT_TRUE(keloJson({"--installation", "INST-2002", "requests", "list"}).array() != active);
+}
+
+TEST_F(Cli, RefreshShowsNewChangedAndRemovedRequests)
+{
+    QStringList const refresh{"requests", "refresh", "--known", folder.filePath("known.json")};
+    auto const first = keloJson(refresh);
+    auto const seen = idsIn(first["New"]);
+    EXPECT_EQ(first["Changed"].toArray().size() + first["Removed"].toArray().size(), 0);
+    // Only a referral that holds nothing of a partner stays out.
+    EXPECT_EQ(seen.size(), requestsOfTypes({}).size() - 1);
+    EXPECT_TRUE(first["New"][0]["PartnerName"].isString());
+    auto const second = keloJson(refresh);
+    EXPECT_EQ(idsIn(second["New"]) + idsIn(second["Changed"]) + idsIn(second["Removed"]), QStringList());
+
+    auto const replied = partnerAction({{"Action", "reply"}, {"RequestId", firstOfType(1)}, {"Text", "See proposal."}});
+    auto const closed = partnerAction({{"Action", "status"}, {"RequestId", firstOfType(4)}, {"Status", 3}});
+    auto const withdrawn = partnerAction({{"Action", "withdraw"}, {"RequestId", firstOfType(0)}});
+    auto const created = partnerAction({{"Action", "create"}, {"Type", 7}});
+
+    // One of the calls fails: nothing may be forgotten.
+    auto const known = contentOf(refresh.last());
+    fault({{"Operation", "getReferralRequestDetails"}, {"Kind", "status"}, {"Status", 503}});
+    auto const failed = kelo(refresh);
+    EXPECT_EQ(failed.exitCode, 1) << failed;
+    EXPECT_EQ(failed.errors, "kelo: (5030) The service was told to fail here\n");
+    EXPECT_EQ(contentOf(refresh.last()), known);
+
+    // Other types than those asked for are neither shown nor taken for removed.
+    auto const referrals = keloJson(refresh + QStringList{"--type", "Referral"});
+    EXPECT_EQ(idsIn(referrals["New"]), QStringList{created});
+    EXPECT_EQ(idsIn(referrals["Changed"]) + idsIn(referrals["Removed"]), QStringList());
+
+    auto const third = keloJson(refresh);
+    EXPECT_EQ(idsIn(third["New"]), QStringList());
+    EXPECT_EQ(idsIn(third["Changed"]), (QStringList{replied, closed}));
+    EXPECT_EQ(idsIn(third["Removed"]), QStringList{withdrawn});
+    EXPECT_EQ(third["Changed"][0]["NoteInfos"].toArray().last()["Text"], "See proposal.");
+    EXPECT_EQ(kelo(refresh).output, "0 new, 0 changed, 0 removed\n");
+}
+
+TEST_F(Cli, CreatesRequestsOfEveryKindWithTheirFiles)
+{
+    QByteArray const content(3'000, 'x');
+    auto const path = file("jaw \xC3\xB6.stl", content);
+    for (auto const* type :
+         {"DentalScan", "LabDesign", "TempShell", "Template", "Restoration", "SurgeryPlan", "CentralizedRestoration",
+          "Referral"})
+    {
+        SCOPED_TRACE(type);
+        auto const created = keloJson({"requests",     "create", "--connection", "CON-101",      "--type",
+                                       type,           "--note", "Crown 21",     "--due",        "2026-12-31",
+                                       "--first-name", "Elif",   "--gender",     "female",       "--birth-date",
+                                       "1980-02-29",   "--file", path,           "--chunk-size", "1024"});
+        auto const id = created["RequestId"].toString();
+        auto const request = keloJson({"requests", "show", id});
+        EXPECT_EQ(request["Type"], type);
+        EXPECT_EQ(request["Key"], created["Key"]);
+        EXPECT_EQ(request["PartnerName"], "Alpine Dental Laboratory");
+        EXPECT_EQ(request["DueDate"], "2026-12-31");
+        EXPECT_EQ(request["PatientDateOfBirth"], "1980-02-29");
+        EXPECT_EQ(request["PatientGender"], "Female");
+        EXPECT_EQ(request["Files"][0]["Id"], created["Files"][0]["Id"]);
+        EXPECT_EQ(request["Files"][0]["Name"].toString(), QString::fromUtf8("jaw \xC3\xB6.stl"));
+        EXPECT_EQ(request["Files"][0]["Size"], 3'000);
+        EXPECT_EQ(request["Files"][0]["NumberOfChunks"], 3);
+        EXPECT_EQ(keloJson({"requests", "notes", id})[0]["Text"], "Crown 21");
+        EXPECT_TRUE(idsIn(keloJson({"requests", "list", "--type", type}).array()).contains(id));
+    }
+    auto const sum = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
+    EXPECT_EQ(
+        get("/_control/journal").toJson().count(sum), 8); // a checksum stands in the body of each of the eight calls
+    auto const crown = keloJson({"requests", "create", "--type", "4", "--implant", "IC-9:21"})["RequestId"].toString();
+    EXPECT_EQ(keloJson({"requests", "show", crown})["Restorations"][0]["ToothNumberStart"], 21);
+}
+
+TEST_F(Cli, ChangesRequestsAndConnections)
+{
+    auto const request = firstOfType(3);
+    auto const before = keloJson({"requests", "show", request});
+    EXPECT_EQ(keloJson({"requests", "find", "--key", before["Key"].toString()})["RequestId"], request);
+    EXPECT_EQ(keloJson({"requests", "find", "--order", before["OrderReference"].toString()})["RequestId"], request);
+    EXPECT_EQ(keloJson({"requests", "lock-state", request})["Unlocked"], false);
+    EXPECT_EQ(kelo({"requests", "unlock", request}).exitCode, 0);
+    EXPECT_EQ(keloJson({"requests", "lock-state", request})["Unlocked"], true);
+    EXPECT_EQ(kelo({"requests", "status", request, "2"}).exitCode, 0);
+    auto const partnerFile = before["Files"][1]["Id"].toString();
+    EXPECT_EQ(kelo({"requests", "seen", partnerFile}).exitCode, 0);
+    auto const after = keloJson({"requests", "show", request});
+    EXPECT_EQ(after["Status"], 2);
+    EXPECT_EQ(before["Files"][1]["IsMarkedAsSeen"], false);
+    EXPECT_EQ(after["Files"][1]["IsMarkedAsSeen"], true);
+    auto const restoration = firstOfType(4);
+    EXPECT_EQ(keloJson({"requests", "url", restoration})["Url"], keloJson({"requests", "show", restoration})["Url"]);
+    // A referral with nothing of the partner's stays out of a refresh, but can be looked at.
+    EXPECT_EQ(idsIn(keloJson({"requests", "refresh", "--type", "7"})["New"]).size() + 1, requestsOfTypes({7}).size());
+    EXPECT_EQ(kelo({"requests", "show", requestsOfTypes({7}).last()["RequestId"].toString()}).exitCode, 0);
+
+    auto const connection = keloJson({"connections", "start", "--token", "7F3K"})["ConnectionId"].toString();
+    EXPECT_EQ(kelo({"connections", "set-status", connection, "stopped"}).exitCode, 0);
+    EXPECT_EQ(keloJson({"connections", "list"}).array().last()["Status"], "Stopped");
+    EXPECT_EQ(kelo({"sessions", "create"}).output.left(19), "Opened the session ");
+    EXPECT_EQ(kelo({"sessions", "create", "--partner", connection}).exitCode, 0);
+}
+
+TEST_F(Cli, WhatTheServiceSendsCannotSteerTheTerminal)
+{
+    QString const evil = QString::fromUtf8("red\x1b[31m \xC2\x9B 31m\nnext \xE2\x80\xAE");
+    QString const wide = QString::fromUtf8("\xE5\xB1\xB1\xE7\x94\xB0");
+    auto const id = partnerAction({{"Action", "create"}, {"Type", 1}, {"Text", evil}, {"PatientLastName", wide}});
+    auto const text = kelo({"requests", "show", id});
+    for (auto const& run : {text, kelo({"requests", "show", id, "--json"})})
+    {
+        auto const output = QString::fromUtf8(run.output);
+        EXPECT_EQ(run.exitCode, 0) << run;
+        EXPECT_FALSE(output.contains(QChar(0x1b)) || output.contains(QChar(0x9b)) || output.contains(QChar(0x202e)));
+    }
+    EXPECT_TRUE(text.output.contains("red\\u001b[31m \\u009b 31m\\nnext \\u202e\n")) << text;
+    EXPECT_EQ(keloJson({"requests", "notes", id})[0]["Text"], evil);
+
+    // Columns stay aligned though those characters take two places each.
+    auto const lines = QString::fromUtf8(kelo({"requests", "refresh", "--type", "1"}).output).split('\n');
+    auto const row = lines.filter(wide).value(0);
+    EXPECT_EQ(lines[0].indexOf("FILES"), row.lastIndexOf("1", row.size() - 2) + wide.size()) << row.toStdString();
+}
+
+TEST_F(Cli, HelpShowsAnExampleOfEveryCommand)
+{
+    auto const wordsIn = [this](QStringList const& group)
+    {
+        QStringList words;
+        auto const text = QString::fromUtf8(kelo(group + QStringList{"--help"}).output);
+        for (auto const& line : text.section("Subcommands:\n", 1).section("\n\n", 0, 0).split('\n', Qt::SkipEmptyParts))
+        {
+            words << line.simplified().section(' ', 0, 0);
+        }
+        return words;
+    };
+    int commands = 0;
+    for (auto const& group : wordsIn({}))
+    {
+        for (auto const& command : wordsIn({group}))
+        {
+            auto const help = kelo({group, command, "--help"});
+            EXPECT_EQ(help.exitCode, 0);
+            EXPECT_TRUE(help.output.contains(("Example:\n  kelo " + group + ' ' + command).toUtf8())) << help;
+            ++commands;
+        }
+    }
+    EXPECT_GE(commands, 15);
+    EXPECT_EQ(kelo({"--version"}).output.left(5), "kelo ");
+    EXPECT_TRUE(journal().isEmpty());
+}

@@ -1,0 +1,321 @@
+#include "RetrieverFixture.h"
+
+#include <memory>
+
+namespace
+{
+
+using collaboration::FileInfo;
+using collaboration::RequestInfo;
+using collaboration::RequestType;
+using collaboration::RestorationRequestDetail;
+using collaboration::SessionDetails;
+using collaboration::TemplateRequestDetail;
+using collaboration::UploadFilesRequestDetail;
+using test::PendingReply;
+using testing::_;
+using testing::A;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Return;
+using testing::SizeIs;
+
+/// A details query for exactly these requests.
+MATCHER_P(AsksFor, ids, "")
+{
+    return arg.getRequestIds() == ids && arg.getVersionNumber() == QVersionNumber(3, 1) && arg.getOnlyActiveRequests()
+           && arg.getType() == RequestType::Unset;
+}
+
+QStringList idsOf(RequestDetailsRetriever const& retriever)
+{
+    QStringList ids;
+    for (auto const& details : retriever.getAllRequestDetails())
+    {
+        ids.append(details.requestDetails.id);
+    }
+    return ids;
+}
+
+class RequestDetailsRetrieverTest : public test::RetrieverFixture
+{
+protected:
+    RequestDetailsRetrieverTest()
+    {
+        QObject::connect(retriever_.get(), &RequestDetailsRetriever::finished, [this] { ++finished_; });
+        QObject::connect(
+            retriever_.get(), &RequestDetailsRetriever::failed,
+            [this](QString const& text) { failures_.append(text); });
+    }
+
+    /// Expects one call of each of three kinds, answered by the pending replies.
+    void expectThreeKinds()
+    {
+        EXPECT_CALL(connection_, getDentalScanRequestDetails(_, _)).WillOnce(Return(scan_.future()));
+        EXPECT_CALL(connection_, getTemplateRequestDetails(_, _)).WillOnce(Return(template_.future()));
+        EXPECT_CALL(connection_, getRestorationRequestDetails(_, _)).WillOnce(Return(restoration_.future()));
+        retriever_->setRequestIds(std::vector<RequestInfo>{
+            {u"t"_qs, {}, RequestType::Template},
+            {u"s"_qs, {}, RequestType::DentalScan},
+            {u"r"_qs, {}, RequestType::Restoration}});
+    }
+
+    void startPoll(PendingReply<std::vector<RequestInfo>> const& list, std::vector<RequestInfo> known)
+    {
+        EXPECT_CALL(connection_, getRequests(u"I"_qs, A<GetRequestsInfo>())).WillOnce(Return(list.future()));
+        retriever_->getUpdates({RequestType::LabDesign}, known);
+        known.assign(1, RequestInfo{u"not what was known"_qs, {}, RequestType::LabDesign});
+    }
+
+    std::unique_ptr<RequestDetailsRetriever> retriever_ = std::make_unique<RequestDetailsRetriever>(connection_);
+    int finished_ = 0;
+    QStringList failures_;
+    PendingReply<std::vector<SessionDetails>> scan_;
+    PendingReply<std::vector<TemplateRequestDetail>> template_;
+    PendingReply<std::vector<RestorationRequestDetail>> restoration_;
+};
+
+TEST_F(RequestDetailsRetrieverTest, AsksOnceForEachKindInFixedOrder)
+{
+    retriever_->setRequestIds(std::vector<std::pair<QString, RequestType>>{
+        {u"7"_qs, RequestType::Referral},
+        {u"6"_qs, RequestType::CentralizedRestoration},
+        {u"5"_qs, RequestType::SurgeryPlan},
+        {u"4"_qs, RequestType::Restoration},
+        {u"3"_qs, RequestType::Template},
+        {u"2"_qs, RequestType::TempShell},
+        {u"1"_qs, RequestType::LabDesign},
+        {u"0"_qs, RequestType::DentalScan},
+        {u"0b"_qs, RequestType::DentalScan},
+        {u"?"_qs, static_cast<RequestType>(8)}});
+    auto const asks = [](char const* id) { return AsksFor(QList<QString>{QString::fromLatin1(id)}); };
+    auto const restoration = test::success(groupOf<RestorationRequestDetail>(u"r"_qs));
+    testing::InSequence const inSequence;
+    EXPECT_CALL(connection_, getDentalScanRequestDetails(u"I"_qs, AsksFor(QList<QString>{u"0"_qs, u"0b"_qs})))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"s"_qs)))));
+    EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, asks("1")))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"l"_qs)))));
+    EXPECT_CALL(connection_, getTempShellRequestDetails(u"I"_qs, asks("2")))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"h"_qs)))));
+    EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, asks("4")))
+        .WillOnce(Return(threading::makeReadyFuture(restoration)));
+    auto templates = groupOf<TemplateRequestDetail>(u"t"_qs);
+    templates.front().collaborationRequestDetailInfos.front().orderId = u"order"_qs;
+    EXPECT_CALL(connection_, getTemplateRequestDetails(u"I"_qs, asks("3")))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(templates))));
+    auto plans = groupOf<UploadFilesRequestDetail>(u"p"_qs);
+    plans.front().collaborationRequestDetailInfos.front().surgeryPlanURL = u"plan"_qs;
+    plans.front().collaborationRequestDetailInfos.front().requesterPatientReference = u"patient"_qs;
+    EXPECT_CALL(connection_, getSurgeryPlanRequestDetails(u"I"_qs, asks("5")))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(plans))));
+    EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, asks("6")))
+        .WillOnce(Return(threading::makeReadyFuture(restoration)));
+    EXPECT_CALL(connection_, getReferralRequestDetails(u"I"_qs, asks("7")))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<UploadFilesRequestDetail>(u"f"_qs)))));
+
+    retriever_->execute();
+    EXPECT_EQ(finished_, 0) << "ready replies are handled by the event loop";
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    EXPECT_TRUE(retriever_->isSuccess());
+    auto const results = retriever_->getAllRequestDetails();
+    std::vector<int> types;
+    types.reserve(results.size());
+    for (auto const& details : results)
+    {
+        types.push_back(static_cast<int>(details.requestType));
+    }
+    EXPECT_THAT(types, ElementsAre(0, 1, 2, 4, 3, 5, 6)) << "the referral without a partner's file is left out";
+    EXPECT_EQ(results[0].partnershipId + results[0].partnerId + results[0].partnerName, u"PSPN");
+    EXPECT_EQ(results[4].orderId, u"order");
+    EXPECT_EQ(results[5].url, u"plan");
+    EXPECT_EQ(results[5].requesterPatientReference, u"patient");
+    EXPECT_FALSE(results[5].isZelkoPatient.has_value());
+}
+
+TEST_F(RequestDetailsRetrieverTest, FinishesOnceThoughCallsFail)
+{
+    expectThreeKinds();
+    retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    auto refused = test::refusal<std::vector<TemplateRequestDetail>>();
+    refused.value = groupOf<TemplateRequestDetail>(u"t"_qs);
+    template_.setValue(refused);
+    runEvents();
+    EXPECT_EQ(finished_, 0);
+    restoration_.cancel();
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    EXPECT_FALSE(retriever_->isSuccess());
+    EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
+}
+
+TEST_F(RequestDetailsRetrieverTest, SweepWithoutIdsIsSilent)
+{
+    retriever_->execute();
+    runEvents();
+    EXPECT_EQ(finished_, 0);
+    EXPECT_THAT(failures_, IsEmpty());
+}
+
+TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
+{
+    expectThreeKinds();
+    retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"old"_qs)));
+    template_.cancel();
+    PendingReply<std::vector<SessionDetails>> newer;
+    EXPECT_CALL(connection_, getTempShellRequestDetails(_, _)).WillOnce(Return(newer.future()));
+    retriever_->setRequestIds(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::TempShell}});
+    retriever_->execute();
+    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
+    runEvents();
+    EXPECT_EQ(finished_, 0);
+    newer.setValue(test::success(groupOf<SessionDetails>(u"n"_qs)));
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    EXPECT_TRUE(retriever_->isSuccess());
+    EXPECT_EQ(idsOf(*retriever_), QStringList{u"n"_qs});
+}
+
+TEST_F(RequestDetailsRetrieverTest, ReceiverMayStartTheNextSweepAndDeleteTheRetriever)
+{
+    expectThreeKinds();
+    PendingReply<std::vector<SessionDetails>> next;
+    EXPECT_CALL(connection_, getLabDesignRequestDetails(_, _)).WillOnce(Return(next.future()));
+    QObject::connect(
+        retriever_.get(), &RequestDetailsRetriever::finished,
+        [this]
+        {
+            if (finished_ == 1)
+            {
+                EXPECT_THAT(retriever_->getAllRequestDetails(), SizeIs(1));
+                retriever_->setRequestIds(std::vector<RequestInfo>{{u"l"_qs, {}, RequestType::LabDesign}});
+                retriever_->execute();
+            }
+            else
+            {
+                retriever_.reset();
+            }
+        });
+    retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    template_.cancel();
+    restoration_.cancel();
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    next.setValue(test::success(groupOf<SessionDetails>(u"l"_qs)));
+    runEvents();
+    EXPECT_EQ(finished_, 2);
+    EXPECT_EQ(retriever_, nullptr);
+}
+
+TEST_F(RequestDetailsRetrieverTest, RepliesAfterItsEndAreNotHandled)
+{
+    PendingReply<std::vector<RequestInfo>> list;
+    startPoll(list, {});
+    expectThreeKinds();
+    retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    retriever_.reset();
+    template_.setValue(test::success(groupOf<TemplateRequestDetail>(u"t"_qs)));
+    list.setValue(test::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
+    runEvents();
+    EXPECT_EQ(finished_, 0);
+}
+
+TEST_F(RequestDetailsRetrieverTest, KeepsReferralsWithAFileOfThePartner)
+{
+    FileInfo foreign;
+    foreign.fileType = u"ZelkoPatient"_qs;
+    FileInfo own = foreign;
+    own.isCreator = true;
+    UploadFilesRequestDetail group;
+    for (auto const& files :
+         {std::vector{own}, std::vector{foreign}, std::vector{own, foreign}, std::vector<FileInfo>{}})
+    {
+        auto& entry = group.collaborationRequestDetailInfos.emplace_back();
+        entry.requestDetails.files = files;
+        entry.referralURL = u"referral"_qs;
+    }
+    EXPECT_CALL(connection_, getReferralRequestDetails(_, _))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(std::vector{group}))));
+    retriever_->setRequestIds(std::vector<RequestInfo>{{u"f"_qs, {}, RequestType::Referral}});
+    retriever_->execute();
+    runEvents();
+    auto const results = retriever_->getAllRequestDetails();
+    ASSERT_THAT(results, SizeIs(2));
+    EXPECT_EQ(results[0].isZelkoPatient, true);
+    EXPECT_EQ(results[1].isZelkoPatient, false);
+    EXPECT_EQ(results[0].url, u"referral");
+}
+
+TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
+{
+    PendingReply<std::vector<RequestInfo>> list;
+    EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, AsksFor(QList<QString>{u"new"_qs, u"changed"_qs})))
+        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"new"_qs)))));
+    startPoll(
+        list, {{u"gone"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"same"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"changed"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"gone too"_qs, u"1"_qs, RequestType::LabDesign}});
+    list.setValue(test::success(std::vector<RequestInfo>{
+        {u"new"_qs, u"1"_qs, RequestType::LabDesign},
+        {u"same"_qs, u"1"_qs, RequestType::LabDesign},
+        {u"changed"_qs, u"2"_qs, RequestType::LabDesign}}));
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    EXPECT_EQ(retriever_->getRemovedRequestIds(), (QList<QString>{u"gone"_qs, u"gone too"_qs}));
+    EXPECT_EQ(idsOf(*retriever_), QStringList{u"new"_qs});
+}
+
+TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnce)
+{
+    for (RequestInfo const& received :
+         {RequestInfo{u"same"_qs, u"1"_qs, RequestType::LabDesign}, {u"other"_qs, u"1"_qs, RequestType::Unset}})
+    {
+        PendingReply<std::vector<RequestInfo>> list;
+        finished_ = 0;
+        startPoll(list, {{u"same"_qs, u"1"_qs, RequestType::LabDesign}});
+        list.setValue(test::success(std::vector{received}));
+        runEvents();
+        EXPECT_EQ(finished_, 1) << qPrintable(received.requestId);
+        EXPECT_TRUE(retriever_->isSuccess());
+    }
+}
+
+TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
+{
+    GetRequestsInfo asked;
+    EXPECT_CALL(connection_, getRequests(u"I"_qs, A<GetRequestsInfo>()))
+        .WillOnce(testing::DoAll(
+            testing::SaveArg<1>(&asked), Return(threading::makeReadyFuture(test::refusal<std::vector<RequestInfo>>()))))
+        .WillOnce(Return(threading::Future<rest::RestReply<std::vector<RequestInfo>>>()));
+    std::vector<RequestInfo> known;
+    retriever_->getUpdates({RequestType::TempShell}, known);
+    retriever_->getUpdates({}, known);
+    runEvents();
+    EXPECT_FALSE(asked.getOnlyActiveRequests());
+    EXPECT_THAT(asked.getSelectedTypes(), ElementsAre(RequestType::TempShell));
+    EXPECT_EQ(asked.getVersionNumber(), QVersionNumber(3, 1));
+    QString const message = u"Failed to get request transaction ids"_qs;
+    EXPECT_EQ(failures_, (QStringList{message, message})) << "refused, then cancelled";
+    EXPECT_EQ(finished_, 0);
+}
+
+TEST_F(RequestDetailsRetrieverTest, ListOfAnOvertakenPollIsIgnored)
+{
+    PendingReply<std::vector<RequestInfo>> older;
+    PendingReply<std::vector<RequestInfo>> newer;
+    startPoll(older, {});
+    startPoll(newer, {{u"gone"_qs, {}, RequestType::LabDesign}});
+    newer.setValue(test::success(std::vector<RequestInfo>()));
+    runEvents();
+    older.setValue(test::success(std::vector<RequestInfo>{{u"stale"_qs, {}, RequestType::LabDesign}}));
+    runEvents();
+    EXPECT_EQ(finished_, 1);
+    EXPECT_EQ(retriever_->getRemovedRequestIds(), QList<QString>{u"gone"_qs});
+}
+
+} // namespace

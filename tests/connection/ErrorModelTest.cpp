@@ -1,0 +1,200 @@
+#include <atomic>
+
+#include <gmock/gmock.h>
+
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+#include <KeloCommunicationLib/connection/TessalyConnection.h>
+#include <platform/core/HostEnvironment.h>
+#include <tests/support/RawServer.h>
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+std::unique_ptr<TessalyConnection> connectTo(test::RawServer const& server)
+{
+    return TessalyConnection::makeConnection(server.url(), QString(), QString());
+}
+
+rest::RestReply<OrderShippingAddressList> addressesFrom(test::Action const& answer)
+{
+    test::RawServer const server([&answer](test::RawRequest const&) { return answer; });
+    return connectTo(server)->getShippingAddresses(u"I"_s).get();
+}
+
+test::Action page(int status)
+{
+    return test::reply(status, "<html>[{\"Code\":\"17\"}]</html>", {{"Content-Type", "text/html"}});
+}
+
+TEST(ErrorModel, CodeAndMessageOfAnErrorBody)
+{
+    struct
+    {
+        test::Action answer;
+        qint32 httpStatus;
+        qint32 code;
+        char const* message;
+    } const rows[] = {
+        {test::reply(500, R"([{"Code":"17","Message":"x"},{"Code":"18","Message":"y"}])"), 500, 17, "x"},
+        {test::reply(404, R"([{"Code":"-3","Message":5}])"), 404, -3, ""},
+        {test::reply(400, R"([{"Code":17,"Message":"x"}])"), 400, 1000, "x"},
+        {test::reply(400, R"([{"Code":"99999999999"}])"), 400, 1000, ""},
+        {test::reply(400, R"([{"Code":"0x11"}])"), 400, 1000, ""},
+        {test::reply(400, R"({"Code":"17","Message":"x"})"), 400, 1000, ""},
+        {test::reply(400, R"([["Code"]])"), 400, 1000, ""},
+        {test::reply(400, "[]"), 400, 1000, ""},
+        {test::reply(401, ""), 401, 1000, ""},
+        {test::reply(302, "", {{"Location", "http://192.0.2.1/"}}), 302, 1000, ""},
+        {page(502), 502, 1000, ""},
+    };
+    for (auto const& row : rows)
+    {
+        SCOPED_TRACE(row.answer.bytes.toStdString());
+        auto const reply = addressesFrom(row.answer);
+        EXPECT_EQ(reply.status.kind, 2U);
+        EXPECT_EQ(reply.status.httpStatus, row.httpStatus);
+        EXPECT_EQ(reply.status.code, row.code);
+        EXPECT_EQ(reply.status.message, QLatin1String(row.message));
+        EXPECT_EQ(reply.status.serverResponseStatus, QString());
+        EXPECT_EQ(kelo::errorCode(reply.status), KeloErrorCode(row.code));
+        EXPECT_EQ(kelo::errorMessage(reply.status), u"(%1) %2"_s.arg(row.code).arg(QLatin1String(row.message)));
+    }
+}
+
+TEST(ErrorModel, AnErrorsBodyIsNoValue)
+{
+    auto const reply = addressesFrom(test::reply(500, R"({"Addresses":[{}]})"));
+    EXPECT_EQ(reply.status.kind, 2U);
+    EXPECT_TRUE(reply.value.addresses.isEmpty());
+}
+
+TEST(ErrorModel, NoAnswerIsNoConnection)
+{
+    for (test::Action const& answer :
+         {test::closeNow(), test::reply(200).truncatedBy(1), test::rawReply("nonsense\r\n\r\n")})
+    {
+        auto const reply = addressesFrom(answer);
+        EXPECT_EQ(reply.status.kind, 1U) << answer.bytes.toStdString();
+        EXPECT_EQ(reply.status.code, 0);
+        EXPECT_FALSE(reply.status.message.isEmpty());
+        EXPECT_EQ(kelo::errorCode(reply.status), KeloErrorCode::NoConnection);
+    }
+}
+
+TEST(ErrorModel, ASuccessWithoutTheExpectedObjectIsADefaultValue)
+{
+    struct
+    {
+        test::Action answer;
+        int addresses;
+    } const rows[] = {
+        {test::reply(200, R"({"Addresses":[{"Name":"n"}]})"), 1},
+        {test::reply(201, R"({"Addresses":[{"Name":"n"}]})"), 1},
+        {test::reply(200, R"([{"Addresses":[{"Name":"n"}]}])"), 0},
+        {test::reply(200, ""), 0},
+        {test::reply(200, "{"), 0},
+        {test::reply(200, "5"), 0},
+        {test::rawReply("HTTP/1.1 204 No Content\r\n\r\n"), 0},
+        {page(200), 0},
+    };
+    for (auto const& row : rows)
+    {
+        auto const reply = addressesFrom(row.answer);
+        EXPECT_EQ(reply.status.kind, 0U) << row.answer.bytes.toStdString();
+        EXPECT_EQ(reply.value.addresses.size(), row.addresses) << row.answer.bytes.toStdString();
+        EXPECT_EQ(kelo::errorCode(reply.status), KeloErrorCode::Success);
+    }
+}
+
+TEST(ErrorModel, CodeAndMessageOfAStatus)
+{
+    rest::RestReplyStatus status{0, 17, 200, u"Bad input"_s, {}};
+    EXPECT_EQ(kelo::errorCode(status), KeloErrorCode::Success);
+    EXPECT_EQ(kelo::errorMessage(status), u"(17) Bad input");
+    status.kind = 1;
+    EXPECT_EQ(kelo::errorCode(status), KeloErrorCode::NoConnection);
+    EXPECT_EQ(kelo::errorMessage(status), u"(17) Bad input");
+    status = {3, -4, 0, u"%1 %2"_s, {}};
+    EXPECT_EQ(kelo::errorCode(status), KeloErrorCode(-4));
+    EXPECT_EQ(kelo::errorMessage(status), u"(-4) %1 %2");
+}
+
+TEST(ErrorModel, ADownloadThatFailedIsEmpty)
+{
+    struct
+    {
+        test::Action answer;
+        QByteArray bytes;
+    } const rows[] = {
+        {test::reply(200, QByteArray("\0[\xff", 3)), QByteArray("\0[\xff", 3)},
+        {test::reply(404, "bytes"), {}},
+        {test::reply(500, "bytes"), {}},
+        {test::reply(203, "bytes"), {}},
+        {test::reply(200, "bytes").truncatedBy(1), {}},
+        {test::closeNow(), {}},
+    };
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        auto const future = connectTo(server)->getTempShellFile(u"F"_s);
+        EXPECT_EQ(future.get(), row.bytes) << row.answer.bytes.toStdString();
+    }
+}
+
+TEST(ErrorModel, CancellingReachesTheWireAndDestructionCancels)
+{
+    test::RawServer const server([](test::RawRequest const&) { return test::stall(); });
+    auto connection = connectTo(server);
+    auto const reply = connection->getShippingAddresses(u"I"_s);
+    auto const bytes = connection->getTempShellFile(u"F"_s);
+    auto const url = connection->getRestorationURL({}, u"R"_s);
+    ASSERT_TRUE(server.waitForRequests(3));
+    reply.cancel();
+    bytes.cancel();
+    url.cancel();
+    EXPECT_TRUE(server.waitForClosedByClient(3));
+
+    auto const pendingReply = connection->getShippingAddresses(u"I"_s);
+    auto const pendingBytes = connection->getTempShellFile(u"F"_s);
+    auto const pendingUrl = connection->getRestorationURL({}, u"R"_s);
+    connection.reset();
+    EXPECT_TRUE(pendingReply.isCanceled());
+    EXPECT_TRUE(pendingBytes.isCanceled());
+    EXPECT_TRUE(pendingUrl.isCanceled());
+    EXPECT_EQ(pendingUrl.get(), std::pair(QString(), KeloErrorCode::NoConnection));
+}
+
+TEST(ErrorModel, TheDefaultConnectionIsTheHosts)
+{
+    test::RawServer const server;
+    core::HostEnvironment host;
+    host.apiUrl = server.url(u"/api/v1"_s);
+    host.username = u"user"_s;
+    host.password = u"secret"_s;
+    core::setHostEnvironment(host);
+    auto const connection = TessalyConnection::makeDefaultConnection();
+    host.username = u"other"_s;
+    core::setHostEnvironment(host);
+    connection->getShippingAddresses(u"I"_s).wait();
+    ASSERT_EQ(server.requestCount(), 1);
+    EXPECT_EQ(server.requests()[0].target, "/api/v1/Installations/I/addresses/shipto");
+    EXPECT_EQ(server.requests()[0].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+}
+
+TEST(ErrorModel, TheTraceHookIsInstalledByInitialize)
+{
+    test::RawServer const server;
+    std::atomic<int> traced = 0;
+    auto const before = connectTo(server);
+    TessalyConnectionBase::m_callback = [&traced](rest::TraceData const&) { ++traced; };
+    auto const after = connectTo(server);
+    TessalyConnectionBase::m_callback = {};
+    before->getShippingAddresses(u"I"_s).wait();
+    EXPECT_EQ(traced, 0);
+    after->getShippingAddresses(u"I"_s).wait();
+    EXPECT_EQ(traced, 1);
+}
+
+} // namespace

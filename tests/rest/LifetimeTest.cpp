@@ -1,0 +1,209 @@
+// Cancellation, the end of a connection with calls pending, and waiting on the I/O thread.
+#include <atomic>
+#include <thread>
+
+#include "tests/rest/RestTestSupport.h"
+
+namespace test
+{
+
+namespace
+{
+
+TEST(Cancel, reachesTheWire)
+{
+    RawServer server([](RawRequest const&) { return stall(); });
+    auto const connection = connectTo(server.url());
+    auto const answer = connection->request(get());
+    bool called = false;
+    auto const download = connection->downloadBinary(
+        path("/x"), [&called](rest::BinaryReply const&) { called = true; }, 0ms);
+    ASSERT_TRUE(server.waitForRequests(2));
+    answer.cancel();
+    download.cancel();
+    EXPECT_TRUE(server.waitForClosedByClient(2));
+    EXPECT_TRUE(answer.isCanceled());
+    EXPECT_TRUE(download.isCanceled());
+    EXPECT_FALSE(called);
+}
+
+TEST(Cancel, freesThePlaceInTheQueue)
+{
+    RawServer server([](RawRequest const& request) { return request.target == "/stall" ? stall() : reply(200); });
+    auto const connection = connectTo(server.url());
+    std::vector<rest::FutureJsonReply> stalled;
+    for (int i = 0; i < 6; ++i)
+    {
+        stalled.push_back(connection->request(get("/stall")));
+    }
+    auto const waiting = connection->request(get());
+    ASSERT_TRUE(server.waitForRequests(6));
+    stalled[3].cancel();
+    EXPECT_EQ(waiting.get()->httpStatusCode(), 200);
+}
+
+TEST(Lifetime, destructionAndClosingCancelWhatIsPending)
+{
+    RawServer server([](RawRequest const&) { return stall(); });
+    for (bool const destroyed : {true, false})
+    {
+        auto connection = connectTo(server.url());
+        auto const client = connection->httpConnection();
+        std::vector<rest::FutureJsonReply> futures;
+        std::atomic<int> continued = 0;
+        for (int i = 0; i < 20; ++i)
+        {
+            futures.push_back(connection->request(get()));
+            futures.back().then([&continued](rest::FutureJsonReply const& future)
+                                { continued += future.isCanceled() ? 1 : 100; });
+        }
+        ASSERT_TRUE(server.waitForRequests(destroyed ? 6 : 12));
+        destroyed ? connection.reset() : connection->closeConnection();
+        EXPECT_EQ(continued, 20);
+        EXPECT_TRUE(server.waitForClosedByClient(destroyed ? 6 : 12));
+        EXPECT_THAT(client.send(get()), IsNetworkError());
+    }
+}
+
+TEST(Lifetime, blockingCallEndsWhenItsConnectionDoes)
+{
+    RawServer server([](RawRequest const&) { return stall(); });
+    auto const connection = connectTo(server.url());
+    rest::JsonReply answer;
+    std::thread caller([&] { answer = send(*connection, upload("x")); });
+    EXPECT_TRUE(server.waitForRequests(1));
+    connection->closeConnection();
+    caller.join();
+    EXPECT_THAT(answer, IsNetworkError());
+    EXPECT_TRUE(saysMaybeProcessed(answer));
+}
+
+TEST(Lifetime, connectionMayDieInItsOwnContinuation)
+{
+    RawServer server([](RawRequest const& request)
+                     { return request.target == "/stall" ? stall() : reply(200).afterRelease(); });
+    auto connection = connectTo(server.url());
+    auto const stalled = connection->request(get("/stall"));
+    auto const done = connection->request(get()).then(
+        [&](rest::JsonReply const&)
+        {
+            connection.reset();
+            return stalled.isCanceled();
+        });
+    ASSERT_TRUE(server.waitForRequests(2));
+    server.release();
+    EXPECT_TRUE(done.get());
+}
+
+TEST(Lifetime, destructorWaitsForContinuationsOnOtherThreads)
+{
+    RawServer server([](RawRequest const&) { return reply(200).afterRelease(); });
+    auto connection = connectTo(server.url());
+    threading::Promise<void> entered;
+    std::atomic<bool> left = false;
+    connection->request(get()).then(
+        [&](rest::JsonReply const&)
+        {
+            entered.setValue();
+            // Long enough for the destructor to run into it; returning sooner would only make the test weaker.
+            threading::Promise<void>().future().waitFor(1ms);
+            threading::Promise<void> const never;
+            never.future().waitFor(100ms);
+            left = true;
+        });
+    server.release();
+    entered.future().wait();
+    connection.reset();
+    EXPECT_TRUE(left);
+}
+
+TEST(Lifetime, waitingOnTheIoThreadKeepsItWorking)
+{
+    RawServer server;
+    auto const connection = connectTo(server.url());
+    auto const nested = connection->request(get()).then(
+        [&](rest::JsonReply const&)
+        {
+            auto const later = connection->request(get()).then([&](rest::JsonReply const&)
+                                                               { return send(*connection)->httpStatusCode(); });
+            return send(*connection)->httpStatusCode() + later.get();
+        });
+    EXPECT_EQ(nested.get(), 400);
+
+    auto const limited = connection->request(get()).then(
+        [](rest::JsonReply const&)
+        {
+            threading::Promise<void> const never;
+            return never.future().waitFor(20ms);
+        });
+    EXPECT_FALSE(limited.get());
+    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
+}
+
+TEST(Lifetime, connectionOfAnotherSessionMayDieOnTheIoThreadWhileItsContinuationRunsElsewhere)
+{
+    RawServer server([](RawRequest const& request) { return request.target == "/stall" ? stall() : reply(200); });
+    auto const first = connectTo(server.url());
+    auto second = connectTo(server.url());
+    threading::Promise<void> entered;
+    // This continuation runs on the thread below, and needs the I/O thread to return.
+    second->request(get("/stall"))
+        .then(
+            [&](rest::FutureJsonReply const&)
+            {
+                entered.setValue();
+                EXPECT_EQ(send(*first)->httpStatusCode(), 200);
+            });
+    ASSERT_TRUE(server.waitForRequests(1));
+    std::thread closing([&second] { second->closeConnection(); });
+    entered.future().wait();
+    first->request(get()).then([&](rest::JsonReply const&) { second.reset(); }).wait();
+    closing.join();
+    EXPECT_EQ(second, nullptr);
+}
+
+TEST(Lifetime, requestsCancelsAndClosesFromManyThreadsAllEnd)
+{
+    RawServer server;
+    for (int round = 0; round < 20; ++round)
+    {
+        auto connection = connectTo(server.url());
+        std::atomic<int> ended = 0;
+        constexpr int perThread = 50;
+        auto const work = [&](bool cancels)
+        {
+            for (int i = 0; i < perThread; ++i)
+            {
+                auto const future = connection->request(get());
+                future.then([&ended](rest::FutureJsonReply const&) { ++ended; });
+                if (cancels && i % 3 == 0)
+                {
+                    future.cancel();
+                }
+            }
+        };
+        std::thread one(work, true);
+        std::thread two(work, false);
+        connection->closeConnection();
+        connection->initialize(server.url(), {}, {}, {});
+        one.join();
+        two.join();
+        connection.reset();
+        EXPECT_EQ(ended, 2 * perThread);
+    }
+}
+
+TEST(Lifetime, processEndsWithCallsPending)
+{
+    RawServer server([](RawRequest const& request) { return request.target == "/now" ? reply(200) : stall(); });
+    for (char const* const mode : {"return", "exitOnIoThread", "waitOnIoThread", "lateRequest"})
+    {
+        std::string const command =
+            std::string(KELO_PROCESS_END_PROGRAM) + " " + server.url().toString().toStdString() + " " + mode;
+        EXPECT_EQ(std::system(command.c_str()), 0) << mode;
+    }
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,127 @@
+// Redirects, certificates and proxies: where a request may go.
+#include <QNetworkProxy>
+
+#include "tests/rest/RestTestSupport.h"
+
+namespace test
+{
+
+namespace
+{
+
+Action redirectTo(QByteArray const& location, int status = 302)
+{
+    return reply(status, "{}", {{"Location", location}});
+}
+
+TEST(Redirect, readsAreFollowedOnTheSameOriginOnly)
+{
+    RawServer other;
+    QByteArray const otherUrl = other.url(QStringLiteral("/stolen")).toEncoded();
+    RawServer server(
+        [&otherUrl](RawRequest const& request)
+        {
+            QByteArray const number = request.target.mid(1);
+            if (request.target == "/other")
+            {
+                return redirectTo(otherUrl, 307);
+            }
+            if (request.target == "/file")
+            {
+                return redirectTo("file:///etc/hostname");
+            }
+            return number == "0" ? reply(200, "[]") : redirectTo("/" + QByteArray::number(number.toInt() - 1));
+        });
+    auto const connection = connectTo(server.url());
+    EXPECT_EQ(send(*connection, get("/5"))->httpStatusCode(), 200);
+    EXPECT_EQ(server.requestCount(), 6);
+    EXPECT_EQ(server.requests().back().header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+    EXPECT_EQ(send(*connection, get("/6"))->httpStatusCode(), 302);
+    EXPECT_EQ(send(*connection, get("/other"))->httpStatusCode(), 307);
+    EXPECT_EQ(send(*connection, get("/file"))->httpStatusCode(), 302);
+    EXPECT_EQ(send(*connection, get("/file"))->classification(), 1);
+
+    int const before = server.requestCount();
+    EXPECT_EQ(
+        send(*connection, RequestDataCreator::makeRequest(HttpMethod::Post, path("/1"), "x", 0ms))->httpStatusCode(),
+        302);
+    EXPECT_EQ(server.requestCount(), before + 1);
+    EXPECT_EQ(other.connectionCount(), 0);
+}
+
+TEST(Certificate, selfSignedIsRefusedUntilCheckingIsSwitchedOff)
+{
+    RawServer server({}, {true, {}});
+    auto const connection = connectTo(server.url());
+    auto const refused = send(*connection, upload("x"));
+    EXPECT_THAT(refused, IsNetworkError());
+    EXPECT_FALSE(saysMaybeProcessed(refused));
+    EXPECT_TRUE(refused->errorText().contains(QLatin1String("certificate")));
+    EXPECT_EQ(server.requestCount(), 0);
+
+    auto const careless = connectTo(server.url());
+    careless->disableCertificateChecking();
+    EXPECT_EQ(send(*careless)->httpStatusCode(), 200);
+    // The other connection must not get to use what the careless one has opened.
+    EXPECT_THAT(send(*connection), IsNetworkError());
+    EXPECT_EQ(server.requestCount(), 1);
+}
+
+class ProxyEnvironment
+{
+public:
+    explicit ProxyEnvironment(QByteArray const& value)
+    {
+        for (char const* const name : {"http_proxy", "https_proxy", "all_proxy"})
+        {
+            qputenv(name, value);
+        }
+    }
+
+    ProxyEnvironment(ProxyEnvironment const&) = delete;
+    ProxyEnvironment& operator=(ProxyEnvironment const&) = delete;
+
+    ~ProxyEnvironment()
+    {
+        for (char const* const name : {"http_proxy", "https_proxy", "all_proxy"})
+        {
+            qunsetenv(name);
+        }
+    }
+};
+
+TEST(Proxy, systemProxyIsUsedOnlyWithAutoDiscovery)
+{
+    RawServer proxy([](RawRequest const& request) { return reply(request.method == "CONNECT" ? 403 : 200); });
+    RawServer server;
+    QUrl address = proxy.url();
+    address.setUserInfo(QStringLiteral("pu:pp"));
+    ProxyEnvironment const environment(address.toEncoded());
+
+    auto const connection = connectTo(QUrl(QStringLiteral("http://kelo.invalid/api")));
+    EXPECT_THAT(send(*connection), IsNetworkError());
+    EXPECT_EQ(proxy.connectionCount(), 0);
+
+    connection->setUseProxyAutoDiscovery(true);
+    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
+    ASSERT_EQ(proxy.requestCount(), 1);
+    EXPECT_EQ(proxy.requests()[0].target, "http://kelo.invalid/api/x");
+    EXPECT_EQ(proxy.requests()[0].header("Proxy-Authorization"), "Basic " + QByteArray("pu:pp").toBase64());
+
+    connection->initialize(QUrl(QStringLiteral("https://kelo.invalid/api")), {}, {}, {});
+    auto const refused = send(*connection, upload("x"));
+    EXPECT_THAT(refused, IsNetworkError());
+    EXPECT_FALSE(saysMaybeProcessed(refused));
+    EXPECT_FALSE(refused->errorText().contains(QLatin1String("pp@")));
+    EXPECT_EQ(proxy.requests().back().method, "CONNECT");
+
+    connection->initialize(server.url(), {}, {}, {});
+    int const before = proxy.requestCount();
+    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
+    EXPECT_EQ(server.requestCount(), 1);
+    EXPECT_EQ(proxy.requestCount(), before);
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,180 @@
+// How answers are classified, and what ends an exchange as a network error.
+#include <QJsonArray>
+
+#include "tests/rest/RestTestSupport.h"
+
+namespace test
+{
+
+namespace
+{
+
+// [1,[]]
+QByteArray const gzippedArray = QByteArray::fromHex("1f8b08000000000002038b36d4898e8d0500261708db06000000");
+
+HeaderList const gzipped = {{"Content-Encoding", "gzip"}};
+
+TEST(Reply, answersKeepStatusAndDocument)
+{
+    struct Case
+    {
+        Action action;
+        int status;
+        int classification;
+        bool hasDocument;
+    };
+    QByteArray const html = "<html>gone</html>";
+    Case const cases[] = {
+        {reply(200, "{\"a\":1}"), 200, 0, true},
+        {reply(201, "[1,2]", {{"Content-Type", "text/plain"}}), 201, 0, true},
+        {rawReply("HTTP/1.1 204 No Content\r\n\r\n"), 204, 0, false},
+        {reply(200, ""), 200, 0, false},
+        {reply(200, html, {{"Content-Type", "text/html"}}), 200, 0, false},
+        {reply(400, "[{\"Code\":\"17\"}]"), 400, 1, true},
+        {reply(404, html, {{"Content-Type", "text/html"}}), 404, 1, false},
+        {reply(503, ""), 503, 1, false},
+        {reply(304, ""), 304, 1, false},
+        {rawReply("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + reply(409).bytes), 409,
+         1, true},
+        {rawReply("HTTP/1.0 200 OK\r\n\r\n{\"a\":1}").thenClose(), 200, 0, true},
+        {rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n[1\r\n1\r\n]\r\n0\r\n\r\n"), 200, 0, true},
+        {reply(200, "{\"a\":\"" + QByteArray(300000, 'x') + "\"}").inSlices(70000, 0ms), 200, 0, true},
+    };
+    for (Case const& row : cases)
+    {
+        RawServer server([&row](RawRequest const&) { return row.action; });
+        auto const connection = connectTo(server.url());
+        for (int repeat = 0; repeat < 2; ++repeat)
+        {
+            auto const answer = send(*connection);
+            std::string const head = row.action.bytes.left(40).toStdString();
+            EXPECT_EQ(answer->httpStatusCode(), row.status) << head;
+            EXPECT_EQ(answer->classification(), row.classification) << head;
+            EXPECT_EQ(answer->errorCode(), row.classification == 0 ? 0 : row.status) << head;
+            EXPECT_EQ(answer->errorText().isEmpty(), row.classification == 0) << head;
+            EXPECT_EQ(!answer->body().isNull(), row.hasDocument) << head;
+        }
+    }
+}
+
+TEST(Reply, brokenAnswersAreNetworkErrors)
+{
+    QByteArray const chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    QByteArray const body = "{\"a\":1}";
+    std::pair<char const*, Action> const cases[] = {
+        {"short body", reply(200, body).truncatedBy(1)},
+        {"short error body", reply(500, body).truncatedBy(1)},
+        {"reset in the body", reply(200, body).truncatedBy(1).thenReset()},
+        {"head cut", reply(200, body).truncatedTo(20)},
+        {"no answer", closeNow()},
+        {"chunk cut", rawReply(chunked + "7\r\n{\"a").thenClose()},
+        {"last chunk missing", rawReply(chunked + "7\r\n{\"a\":1}\r\n").thenClose()},
+        {"bad chunk size", rawReply(chunked + "zz\r\n{}\r\n0\r\n\r\n")},
+        {"bad gzip", reply(200, "this is not gzip", gzipped)},
+        {"gzip cut", reply(200, gzippedArray.chopped(10), gzipped)},
+        {"gzip trailer cut", reply(200, gzippedArray.chopped(1), gzipped)},
+        {"bad checksum", reply(200, gzippedArray.chopped(8) + QByteArray(8, 'x'), gzipped)},
+        {"not HTTP", rawReply("SSH-2.0-x\r\n\r\n").thenClose()},
+        {"reset of an unframed body", rawReply("HTTP/1.1 200 OK\r\n\r\n{}").thenReset()},
+        {"endless headers", rawReply("HTTP/1.1 200 OK\r\n").thenRepeat("X-A: " + QByteArray(1000, 'y') + "\r\n")},
+        {"one endless header", rawReply("HTTP/1.1 200 OK\r\nX-A: ").thenRepeat(QByteArray(1000, 'y'))},
+        {"endless interim answers", rawReply("").thenRepeat("HTTP/1.1 100 Continue\r\n\r\n")},
+    };
+    for (auto const& [name, action] : cases)
+    {
+        RawServer server([answer = action](RawRequest const&) { return answer; });
+        auto const connection = connectTo(server.url());
+        EXPECT_THAT(send(*connection), IsNetworkError()) << name;
+        rest::BinaryReply download;
+        connection
+            ->downloadBinary(
+                path("/x"), [&download](rest::BinaryReply const& reply) { download = reply; }, 0ms)
+            .wait();
+        EXPECT_THAT(download, IsNetworkError()) << name;
+        EXPECT_TRUE(download->body().isEmpty()) << name;
+    }
+}
+
+TEST(Reply, compressedAnswersAreReadable)
+{
+    RawServer server([](RawRequest const&) { return reply(200, gzippedArray, gzipped); });
+    QJsonArray const expected{1, QJsonValue(QJsonArray())};
+    EXPECT_EQ(send(*connectTo(server.url()))->body().array(), expected);
+    EXPECT_TRUE(server.requests().front().header("Accept-Encoding").contains("gzip"));
+}
+
+TEST(Reply, sizeLimitCountsDecompressedBytes)
+{
+    QByteArray const raw(1'000'000, ' ');
+    QByteArray const deflated = qCompress(raw).mid(4);
+    RawServer server(
+        [&](RawRequest const& request)
+        {
+            if (request.target == "/endless")
+            {
+                return rawReply("HTTP/1.1 200 OK\r\n\r\n").thenRepeat(QByteArray(10000, ' '));
+            }
+            return request.target == "/plain" ? reply(200, raw)
+                                              : reply(200, deflated, {{"Content-Encoding", "deflate"}});
+        });
+    auto const connection = connectTo(server.url());
+    for (char const* const target : {"/plain", "/deflated"})
+    {
+        connection->setReplySizeLimit(raw.size());
+        EXPECT_EQ(send(*connection, get(target))->httpStatusCode(), 200) << target;
+        connection->setReplySizeLimit(raw.size() - 1);
+        EXPECT_THAT(send(*connection, get(target)), IsNetworkError()) << target;
+    }
+    EXPECT_THAT(send(*connection, get("/endless")), IsNetworkError());
+}
+
+TEST(Reply, downloadsGiveBytesAndKeepErrorStatus)
+{
+    QByteArray const content = QByteArray("\0\x89PNG", 5).repeated(50000);
+    RawServer server(
+        [&content](RawRequest const& request) {
+            return request.target == "/logo" ? reply(200, content, {{"Content-Type", "image/png"}})
+                                             : reply(404, "gone");
+        });
+    auto const connection = connectTo(server.url());
+    std::vector<rest::BinaryReply> replies;
+    for (char const* const target : {"/logo", "/other"})
+    {
+        connection
+            ->downloadBinary(
+                path(target), [&replies](rest::BinaryReply const& reply) { replies.push_back(reply); }, 0ms)
+            .wait();
+    }
+    ASSERT_EQ(replies.size(), 2);
+    EXPECT_EQ(replies[0]->httpStatusCode(), 200);
+    EXPECT_TRUE(replies[0]->body() == content);
+    EXPECT_EQ(replies[1]->httpStatusCode(), 404);
+    EXPECT_EQ(replies[1]->classification(), 1);
+    EXPECT_EQ(server.requests()[0].header("Accept"), "*/*");
+    EXPECT_EQ(server.requests()[0].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+}
+
+TEST(Reply, parserClassifiesReplies)
+{
+    RawServer server(
+        [](RawRequest const& request) {
+            return request.target == "/bad" ? reply(422) : request.target == "/lost" ? closeNow() : reply(201);
+        });
+    auto const connection = connectTo(server.url());
+    auto const parser = connection->getErrorParser();
+    auto const success = parser->parse(send(*connection));
+    EXPECT_EQ(
+        std::tuple(success.kind, success.code, success.httpStatus, success.message), std::tuple(0U, 0, 201, QString()));
+    auto const refused = parser->parse(send(*connection, get("/bad")));
+    EXPECT_EQ(
+        std::tuple(refused.kind, refused.code, refused.httpStatus, refused.message),
+        std::tuple(2U, 7, 422, QStringLiteral("message")));
+    auto const lost = parser->parse(send(*connection, get("/lost")));
+    EXPECT_EQ(std::tuple(lost.kind, lost.code, lost.httpStatus), std::tuple(1U, 0, 0));
+    EXPECT_FALSE(lost.message.isEmpty());
+    EXPECT_EQ(parser->parse(nullptr).kind, 1U);
+}
+
+} // namespace
+
+} // namespace test

@@ -1,0 +1,189 @@
+#include "tests/simulator/SimulatorFixture.h"
+
+#include <QImage>
+
+namespace
+{
+
+using PartnersTest = SimulatorFixture;
+
+QJsonObject const scanFile = {
+    {"Name", "upper.stl"}, {"Size", "18734112"},  {"ChunkSize", "1048576"},   {"Type", "Scan"},
+    {"SubType", "Jaw"},    {"ArchType", "Upper"}, {"PaddingBytesAdded", "0"},
+};
+QJsonObject const prescription = {
+    {"Name", "prescription.xml"}, {"AcquisitionTimestamp", QJsonValue::Null}, {"Type", "Full"}};
+QJsonObject const newCase = {
+    {"InstallationReference", "INST-1001"},
+    {"UserReference", "Dr. Rao"},
+    {"PatientFirstName", "Eva"},
+    {"PatientLastName", "Klein"},
+    {"PatientId", "P-7"},
+    {"PatientReference", "R-7"},
+    {"PatientDateOfBirth", "1971-02-03"},
+    {"PatientGender", ""},
+    {"LocatorInfoNote", ""},
+    {"CaseFiles", QJsonArray{scanFile}},
+    {"PrescriptionTemplates", QJsonArray{prescription}}};
+QJsonObject const moreFiles = {
+    {"InstallationReference", "INST-1001"}, {"UserReference", "Dr. Rao"}, {"CaseFiles", QJsonArray{scanFile}}};
+
+QJsonObject shared(QString const& caseId, QString const& accountId)
+{
+    return {{"userReference", "Dr. Rao"}, {"caseId", caseId}, {"partnerConnectionId", accountId}};
+}
+
+QByteArray json(QJsonObject const& object)
+{
+    return QJsonDocument(object).toJson();
+}
+
+TEST_F(PartnersTest, logosArePicturesWhereThePartnerHasOne)
+{
+    auto const base = QStringLiteral("/Installations/INST-1001/partners");
+    auto const partners = get(base).array();
+    int pictures = 0;
+    int missing = 0;
+    int unreadable = 0;
+    for (QJsonValue const partner : partners)
+    {
+        auto const path = base + '/' + partner["PartnerId"].toString() + "/logo";
+        auto const reply = client.Get(path.toStdString());
+        ASSERT_TRUE(reply);
+        QImage image;
+        auto const isImage = image.loadFromData(QByteArray::fromBase64(QByteArray::fromStdString(reply->body)));
+        missing += reply->status == 404;
+        pictures += reply->status == 200 && isImage && image.pixelColor(32, 32).alpha() == 255;
+        unreadable += reply->status == 200 && !reply->body.empty() && !isImage;
+    }
+    EXPECT_EQ(pictures, 2);
+    EXPECT_EQ(missing, 1);
+    EXPECT_EQ(unreadable, 1);
+    EXPECT_EQ(get("/Installations/INST-2002/partners/PLT-12/logo", 404)[0]["Code"], "4041");
+    EXPECT_EQ(get("/Installations/INST-2002/partners").array().size(), 1);
+    EXPECT_TRUE(partners[1]["ShouldAnonymizeCaseData"].toBool());
+}
+
+TEST_F(PartnersTest, accountsTellWhetherTheyAreConnected)
+{
+    auto const accounts = get("/Installations/INST-1001/PartnerConnections").array();
+    ASSERT_EQ(accounts.size(), 3);
+    EXPECT_EQ(accounts[0]["PartnerName"], "Brightline Aligners");
+    EXPECT_EQ(accounts[1]["GivenName"], "");
+    for (QJsonValue const account : accounts)
+    {
+        auto const id = account["PartnerConnectionId"].toString();
+        auto const tested = get("/Installations/INST-1001/test-connection?partnerConnectionId=" + id);
+        EXPECT_EQ(tested["IsConnected"], account["IsConnected"]);
+        EXPECT_EQ(tested["ManagePartnerConnectionUrl"], account["ManagePartnerConnectionUrl"]);
+    }
+    EXPECT_FALSE(accounts[2]["IsConnected"].toBool(true));
+    get("/Installations/INST-2002/test-connection?partnerConnectionId=PAC-301", 404);
+    EXPECT_EQ(get("/Installations/INST-1001/test-connection", 400)[0]["Code"], "4005");
+}
+
+TEST_F(PartnersTest, aCaseGoesFromThePortalToAPartnerAndIsFinishedThere)
+{
+    auto const created = post("/Cases", newCase);
+    auto const id = created["CaseId"].toString();
+    auto const added = post("/Cases/" + id + "/files?api-version=1.0", moreFiles).array();
+    EXPECT_EQ(added[0]["Name"], "upper.stl");
+    EXPECT_NE(added[0]["Id"], created["CaseFiles"][0]["Id"]);
+    auto const stored = get("/_control/cases").array().last();
+    EXPECT_EQ(stored["Files"].toArray().size(), 2);
+    EXPECT_EQ(stored["Files"][1], QJsonValue(merged(scanFile, {{"Id", added[0]["Id"]}})));
+
+    auto const portalPath = QStringLiteral("/Patients/P-7/cases?InstallationReference=%1&api-version=0.0");
+    EXPECT_EQ(get(portalPath.arg("INST-1001"))["Cases"][0]["SharedWithSites"], QJsonArray());
+    send("POST", "/Cases/share", json(shared(id, "PAC-301")), 204);
+    send("POST", "/Cases/share", json(shared(id, "PAC-301")), 204);
+    auto const onPortal = get(portalPath.arg("INST-1001"))["Cases"][0];
+    EXPECT_EQ(onPortal["SharedWithSites"], (QJsonArray{QJsonObject{{"Name", "Brightline Aligners"}}}));
+    EXPECT_EQ(onPortal["CaseUrl"], created["CaseUrl"]);
+    EXPECT_TRUE(onPortal["IsCreator"].toBool());
+    EXPECT_EQ(get(portalPath.arg("INST-2002"))["Cases"], QJsonArray());
+
+    auto const partnerPath = QStringLiteral("/Installations/INST-1001/PartnerCases/patients/P-7");
+    auto const atPartner = get(partnerPath).array();
+    ASSERT_EQ(atPartner.size(), 1) << "sharing again updates the case";
+    EXPECT_EQ(atPartner[0]["CaseId"], id);
+    EXPECT_EQ(atPartner[0]["PartnerConnectionUserName"], "office@harbour-street.example");
+    auto const refresh = QStringLiteral("/Installations/INST-1001/partnercases/refresh-status");
+    auto const ids = QJsonDocument(QJsonArray{id, "PORTAL-none"}).toJson();
+    QStringList seen = {atPartner[0]["CaseStatus"].toString()};
+    for (int count = 0; count < 5; ++count)
+    {
+        auto const statuses = send("POST", refresh, ids, 200).array();
+        ASSERT_EQ(statuses.size(), 1);
+        seen << statuses[0]["Status"].toString();
+    }
+    EXPECT_EQ(seen, (QStringList{"Created", "Draft", "Accepted", "Updating Status", "Finished", "Finished"}));
+    EXPECT_EQ(get(partnerPath)[0]["CaseStatus"], "Finished");
+    EXPECT_EQ(send("POST", refresh, "[]", 200).array(), QJsonArray());
+    EXPECT_EQ(send("POST", refresh, R"(["PORTAL-000008"])", 200)[0]["Status"], "Rejected");
+
+    post("/_control/reset", {}, 204);
+    EXPECT_EQ(get(partnerPath).array(), QJsonArray());
+}
+
+TEST_F(PartnersTest, casesOfOtherSitesAreSeenWhenTheyAreShared)
+{
+    auto const path = QStringLiteral("/Patients/PAT-000020/cases?InstallationReference=%1&api-version=0.0");
+    auto const reader = get(path.arg("INST-1001"))["Cases"].toArray();
+    ASSERT_EQ(reader.size(), 1);
+    EXPECT_FALSE(reader[0]["IsCreator"].toBool(true));
+    EXPECT_TRUE(get(path.arg("INST-2002"))["Cases"][0]["IsCreator"].toBool());
+    post("/Cases/PORTAL-000010/files?api-version=1.0", moreFiles);
+    auto const foreign = merged(moreFiles, {{"InstallationReference", "INST-2002"}});
+    send("POST", "/Cases/PORTAL-000001/files?api-version=1.0", json(foreign), 404);
+}
+
+TEST_F(PartnersTest, whatCannotBeTakenIsRefused)
+{
+    auto const withFile = [](char const* key, QJsonValue const& value) {
+        return json(merged(newCase, {{"CaseFiles", QJsonArray{merged(scanFile, {{key, value}})}}}));
+    };
+    auto const withPrescription = [](char const* key, QJsonValue const& value) {
+        return json(merged(newCase, {{"PrescriptionTemplates", QJsonArray{merged(prescription, {{key, value}})}}}));
+    };
+    struct Row
+    {
+        char const* path;
+        QByteArray body;
+        int status;
+        char const* code;
+    };
+    auto const refresh = "/Installations/INST-1001/partnercases/refresh-status";
+    Row const rows[] = {
+        {"/Cases", withFile("Size", 18734112), 400, "4003"},
+        {"/Cases", withFile("ChunkSize", "-1"), 400, "4003"},
+        {"/Cases", withFile("PaddingBytesAdded", ""), 400, "4003"},
+        {"/Cases", withFile("CheckSum", "00"), 400, "4002"},
+        {"/Cases", withPrescription("AcquisitionTimestamp", "yesterday"), 400, "4003"},
+        {"/Cases", withPrescription("Type", "Half"), 400, "4004"},
+        {"/Cases", json(merged(newCase, {{"PatientGender", "female"}})), 400, "4004"},
+        {"/Cases", json(merged(newCase, {{"InstallationReference", "INST-404"}})), 404, "4041"},
+        {"/Cases/PORTAL-000001/files", json(moreFiles), 400, "4005"},
+        {"/Cases/PORTAL-000001/files?api-version=2.0", json(moreFiles), 400, "4005"},
+        {"/Cases/share", R"({"UserReference":"U","CaseId":"C","PartnerConnectionId":"P"})", 400, "4001"},
+        {"/Cases/share", json(shared("PORTAL-none", "PAC-301")), 404, "4041"},
+        {"/Cases/share", json(shared("PORTAL-000001", "PAC-none")), 404, "4041"},
+        {"/Cases/share", json(shared("PORTAL-000001", "PAC-303")), 409, "4090"},
+        {"/Cases/share", json(shared("PORTAL-000002", "PAC-301")), 409, "4090"},
+        {refresh, R"({"CaseIds":[]})", 400, "4000"},
+        {refresh, "[1]", 400, "4003"},
+    };
+    auto const before = get("/_control/cases");
+    for (auto const& row : rows)
+    {
+        auto const error = send("POST", row.path, row.body, row.status);
+        EXPECT_EQ(error[0]["Code"], row.code) << row.path << row.body.toStdString();
+    }
+    EXPECT_EQ(get("/_control/cases"), before) << "a refused request leaves nothing behind";
+    EXPECT_EQ(get("/Patients/PAT-000001/cases?api-version=0.0", 400)[0]["Code"], "4005");
+    post(
+        "/Cases",
+        QJsonDocument::fromJson(withPrescription("AcquisitionTimestamp", "2025-03-03T08:15:00.250")).object());
+}
+
+} // namespace

@@ -1,0 +1,343 @@
+#include "tests/simulator/SimulatorFixture.h"
+
+#include <future>
+
+namespace
+{
+
+using simulator::Simulator;
+using simulator::SimulatorOptions;
+
+class SimulatorTest : public SimulatorFixture
+{
+protected:
+    QJsonArray list(bool onlyActive, QJsonArray const& types = {})
+    {
+        return post(
+                   "/Installations/INST-1001/requests",
+                   {{"GetOnlyActiveRequests", onlyActive}, {"VersionNumber", "1.0"}, {"SelectedTypes", types}})
+            .array();
+    }
+    /// The entry of the request in the list; empty when it is not there.
+    QJsonObject listed(QString const& id, bool onlyActive = false)
+    {
+        for (auto const& entry : list(onlyActive))
+        {
+            if (entry.toObject()["RequestId"] == id)
+            {
+                return entry.toObject();
+            }
+        }
+        return {};
+    }
+    /// All request entries of a details answer, each with the keys of its partner added.
+    QList<QJsonObject> details(QString const& kindPath, QJsonArray const& ids, bool onlyActive = false)
+    {
+        QList<QJsonObject> found;
+        auto const groups = post(
+                                "/Installations/INST-1001/requests/" + kindPath + "details",
+                                {{"GetOnlyActiveRequests", onlyActive}, {"VersionNumber", ""}, {"RequestIds", ids}})
+                                .array();
+        for (QJsonValue const group : groups)
+        {
+            for (QJsonValue const entry : group["CollaborationRequestDetailInfos"].toArray())
+            {
+                auto const partner =
+                    QJsonObject{{"PartnershipId", group["PartnershipId"]}, {"PartnerName", group["PartnerName"]}};
+                found << merged(entry.toObject(), partner);
+            }
+        }
+        return found;
+    }
+};
+
+QJsonObject const from1001 = {{"InstallationReference", "INST-1001"}};
+QJsonObject const newScan = {
+    {"Name", "scan.stl"},
+    {"Size", qint64(5'368'709'120)},
+    {"ChunkSize", 1'048'576},
+    {"CheckSum", "00ff"},
+    {"FileType", "stl"}};
+QJsonObject const surgeryPlan = {
+    {"InstallationReference", "INST-1001"},
+    {"UserReference", "Dr. Rao"},
+    {"VersionNumber", "1.2"},
+    {"Note", "Two implants"},
+    {"DueDate", "2025-04-30"},
+    {"NewFiles", QJsonArray{newScan}},
+    {"ExistingFiles", QJsonArray()},
+    {"Metadata", "m1"},
+    {"TreatingClinician", "Dr. Rao"},
+    {"PatientId", "P-7"},
+    {"PatientFirstName", "Eva"},
+    {"PatientLastName", "Klein"},
+    {"PatientGender", "Female"},
+    {"PatientDateOfBirth", "1971-02-03"},
+    {"RequesterPatientReference", "R-7"}};
+
+TEST_F(SimulatorTest, aRequestLivesFromCreationToWithdrawal)
+{
+    auto const session = post("/Connections/CON-101/sessions", merged(from1001, {{"UserReference", "Dr. Rao"}}));
+    auto const sessionPath = "/Sessions/" + session["SessionId"].toString();
+    auto const created = post(sessionPath + "/request/surgeryplan", surgeryPlan);
+    auto const id = created["CollaborationRequestId"].toString();
+    auto const fileId = created["Files"][0]["Id"].toString();
+    EXPECT_EQ(created["Files"][0]["Name"], "scan.stl");
+    EXPECT_EQ(listed(id, true)["RequestType"], 5);
+
+    auto const before = details("surgeryplan/", {id}).at(0);
+    EXPECT_EQ(before["PartnerName"], "Alpine Dental Laboratory");
+    EXPECT_EQ(before["Key"], created["CollaborationRequestKey"]);
+    EXPECT_EQ(before["DueDate"], "2025-04-30");
+    EXPECT_EQ(before["RequesterPatientReference"], "R-7");
+    EXPECT_EQ(before["Files"][0]["NumberOfChunks"], 5120);
+    EXPECT_EQ(before["Files"][0]["IsMarkedAsSeen"], false);
+
+    // Every change gives a new transaction id.
+    QJsonValue lastTransaction = before["TransactionId"];
+    auto const expectChange = [&](char const* what)
+    {
+        QJsonValue const now = listed(id)["TransactionId"];
+        EXPECT_NE(now, lastTransaction) << what;
+        lastTransaction = now;
+    };
+    auto const files = QJsonObject{{"UserReference", "U"}, {"NewFiles", QJsonArray()}, {"ExistingFiles", QJsonArray()}};
+    post("/Requests/surgeryplan/" + id, merged(merged(from1001, files), {{"Note", "More"}}));
+    expectChange("surgery plan update");
+    auto const updated = post(
+        "/Requests/" + id + "/request",
+        merged(
+            merged(from1001, files),
+            {{"Note", ""}, {"DueDate", ""}, {"Metadata", "m2"}, {"NewFiles", QJsonArray{newScan}}}));
+    EXPECT_EQ(updated[0]["Name"], "scan.stl");
+    expectChange("update");
+    post("/CollaborationFiles/" + fileId, from1001, 204);
+    expectChange("seen");
+    auto const reply = post("/_control/partner-action", {{"Action", "reply"}, {"RequestId", id}, {"Text", "Fine."}});
+    expectChange("reply");
+    EXPECT_EQ(reply["TransactionId"], lastTransaction);
+    post("/Requests/" + id + "/status", merged(from1001, {{"Status", 3}}), 204);
+    expectChange("status");
+
+    auto const after = details("surgeryplan/", {id}).at(0);
+    EXPECT_EQ(after["Status"], 3);
+    EXPECT_EQ(after["Metadata"], "m2");
+    EXPECT_EQ(after["DueDate"], "2025-04-30");
+    EXPECT_EQ(after["Files"][0]["IsMarkedAsSeen"], true);
+    EXPECT_EQ(after["Files"].toArray().size(), 3);
+    EXPECT_EQ(after["Files"][2]["IsCreator"], false);
+    EXPECT_EQ(after["NoteInfos"].toArray().size(), 3);
+    EXPECT_EQ(after["NoteInfos"][2]["Text"], "Fine.");
+    EXPECT_TRUE(listed(id, true).isEmpty()) << "a completed request is no longer active";
+
+    auto const search = QStringLiteral("/Installations/INST-1001/requests?api-version=0.0&Search.");
+    EXPECT_EQ(get(search + "Key=" + after["Key"].toString())["RequestId"], id);
+    EXPECT_EQ(get(search + "SalesOrderNumber=" + after["OrderReference"].toString())["RequestId"], id);
+    post("/_control/partner-action", {{"Action", "withdraw"}, {"RequestId", id}});
+    EXPECT_TRUE(listed(id).isEmpty());
+    post("/_control/reset", {}, 204);
+    EXPECT_EQ(details("", {"REQ-000001"}).size(), 1);
+}
+
+TEST_F(SimulatorTest, everyKindIsSeededAndTheFiltersHold)
+{
+    char const* const kinds[] = {
+        "dentalscan", "labdesign", "tempshell", "template", "restoration", "surgeryplan", "centralizedrestoration",
+        "referral"};
+    for (int type = 0; type < 8; ++type)
+    {
+        auto const path = QString::fromLatin1(kinds[type]) + '/';
+        auto const all = details(path, {});
+        auto const active = details(path, {}, true);
+        EXPECT_GE(all.size(), 2) << kinds[type];
+        EXPECT_GE(active.size(), 1) << kinds[type];
+        EXPECT_LT(active.size(), all.size()) << kinds[type];
+        EXPECT_EQ(list(false, {type}).size(), all.size()) << kinds[type];
+        EXPECT_EQ(list(true, {type}).size(), active.size()) << kinds[type];
+        EXPECT_EQ(details("", {all[0]["Id"]}), details(path, {all[0]["Id"]})) << kinds[type];
+        EXPECT_TRUE(details(path, {"REQ-none"}).isEmpty()) << kinds[type];
+    }
+    EXPECT_EQ(list(false, {0, 7}).size(), list(false, {0}).size() + list(false, {7}).size());
+    auto const referrals = details("referral/", {});
+    EXPECT_TRUE(std::any_of(
+        referrals.begin(), referrals.end(),
+        [](QJsonObject const& referral)
+        { return referral["Files"].toArray().size() == 1 && referral["Files"][0]["FileType"] == "ZelkoPatient"; }));
+
+    auto const restorations = details("restoration/", {});
+    EXPECT_TRUE(restorations[0]["Restorations"][0]["ImplantConnections"][0]["Size"].isString());
+    auto const urls = post(
+        "/Installations/INST-1001/requests/restoration/details",
+        {{"GetOnlyActiveRequests", false}, {"RequestIds", QJsonArray{restorations[0]["Id"]}}});
+    auto const entry = urls["CollaborationSessionDetailInfos"][0]["CollaborationRequestDetailInfos"][0];
+    EXPECT_EQ(entry["Id"], restorations[0]["Id"]);
+    EXPECT_EQ(entry["RestorationURL"], restorations[0]["RestorationURL"]);
+}
+
+TEST_F(SimulatorTest, connectionsSessionsAndLocksKeepTheirState)
+{
+    auto const started = post(
+        "/Installations/INST-1001/connections",
+        merged(from1001, {{"UserReference", "U"}, {"Note", ""}, {"ConnectionToken", "T-9"}}));
+    auto const id = started["ConnectionId"].toString();
+    post("/Connections/" + id, merged(from1001, {{"Status", 4}}), 204);
+    auto const connections = get("/Installations/INST-1001/connections").array();
+    EXPECT_EQ(connections.last()["ConnectionId"], id);
+    EXPECT_EQ(connections.last()["Status"], "Rejected");
+    EXPECT_EQ(get("/Installations/INST-2002/connections").array().size(), 1);
+
+    post("/Installations/INST-1001/sessions", {});
+    auto const session = post("/installations/INST-1001/sessions", {{"UserReference", "U"}});
+    auto const order =
+        post("/Sessions/" + session["SessionId"].toString() + "/request", merged(surgeryPlan, {{"Type", 3}}));
+    auto const lockPath = "/Requests/" + order["CollaborationRequestId"].toString();
+    EXPECT_EQ(post(lockPath + "/unlocked-status", from1001)["Unlocked"], false);
+    send("PUT", lockPath + "/unlock-file", QJsonDocument(from1001).toJson(), 204);
+    EXPECT_EQ(post(lockPath + "/unlocked-status", from1001)["Unlocked"], true);
+
+    auto restoration = surgeryPlan;
+    restoration.remove("Metadata");
+    restoration.remove("RequesterPatientReference");
+    restoration["Connections"] = QJsonArray{QJsonObject{{"ImplantConnectionId", "IC-1"}, {"ToothNumber", 36}}};
+    auto const made = post("/Sessions/" + session["SessionId"].toString() + "/request/restoration", restoration);
+    auto const stored = details("restoration/", {made["CollaborationRequestId"]}).at(0);
+    EXPECT_EQ(stored["PartnerName"], "Central Production");
+    EXPECT_EQ(stored["Restorations"][0]["ImplantConnections"][0]["ImplantConnectionId"], "IC-1");
+}
+
+TEST_F(SimulatorTest, whatCannotBeAnsweredIsRefusedWithTheErrorArray)
+{
+    struct Row
+    {
+        char const* method;
+        char const* path;
+        QByteArray body;
+        int status;
+        char const* code;
+    };
+    auto const lacking = [](char const* key)
+    {
+        auto body = surgeryPlan;
+        body.remove(key);
+        return QJsonDocument(body).toJson();
+    };
+    auto const with = [](QJsonObject const& more) { return QJsonDocument(merged(surgeryPlan, more)).toJson(); };
+    auto const session = post("/Installations/INST-1001/sessions", {})["SessionId"].toString().toStdString();
+    auto const create = "/Sessions/" + session + "/request/referral";
+    auto const createUntyped = "/Sessions/" + session + "/request";
+    Row const rows[] = {
+        {"GET", "/Installations/INST-1001/nothing", "", 404, "4040"},
+        {"GET", "/Installations/INST-404/connections", "", 404, "4041"},
+        {"POST", "/Requests/REQ-none/status", R"({"InstallationReference":"INST-1001","Status":1})", 404, "4041"},
+        {"POST", "/Requests/REQ-000001/status", R"({"InstallationReference":"INST-2002","Status":1})", 404, "4041"},
+        {"POST", "/Sessions/SES-none/request/referral", lacking(""), 404, "4041"},
+        {"POST", create.c_str(), with({{"ExistingFiles", QJsonArray{QJsonObject{{"Id", "FILE-none"}}}}}), 404, "4041"},
+        {"PUT", "/Requests/REQ-000001/status", "{}", 405, "4050"},
+        {"POST", create.c_str(), "[]", 400, "4000"},
+        {"POST", create.c_str(), "{", 400, "4000"},
+        {"POST", create.c_str(), lacking("PatientId"), 400, "4001"},
+        {"POST", createUntyped.c_str(), lacking(""), 400, "4001"},
+        {"POST", create.c_str(), with({{"SessionId", "x"}}), 400, "4002"},
+        {"POST", create.c_str(), with({{"DueDate", "30.4.2025"}}), 400, "4003"},
+        {"POST", create.c_str(), with({{"NewFiles", QJsonArray{QJsonObject{{"Name", 7}}}}}), 400, "4003"},
+        {"POST", createUntyped.c_str(), with({{"Type", 8}}), 400, "4004"},
+        {"POST", "/Connections/CON-101", R"({"InstallationReference":"INST-1001","Status":7})", 400, "4004"},
+        {"GET", "/Installations/INST-1001/requests?Search.Key=x", "", 400, "4005"},
+    };
+    auto const before = list(false).size();
+    for (auto const& row : rows)
+    {
+        auto const error = send(row.method, row.path, row.body, row.status);
+        EXPECT_EQ(error[0]["Code"], row.code) << row.path << row.body.toStdString();
+        EXPECT_FALSE(error[0]["Message"].toString().isEmpty());
+    }
+    EXPECT_EQ(list(false).size(), before) << "a refused request leaves nothing behind";
+    client.set_basic_auth("kelo", "wrong");
+    EXPECT_EQ(get("/Installations/INST-1001/connections", 401)[0]["Code"], "4010");
+}
+
+TEST_F(SimulatorTest, faultsSpoilTheCallsTheyAreMeantFor)
+{
+    auto const path = "/Installations/INST-1001/connections";
+    fault({{"Operation", "getConnectionsForLicense"}, {"Kind", "drop"}});
+    EXPECT_EQ(client.Get(path).error(), httplib::Error::Read);
+    fault({{"Operation", "getConnectionsForLicense"}, {"Kind", "status"}, {"Times", 2}, {"Status", 418}});
+    EXPECT_FALSE(list(false).isEmpty()) << "another operation is spared";
+    EXPECT_EQ(get(path, 418)[0]["Code"], "4180");
+    get(path, 418);
+    fault({{"Kind", "html"}});
+    EXPECT_EQ(client.Get(path)->get_header_value("Content-Type"), "text/html");
+    fault({{"Kind", "wrongType"}});
+    EXPECT_TRUE(get(path).isObject());
+    fault({{"Kind", "emptyBody"}});
+    EXPECT_EQ(client.Get(path)->body, "");
+    EXPECT_TRUE(get(path).isArray());
+    auto const rules = get("/_control/faults").array();
+    EXPECT_EQ(rules[0]["Fired"], 1);
+    EXPECT_EQ(rules[1]["Fired"], 2);
+    post("/_control/fault", {{"Kind", "drop"}, {"Operation", "noSuchOperation"}}, 400);
+    post("/_control/fault", {{"Kind", "drop"}, {"Times", "2"}}, 400);
+    send("DELETE", "/_control/faults", {}, 204);
+    EXPECT_TRUE(get("/_control/faults").array().isEmpty());
+}
+
+TEST_F(SimulatorTest, theJournalKeepsWhatArrived)
+{
+    get("/Installations/INST%2D1001/connections");
+    get("/Installations/INST%2D1001/connections?x=%20y");
+    post("/Requests/none/unlocked-status", from1001, 404);
+    auto const journal = get("/_control/journal");
+    EXPECT_EQ(journal["Counts"]["GET /Installations/INST%2D1001/connections"], 2);
+    EXPECT_EQ(journal["Requests"][1]["Target"], "/Installations/INST%2D1001/connections?x=%20y");
+    EXPECT_EQ(journal["Requests"][2]["Status"], 404);
+    EXPECT_EQ(journal["Requests"][2]["Operation"], "getUnlockedStateForRequest");
+    auto const body = journal["Requests"][2]["Body"].toString();
+    EXPECT_EQ(QJsonDocument::fromJson(body.toUtf8()).object(), from1001);
+    EXPECT_EQ(journal["Requests"][2]["Size"], body.size());
+    send("DELETE", "/_control/journal", {}, 204);
+    EXPECT_TRUE(get("/_control/journal")["Requests"].toArray().isEmpty());
+}
+
+TEST_F(SimulatorTest, manyClientsStayConnectedAndAStopEndsThemAll)
+{
+    std::vector<std::unique_ptr<httplib::Client>> clients;
+    for (int count = 0; count < 40; ++count)
+    {
+        clients.push_back(std::make_unique<httplib::Client>("127.0.0.1", port));
+        clients.back()->set_basic_auth("kelo", "kelo");
+        clients.back()->set_keep_alive(true);
+        EXPECT_TRUE(clients.back()->Get("/Installations/INST-1001/connections")) << count;
+    }
+    fault({{"Kind", "delay"}, {"Operation", "getConnectionsForLicense"}, {"Milliseconds", 3'600'000}});
+    auto waiting = std::async(std::launch::async, [&] { clients[0]->Get("/Installations/INST-1001/connections"); });
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (get("/_control/faults")[0]["Fired"] != 1 && std::chrono::steady_clock::now() < deadline)
+    {
+        std::this_thread::yield();
+    }
+    service.stop();
+    waiting.get();
+    EXPECT_FALSE(clients[1]->Get("/Installations/INST-1001/connections"));
+}
+
+TEST(SimulatorTls, itsCertificateCanBeTrusted)
+{
+    SimulatorOptions options;
+    options.tls = true;
+    options.username.clear();
+    Simulator service(options);
+    auto const url = QUrl(service.start());
+    EXPECT_EQ(url.scheme(), "https");
+    httplib::SSLClient client("127.0.0.1", url.port());
+    client.set_ca_cert_path(service.certificateFile().toStdString());
+    auto const result = client.Get("/Installations/INST-1001/connections");
+    ASSERT_TRUE(result) << to_string(result.error());
+    EXPECT_EQ(result->status, 200);
+
+    httplib::SSLClient stranger("127.0.0.1", url.port());
+    EXPECT_FALSE(stranger.Get("/Installations/INST-1001/connections"));
+    options.port = url.port();
+    EXPECT_TRUE(Simulator(options).start().isEmpty()) << "a port in use cannot be had";
+}
+
+} // namespace

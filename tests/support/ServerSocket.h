@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+
+#include <QByteArray>
+
+#include <openssl/ssl.h>
+
+namespace test
+{
+
+/// The key, the self-signed certificate and the context of a TLS server.
+class ServerTls
+{
+public:
+    ServerTls();
+    ServerTls(ServerTls const&) = delete;
+    ServerTls& operator=(ServerTls const&) = delete;
+    ~ServerTls();
+
+    /// Performs the handshake on a connected socket; null when it fails.
+    SSL* accept(int socket) const;
+
+private:
+    SSL_CTX* context_;
+};
+
+/// One accepted connection, plain or TLS. Owns the socket.
+class ServerSocket
+{
+public:
+    explicit ServerSocket(int socket);
+    ServerSocket(ServerSocket const&) = delete;
+    ServerSocket& operator=(ServerSocket const&) = delete;
+    ~ServerSocket();
+
+    bool startTls(ServerTls const& tls);
+    /// Appends what is there, waiting for at least one byte; false at the end of the connection.
+    bool readSome(QByteArray& buffer);
+    bool writeAll(QByteArray const& bytes);
+    /// Waits until the client has closed the connection or `event` is readable; true in the first case.
+    bool waitForCloseOr(int event);
+    /// Makes the coming close a TCP reset.
+    void resetOnClose();
+    /// Ends all reading and writing of another thread. Not to be called while that thread closes.
+    void shutDown();
+    void close();
+
+private:
+    int socket_;
+    SSL* ssl_ = nullptr;
+};
+
+} // namespace test
