@@ -1,7 +1,5 @@
 #include "cli/Context.h"
 
-#include <utility>
-
 #include <QJsonDocument>
 
 #include <KeloCommunicationLib/connection/KeloErrorParser.h>
@@ -22,39 +20,6 @@ using namespace Qt::Literals::StringLiterals;
 QString givenOr(QString const& given, QString const& fallback)
 {
     return given.isNull() ? fallback : given;
-}
-
-/// The service's address. What may hold a password is not repeated in the message.
-QUrl serviceUrl(QString const& text)
-{
-    if (text.isEmpty())
-    {
-        throw badInput(u"No service address: give --url or set KELO_API_URL."_s);
-    }
-    QUrl url(text, QUrl::StrictMode);
-    bool const mayHoldSecret = text.contains(u'@');
-    QString const name = mayHoldSecret ? u"The URL"_s : u"The URL \"%1\""_s.arg(text);
-    if (mayHoldSecret && (!url.isValid() || !url.userInfo().isEmpty() || url.authority().contains(u'@')))
-    {
-        throw badInput(u"The URL holds a user name or password: use --user and KELO_PASSWORD instead."_s);
-    }
-    if (!url.isValid())
-    {
-        throw badInput(name + u" is malformed: %1."_s.arg(url.errorString().section(u';', 0, 0)));
-    }
-    if (url.scheme() != "http"_L1 && url.scheme() != "https"_L1)
-    {
-        throw badInput(name + u" does not begin with http:// or https://."_s);
-    }
-    if (url.host().isEmpty())
-    {
-        throw badInput(name + u" names no host."_s);
-    }
-    if (url.hasQuery() || url.hasFragment())
-    {
-        throw badInput(name + u" must end with its path: no query, no fragment."_s);
-    }
-    return url;
 }
 
 bool hasShape(QByteArray const& body, Shape shape)
@@ -84,10 +49,42 @@ rest::RestReplyStatus statusOf(rest::TraceData const& exchange)
 
 } // namespace
 
+QUrl serviceUrl(QString const& text, QString const& advice)
+{
+    if (text.isEmpty())
+    {
+        throw badInput(u"No service address: %1."_s.arg(advice));
+    }
+    QUrl url(text, QUrl::StrictMode);
+    bool const mayHoldSecret = text.contains(u'@');
+    QString const name = mayHoldSecret ? u"The URL"_s : u"The URL \"%1\""_s.arg(text);
+    if (mayHoldSecret && (!url.isValid() || !url.userInfo().isEmpty() || url.authority().contains(u'@')))
+    {
+        throw badInput(u"The URL holds a user name or password: use --user and KELO_PASSWORD instead."_s);
+    }
+    if (!url.isValid())
+    {
+        throw badInput(name + u" is malformed: %1."_s.arg(url.errorString().section(u';', 0, 0)));
+    }
+    if (url.scheme() != "http"_L1 && url.scheme() != "https"_L1)
+    {
+        throw badInput(name + u" does not begin with http:// or https://."_s);
+    }
+    if (url.host().isEmpty())
+    {
+        throw badInput(name + u" names no host."_s);
+    }
+    if (url.hasQuery() || url.hasFragment())
+    {
+        throw badInput(name + u" must end with its path: no query, no fragment."_s);
+    }
+    return url;
+}
+
 Context::Context(CommonOptions const& options) : output_(options.json)
 {
     auto environment = core::hostEnvironment();
-    url_ = serviceUrl(givenOr(options.url, qEnvironmentVariable("KELO_API_URL")));
+    url_ = serviceUrl(givenOr(options.url, qEnvironmentVariable("KELO_API_URL")), u"give --url or set KELO_API_URL"_s);
     user_ = givenOr(options.user, environment.username);
     if (options.installation.isNull() && !qEnvironmentVariableIsSet("KELO_INSTALLATION"))
     {
@@ -99,10 +96,11 @@ Context::Context(CommonOptions const& options) : output_(options.json)
         trace_ = std::make_unique<HarFile>(options.traceFile);
     }
     environment.installationReference = [installation = installation_](QString const&) { return installation; };
-    core::setHostEnvironment(std::move(environment));
+    environment.username = user_;
+    environment.password = givenOr(options.password, environment.password);
+    core::setHostEnvironment(environment);
     TessalyConnectionBase::m_callback = [log = exchanges_](rest::TraceData const& exchange) { log->add(exchange); };
-    connection_ =
-        TessalyConnection::makeConnection(url_, user_, givenOr(options.password, core::hostEnvironment().password));
+    connection_ = TessalyConnection::makeConnection(url_, user_, environment.password);
 }
 
 void Context::checkNewExchanges(Shape shape, std::optional<std::size_t> count) const

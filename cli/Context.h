@@ -31,6 +31,10 @@ struct CommonOptions
     bool json = false;
 };
 
+/// A service's address. Throws a Failure for one that cannot be used, with the advice if there is none; what may hold a
+/// password is not repeated in the message.
+QUrl serviceUrl(QString const& text, QString const& advice);
+
 /// What an answer must be like to be taken for one of the service's.
 enum class Shape : int
 {
@@ -83,6 +87,9 @@ public:
     /// Throws a Failure if the exchanges since the last check (or only the first `count` of them) hold one that failed
     /// or was answered in another shape: a service that is not the wanted one must not pass for one without data.
     void checkNewExchanges(Shape shape, std::optional<std::size_t> count = std::nullopt) const;
+    /// Everything that was exchanged so far, in the order in which it ended.
+    std::vector<rest::TraceData> exchanges() const { return exchanges_->all(); }
+
     /// The Failure of a call that ended without an outcome.
     Failure unfinished() const;
 

@@ -9,7 +9,8 @@
 namespace cli
 {
 
-/// Every HTTP exchange of this run, in the order in which they ended. May be used from any thread.
+/// Every HTTP exchange of this run, in the order in which they ended, without the bytes of uploaded files: they would
+/// stay in memory until the end. May be used from any thread.
 class ExchangeLog
 {
 public:

@@ -57,6 +57,14 @@ void addText(QJsonObject& json, QByteArray const& bytes)
     }
 }
 
+/// The body of an upload is not there any more.
+qint64 requestBodySize(rest::TraceData const& exchange)
+{
+    bool isAnnounced = false;
+    auto const size = headerValue(exchange.requestHeaders, "Content-Length").toLongLong(&isAnnounced);
+    return isAnnounced ? size : exchange.requestBody.size();
+}
+
 QJsonObject requestJson(rest::TraceData const& exchange)
 {
     QJsonArray query;
@@ -72,7 +80,7 @@ QJsonObject requestJson(rest::TraceData const& exchange)
         {u"headers"_s, headersJson(exchange.requestHeaders)},
         {u"queryString"_s, query},
         {u"headersSize"_s, -1},
-        {u"bodySize"_s, exchange.requestBody.size()}};
+        {u"bodySize"_s, requestBodySize(exchange)}};
     if (!exchange.requestBody.isEmpty())
     {
         QJsonObject body{{u"mimeType"_s, headerValue(exchange.requestHeaders, "Content-Type")}};

@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include <QFile>
 #include <QFileInfo>
 
 #include "cli/Outcome.h"
@@ -135,6 +136,21 @@ QDate day(char const* what, QString const& text)
         throw badInput(u"The %1 \"%2\" is no date of the form 2026-12-31."_s.arg(QLatin1String(what), text));
     }
     return date;
+}
+
+QByteArray contentOf(char const* what, QString const& path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    {
+        throw badInput(u"Cannot read the %1 \"%2\"."_s.arg(QLatin1String(what), path));
+    }
+    QByteArray const content = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+    {
+        throw badInput(u"Cannot read the %1 \"%2\": %3."_s.arg(QLatin1String(what), path, file.errorString()));
+    }
+    return content;
 }
 
 std::vector<FileDescription> describeFiles(QStringList const& paths, int chunkSize)

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include <QByteArray>
 #include <QDate>
 #include <QString>
 #include <QStringList>
@@ -32,6 +33,9 @@ PatientGender::Gender gender(QString const& text);
 
 /// A day in the form 2026-12-31; an invalid date for an empty text.
 QDate day(char const* what, QString const& text);
+
+/// The bytes of a file; `what` names its role in the Failure for one that cannot be read.
+QByteArray contentOf(char const* what, QString const& path);
 
 /// What the service wants to know of a file that will be uploaded.
 using FileDescription = CreateRestorationRequestInfo::NewFileInfo;

@@ -145,6 +145,20 @@ void Output::show(QJsonValue const& json, QString const& text) const
     }
 }
 
+void showLibraryLog(bool show)
+{
+    static bool isShown = false;
+    isShown = show;
+    qInstallMessageHandler(
+        [](QtMsgType, QMessageLogContext const&, QString const& message)
+        {
+            if (isShown)
+            {
+                writeError(message);
+            }
+        });
+}
+
 void writeError(QString const& message)
 {
     std::fputs(("kelo: "_L1 + printable(message) + u'\n').toUtf8().constData(), stderr);

@@ -26,12 +26,17 @@ class Output
 public:
     explicit Output(bool json) : json_(json) {}
 
+    bool isJson() const { return json_; }
+
     /// Writes `json` if the user asked for JSON, else `text`. Throws a Failure when standard output cannot be written.
     void show(QJsonValue const& json, QString const& text) const;
 
 private:
     bool json_;
 };
+
+/// Whether what the library logs goes to standard error; until the first call it goes where Qt sends it.
+void showLibraryLog(bool show);
 
 /// Writes "kelo: message" as one line to standard error.
 void writeError(QString const& message);

@@ -67,7 +67,15 @@ void addCommand(CLI::App& app, cli::Command const& command, cli::Action& action)
     CLI::App& own = *parent.add_subcommand(path.substr(space == std::string::npos ? 0 : space + 1), command.summary);
     own.footer(std::string("Example:\n  ") + command.example + "\n\nOptions that all commands have: kelo --help");
     cli::Arguments arguments(own);
-    own.callback([&action, declared = command.declare(arguments)] { action = declared; });
+    own.callback(
+        [&own, &action, declared = command.declare(arguments)]
+        {
+            // Called after the callback of a second word, which has said already what is to be done.
+            if (own.get_subcommands().empty())
+            {
+                action = declared;
+            }
+        });
 }
 
 /// One sentence for a command line that cannot be read. Of words that nobody asked for only the first is named, without
@@ -96,21 +104,6 @@ void run(cli::Action const& action, cli::CommonOptions const& options)
         throw;
     }
     context.writeTrace();
-}
-
-/// What the library logs as a failure kelo tells in its own words, so nothing is lost without it.
-void showLibraryLog(bool show)
-{
-    static bool isShown = false;
-    isShown = show;
-    qInstallMessageHandler(
-        [](QtMsgType, QMessageLogContext const&, QString const& message)
-        {
-            if (isShown)
-            {
-                cli::writeError(message);
-            }
-        });
 }
 
 cli::ExitCode start(int argc, char** argv)
@@ -143,7 +136,8 @@ cli::ExitCode start(int argc, char** argv)
         }
         throw cli::badInput(mistake(app, error));
     }
-    showLibraryLog(common.isVerbose());
+    // A failure that the library logs is told in kelo's own words, so nothing is lost without it.
+    cli::showLibraryLog(common.isVerbose());
     QCoreApplication const application(argc, argv);
     // Output is UTF-8 whatever the user's locale is, and so must be the table of the characters' widths.
     std::setlocale(LC_CTYPE, "C.UTF-8");

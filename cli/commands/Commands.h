@@ -34,11 +34,21 @@ Declaration connectionsList, connectionsSetStatus, connectionsStart;
 Declaration requestsCreate, requestsFind, requestsList, requestsLockState, requestsNotes, requestsRefresh, requestsSeen,
     requestsShow, requestsStatus, requestsUnlock, requestsUrl;
 Declaration sessionsCreate;
+Declaration partnersAccounts, partnersList, partnersTest;
+Declaration casesAdd, casesCreate, casesList, casesPortal, casesRefresh, casesShare;
+Declaration account, documents, keys, software, statsUpload, studies, users;
+Declaration call;
+Declaration ordersCreate, ordersFinish, ordersPrice, ordersStatus, ordersUpload, ordersWatch;
+Declaration addresses, articles, catalog, shellsDownload, shellsList;
 
 inline constexpr CommandGroup commandGroups[] = {
     {"requests", "Collaboration requests with partner labs and clinicians"},
     {"connections", "Connections with partners"},
     {"sessions", "Collaboration sessions"},
+    {"orders", "Production orders"},
+    {"shells", "Temporary shells of orders"},
+    {"cases", "Cases on the portal and with partners"},
+    {"stats", "Usage statistics"},
 };
 
 // clang-format off
@@ -59,6 +69,34 @@ inline constexpr Command commands[] = {
     {"connections start", "Starts a connection with the partner that gave out a token", "kelo connections start --token 7F3K --note \"Hello\"", connectionsStart},
     {"connections set-status", "Sets the status of a connection", "kelo connections set-status CON-101 Stopped", connectionsSetStatus},
     {"sessions create", "Opens a session, over a partner connection or without one", "kelo sessions create --connection CON-101", sessionsCreate},
+    {"orders price", "Shows what the items of an order file cost", "kelo orders price order.json", ordersPrice},
+    {"orders create", "Places the order of an order file: prices, creates, uploads, finishes; or goes on with it", "kelo orders create order.json --files scans", ordersCreate},
+    {"orders upload", "Sends a file to an upload slot", "kelo orders upload UPLOAD-000004 tooth-36-2.stl", ordersUpload},
+    {"orders finish", "Tells the service that all files of an order are up", "kelo orders finish ORD-000002", ordersFinish},
+    {"orders status", "Shows the states of orders and of their items", "kelo orders status ORD-000001 ORD-000002", ordersStatus},
+    {"orders watch", "Shows the states of orders whenever they change", "kelo orders watch ORD-000001 --until 4", ordersWatch},
+    {"addresses", "Lists where orders may be shipped to", "kelo addresses", addresses},
+    {"articles", "Lists the articles that may be ordered", "kelo articles --json", articles},
+    {"shells list", "Lists the temporary shells of an order", "kelo shells list ORD-000001", shellsList},
+    {"shells download", "Downloads the temporary shells of an order", "kelo shells download ORD-000001 --into shells", shellsDownload},
+    {"catalog", "Shows the article catalogue on offer and whether it replaces the one in use", "kelo catalog --version 4.1", catalog},
+    {"partners", "Lists the partner platforms", "kelo partners --logos ./logos", partnersList},
+    {"partners accounts", "Lists the account's partner connections", "kelo partners accounts", partnersAccounts},
+    {"partners test", "Tells whether a partner connection works", "kelo partners test ACC-000001", partnersTest},
+    {"cases list", "Lists a patient's cases that were sent to partners", "kelo cases list --patient PAT-000001", casesList},
+    {"cases portal", "Lists a patient's cases on the portal", "kelo cases portal --patient PAT-000001", casesPortal},
+    {"cases share", "Shares a portal case with a partner", "kelo cases share PORTAL-000001 --connection ACC-000001", casesShare},
+    {"cases create", "Creates a case on the portal and announces its files", "kelo cases create --patient PAT-000001 --file jaw.stl", casesCreate},
+    {"cases add", "Announces further files to a case on the portal", "kelo cases add PORTAL-000001 --file jaw.stl", casesAdd},
+    {"cases refresh", "Has the status of partner cases refreshed", "kelo cases refresh PORTAL-000001 PORTAL-000002", casesRefresh},
+    {"account", "Shows the settings of the account and its installation", "kelo account --json", account},
+    {"documents", "Lists the current documents and help files", "kelo documents --language de", documents},
+    {"software", "Shows the latest release of the application", "kelo software", software},
+    {"users", "Lists the installation's users", "kelo users", users},
+    {"studies", "Lists the clinical studies", "kelo studies", studies},
+    {"keys", "Shows the authentication keys of outside parties", "kelo keys --with-secrets", keys},
+    {"stats upload", "Uploads a usage statistics file", "kelo stats upload usage.bin --id DailyUsage --stats-url https://stats.example", statsUpload},
+    {"call", "Calls any operation of the library and shows its reply", "kelo call getUsersForLicense", call},
 };
 // clang-format on
 

@@ -4,12 +4,13 @@
 
 #include <QDebug>
 
-#if defined(__has_feature)
+// g++ tells by the first, clang by the second; Qt defines the second away for g++.
+#if defined(__SANITIZE_THREAD__)
+#define PLATFORM_THREADING_TSAN
+#elif defined(__has_feature)
 #if __has_feature(thread_sanitizer)
 #define PLATFORM_THREADING_TSAN
 #endif
-#elif defined(__SANITIZE_THREAD__)
-#define PLATFORM_THREADING_TSAN
 #endif
 
 #ifdef PLATFORM_THREADING_TSAN
@@ -22,7 +23,8 @@ namespace threading::impl
 namespace
 {
 
-// Qt's event queue orders the posting of a call before its run. Qt is not instrumented, so the thread sanitizer has to be told.
+// Qt's event queue orders the posting of a call before its run. Qt is not instrumented, so the thread sanitizer has to
+// be told.
 #ifdef PLATFORM_THREADING_TSAN
 char eventQueue;
 #endif
@@ -40,6 +42,31 @@ void afterDelivery()
     __tsan_acquire(&eventQueue);
 #endif
 }
+
+// Runs a task once, out of Qt's event queue. Qt may destroy it on another thread than the one that made or ran it.
+class QueuedTask
+{
+public:
+    explicit QueuedTask(Task task) : task_(std::make_shared<Task>(std::move(task))) {}
+
+    QueuedTask(QueuedTask const& other) : task_(other.task_) { beforePosting(); }
+    QueuedTask& operator=(QueuedTask const& other) = delete;
+
+    ~QueuedTask() { afterDelivery(); }
+
+    void operator()() const
+    {
+        afterDelivery();
+        {
+            Task once = std::move(*task_);
+            once();
+        }
+        beforePosting();
+    }
+
+private:
+    std::shared_ptr<Task> task_;
+};
 
 } // namespace
 
@@ -65,8 +92,8 @@ bool SharedStateBase::waitFor(std::chrono::milliseconds duration)
 {
     // A duration too long to be added to the clock is no deadline at all.
     auto const now = std::chrono::steady_clock::now();
-    auto const longest = std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::chrono::steady_clock::time_point::max() - now);
+    auto const longest =
+        std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::time_point::max() - now);
     return waitUntil(duration < longest ? WaitDriver::Deadline(now + duration) : std::nullopt);
 }
 
@@ -84,7 +111,7 @@ bool SharedStateBase::waitUntil(WaitDriver::Deadline deadline)
         driver->driveUntil(done, deadline);
         return isFinished();
     }
-    if (WaitDriver* const driver = WaitDriver::common(); driver != nullptr && driver->takeOver())
+    if (WaitDriver* const driver = WaitDriver::common(); driver != nullptr && isUnobserved() && driver->takeOver())
     {
         attach(Task([driver] { driver->wake(); }));
         driver->lendUntil(done, deadline);
@@ -96,6 +123,13 @@ bool SharedStateBase::waitUntil(WaitDriver::Deadline deadline)
         return true;
     }
     return finished_.wait_until(lock, *deadline, done);
+}
+
+bool SharedStateBase::isUnobserved()
+{
+    // Others would be told on this thread, and it could not return from the wait before they do.
+    std::lock_guard const lock(mutex_);
+    return continuations_.empty() && !signals_;
 }
 
 void SharedStateBase::announceWaiting()
@@ -230,26 +264,21 @@ void SharedStateBase::leavePending(Phase phase)
 
 Task relayTo(QObject* context, Task task)
 {
-    // Each continuation has a signal object of its own: Qt ties the connection to the life and the thread of the context.
+    // Each continuation has a signal object of its own: Qt ties the connection to the life and the thread of the
+    // context.
     auto trigger = std::make_shared<SharedStateSignals>();
     trigger->moveToThread(nullptr);
     if (context != nullptr)
     {
-        auto shared = std::make_shared<Task>(std::move(task));
-        beforePosting();
         QObject::connect(
-            trigger.get(), &SharedStateSignals::finished, context,
-            [shared = std::move(shared)] {
-                afterDelivery();
-                Task once = std::move(*shared);
-                once();
-            },
-            Qt::QueuedConnection);
+            trigger.get(), &SharedStateSignals::finished, context, QueuedTask(std::move(task)), Qt::QueuedConnection);
     }
-    return Task([trigger = std::move(trigger)] {
-        beforePosting();
-        Q_EMIT trigger->finished();
-    });
+    return Task(
+        [trigger = std::move(trigger)]
+        {
+            beforePosting();
+            Q_EMIT trigger->finished();
+        });
 }
 
 void reportContinuationException() noexcept

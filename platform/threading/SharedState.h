@@ -19,8 +19,9 @@
 namespace threading::impl
 {
 
-/// What a future and its promise share, but for the value. It leaves the pending phase exactly once, to finished or to cancelled; that one
-/// transition wakes the waiters, emits the signals and runs the continuations, all outside the lock.
+/// What a future and its promise share, but for the value. It leaves the pending phase exactly once, to finished or to
+/// cancelled; that one transition wakes the waiters, emits the signals and runs the continuations, all outside the
+/// lock.
 class PLATFORM_THREADING_EXPORT SharedStateBase : public std::enable_shared_from_this<SharedStateBase>
 {
 public:
@@ -52,10 +53,17 @@ protected:
     void publish();
 
 private:
-    enum class Phase : int { Pending, Claimed, Finished, Canceled };
+    enum class Phase : int
+    {
+        Pending,
+        Claimed,
+        Finished,
+        Canceled
+    };
 
     bool waitUntil(WaitDriver::Deadline deadline);
     void announceWaiting();
+    bool isUnobserved();
     bool claimAndCancel(Task& handler);
     void leavePending(Phase phase);
 
@@ -92,20 +100,18 @@ public:
     }
 
     /// Null unless finished with a value.
-    Stored<T> const* value() const
-    {
-        return isFinished() && value_ ? &*value_ : nullptr;
-    }
+    Stored<T> const* value() const { return isFinished() && value_ ? &*value_ : nullptr; }
 
 private:
     std::optional<Stored<T>> value_;
 };
 
-/// A task that, run on any thread, has `task` run in the thread of `context`, through its event loop. Once the context is gone `task` is
-/// destroyed instead.
+/// A task that, run on any thread, has `task` run in the thread of `context`, through its event loop. Once the context
+/// is gone `task` is destroyed instead.
 PLATFORM_THREADING_EXPORT Task relayTo(QObject* context, Task task);
 
-/// The one place where an exception out of a continuation ends: it is logged, the continuation's own future is cancelled.
+/// The one place where an exception out of a continuation ends: it is logged, the continuation's own future is
+/// cancelled.
 PLATFORM_THREADING_EXPORT void reportContinuationException() noexcept;
 
 } // namespace threading::impl

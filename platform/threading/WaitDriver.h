@@ -28,7 +28,7 @@ public:
     virtual void wake() = 0;
 
     /// A thread without a driver that is about to wait asks for the work, to do it itself instead of waiting for another thread to be woken.
-    /// True only while nobody else does the work or has any to be done; `lendUntil` must follow.
+    /// True only while nobody does the work and one call of this thread is all there is; `lendUntil` must follow.
     virtual bool takeOver();
     /// Works on the calling thread until `done()` or the deadline, or until others have work, too. Gives the work back.
     virtual void lendUntil(std::function<bool()> const& done, Deadline deadline);

@@ -25,7 +25,7 @@ rest::RestReply<OrderShippingAddressList> addressesFrom(test::Action const& answ
 
 test::Action page(int status)
 {
-    return test::reply(status, "<html>[{\"Code\":\"17\"}]</html>", {{"Content-Type", "text/html"}});
+    return test::reply(status, R"(<html>[{"Code":"17"}]</html>)", {{"Content-Type", "text/html"}});
 }
 
 TEST(ErrorModel, CodeAndMessageOfAnErrorBody)
@@ -33,9 +33,9 @@ TEST(ErrorModel, CodeAndMessageOfAnErrorBody)
     struct
     {
         test::Action answer;
-        qint32 httpStatus;
-        qint32 code;
-        char const* message;
+        qint32 httpStatus = 0;
+        qint32 code = 0;
+        char const* message = "";
     } const rows[] = {
         {test::reply(500, R"([{"Code":"17","Message":"x"},{"Code":"18","Message":"y"}])"), 500, 17, "x"},
         {test::reply(404, R"([{"Code":"-3","Message":5}])"), 404, -3, ""},
@@ -88,7 +88,7 @@ TEST(ErrorModel, ASuccessWithoutTheExpectedObjectIsADefaultValue)
     struct
     {
         test::Action answer;
-        int addresses;
+        int addresses = 0;
     } const rows[] = {
         {test::reply(200, R"({"Addresses":[{"Name":"n"}]})"), 1},
         {test::reply(201, R"({"Addresses":[{"Name":"n"}]})"), 1},
@@ -138,8 +138,7 @@ TEST(ErrorModel, ADownloadThatFailedIsEmpty)
     for (auto const& row : rows)
     {
         test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
-        auto const future = connectTo(server)->getTempShellFile(u"F"_s);
-        EXPECT_EQ(future.get(), row.bytes) << row.answer.bytes.toStdString();
+        EXPECT_EQ(connectTo(server)->getTempShellFile(u"F"_s).get(), row.bytes) << row.answer.bytes.toStdString();
     }
 }
 

@@ -140,6 +140,48 @@ TEST(Lifetime, waitingOnTheIoThreadKeepsItWorking)
     EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
 }
 
+// The first continuation needs the waiting thread to return from its wait.
+TEST(Lifetime, waitReturnsThoughAContinuationBlocks)
+{
+    RawServer server;
+    auto const connection = connectTo(server.url());
+    for (bool const onSameCall : {true, false})
+    {
+        threading::Promise<void> promise;
+        auto const first = connection->request(get());
+        auto const blocked = first.then([&promise](rest::JsonReply const&) { promise.future().wait(); });
+        auto const waitedFor = onSameCall ? first : connection->request(get());
+        EXPECT_EQ(waitedFor.get()->httpStatusCode(), 200);
+        promise.setValue();
+        blocked.wait();
+        EXPECT_FALSE(blocked.isCanceled());
+    }
+}
+
+TEST(Lifetime, blockingCallsOfManyThreadsShareOneConnection)
+{
+    RawServer server;
+    auto const connection = connectTo(server.url());
+    std::atomic<int> successes = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+    {
+        threads.emplace_back(
+            [&]
+            {
+                for (int j = 0; j < 100; ++j)
+                {
+                    successes += send(*connection, j % 5 == 0 ? upload("x") : get())->httpStatusCode() == 200 ? 1 : 0;
+                }
+            });
+    }
+    for (std::thread& thread : threads)
+    {
+        thread.join();
+    }
+    EXPECT_EQ(successes, 400);
+}
+
 TEST(Lifetime, connectionOfAnotherSessionMayDieOnTheIoThreadWhileItsContinuationRunsElsewhere)
 {
     RawServer server([](RawRequest const& request) { return request.target == "/stall" ? stall() : reply(200); });

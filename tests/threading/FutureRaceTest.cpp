@@ -148,7 +148,7 @@ TEST_F(FutureRace, contextDiesWhileFinishing)
             prepare();
             auto* const context = new QObject;
             context->moveToThread(&thread);
-            derived = future.then(context, [this](std::shared_ptr<int> const& value) { EXPECT_EQ(*value, 1); });
+            derived = future.then(context, [](std::shared_ptr<int> const& value) { EXPECT_EQ(*value, 1); });
             context->deleteLater();
         },
         [] {}, [this] { finish(); },

@@ -1,6 +1,5 @@
 #include <platform/rest/internal/IoThread.h>
 
-#include <algorithm>
 #include <csignal>
 #include <system_error>
 
@@ -32,10 +31,7 @@ public:
 
     bool takeOver() override { return thread_.takeOver(); }
 
-    void lendUntil(std::function<bool()> const& done, Deadline deadline) override
-    {
-        thread_.lendUntil(done, deadline);
-    }
+    void lendUntil(std::function<bool()> const& done, Deadline deadline) override { thread_.lendUntil(done, deadline); }
 
 private:
     IoThread& thread_;
@@ -207,9 +203,9 @@ bool IoThread::takeOver()
 {
     auto const thisThread = std::this_thread::get_id();
     std::lock_guard const lock(mutex_);
-    // Parked, it has no transfers; what there is to do is in the mailbox.
-    if (isStopping_ || !isParked_ || isLent_ || mailbox_.empty()
-        || !std::all_of(mailbox_.begin(), mailbox_.end(), [&](Mail const& mail) { return mail.sender == thisThread; }))
+    // Parked, it has no transfers; what there is to do is in the mailbox. Of two calls the thread would wait for one
+    // and run the other's continuations meanwhile, which may rely on the wait to end first.
+    if (isStopping_ || !isParked_ || isLent_ || mailbox_.size() != 1 || mailbox_.front().sender != thisThread)
     {
         return false;
     }
@@ -222,7 +218,8 @@ bool IoThread::takeOver()
 void IoThread::lendUntil(std::function<bool()> const& done, threading::WaitDriver::Deadline deadline)
 {
     threading::WaitDriver::install(driver_);
-    auto const mayStay = [this] {
+    auto const mayStay = [this]
+    {
         std::lock_guard const lock(mutex_);
         return !mustHandBack_ && !isStopping_;
     };
@@ -345,7 +342,8 @@ void IoThread::stop()
     }
     if (isLentTo(std::this_thread::get_id()))
     {
-        // The process was ended by a continuation on a thread that does the work; it does not come back to give it back.
+        // The process was ended by a continuation on a thread that does the work; it does not come back to give it
+        // back.
         cancelAll();
         handBack();
     }

@@ -1,0 +1,87 @@
+#include "cli/Progress.h"
+
+#include <cstdio>
+
+#include <unistd.h>
+
+#include <QLocale>
+
+#include "cli/Output.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int barWidth = 24;
+
+QString sizeText(qint64 bytes)
+{
+    return QLocale::c().formattedDataSize(bytes, 1);
+}
+
+void write(QString const& text)
+{
+    std::fputs(text.toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+} // namespace
+
+Progress::Progress(Output const& output, QString const& verb, int files, qint64 bytes)
+    : output_(output), verb_(verb), files_(files), bytes_(bytes), isTerminal_(::isatty(STDERR_FILENO) == 1)
+{
+}
+
+Progress::~Progress()
+{
+    erase();
+}
+
+void Progress::begin(QString const& name)
+{
+    name_ = name;
+    draw();
+}
+
+void Progress::finish(qint64 bytes)
+{
+    ++filesDone_;
+    bytesDone_ += bytes;
+    draw();
+    if (!isTerminal_ && !output_.isJson())
+    {
+        output_.show({}, u"%1 %2 (%3)\n"_s.arg(verb_, printable(name_), sizeText(bytes)));
+    }
+}
+
+void Progress::draw() const
+{
+    if (!isTerminal_)
+    {
+        return;
+    }
+    // Without a byte to send the files themselves are the measure.
+    double const share = bytes_ > 0   ? static_cast<double>(bytesDone_) / static_cast<double>(bytes_)
+                         : files_ > 0 ? static_cast<double>(filesDone_) / files_
+                                      : 1;
+    int const filled = static_cast<int>(share * barWidth);
+    erase();
+    write(u"[%1%2] %3/%4 files, %5 of %6  %7"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
+              .arg(filesDone_)
+              .arg(files_)
+              .arg(sizeText(bytesDone_), sizeText(bytes_), printable(name_)));
+}
+
+void Progress::erase() const
+{
+    if (isTerminal_)
+    {
+        write(u"\r\x1b[K"_s);
+    }
+}
+
+} // namespace cli

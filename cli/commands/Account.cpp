@@ -1,0 +1,51 @@
+#include "cli/commands/Commands.h"
+
+#include <KeloCommunicationLib/account/AccountSettingsRetriever.h>
+
+#include "cli/Context.h"
+#include "cli/Listing.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+std::vector<QStringList> rowsOf(QJsonObject const& settings)
+{
+    std::vector<QStringList> rows;
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+    {
+        rows.push_back({setting.key(), cellText(setting.value())});
+    }
+    return rows;
+}
+
+} // namespace
+
+Action account(Arguments& /*arguments*/)
+{
+    return [](Context const& context)
+    {
+        // What the retriever cannot get it tells only there.
+        showLibraryLog(true);
+        AccountSettingsRetriever retriever;
+        if (!retriever.retrieveAccountSettings(context.connection()))
+        {
+            context.checkNewExchanges(Shape::Anything);
+            throw context.unfinished();
+        }
+        constexpr std::size_t objects = 4; // the replies before the list of help files
+        context.checkNewExchanges(Shape::Object, objects);
+        auto const settings = QJsonObject::fromVariantHash(retriever.getAccountSettings());
+        auto const references = QJsonObject::fromVariantHash(retriever.getUpdateReferences());
+        context.output().show(
+            QJsonObject{{u"AccountSettings"_s, settings}, {u"UpdateReferences"_s, references}},
+            tableText({u"SETTING"_s, u"VALUE"_s}, rowsOf(settings)) + u'\n'
+                + tableText({u"DOCUMENT"_s, u"FILE"_s}, rowsOf(references)));
+    };
+}
+
+} // namespace cli

@@ -1,0 +1,33 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/CaseFiles.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+
+namespace cli
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+Action casesAdd(Arguments& arguments)
+{
+    auto const id = arguments.requiredText("CASE", "The portal case's id");
+    CaseFileArguments const files(arguments);
+    return [=](Context const& context)
+    {
+        mirashare::AddDataRequest const request{
+            .caseId = identifier("case id", *id),
+            .installationReference = context.installation(),
+            .userReference = context.user(),
+            .caseFiles = files.read()};
+        if (request.caseFiles.empty())
+        {
+            throw badInput(u"Nothing to add: give --file."_s);
+        }
+        auto const added = context.valueOf(context.connection().addNewDataRequest(request));
+        context.output().show(announcedFiles(added), filesText(added));
+    };
+}
+
+} // namespace cli

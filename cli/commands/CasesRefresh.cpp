@@ -1,0 +1,36 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+#include "cli/Listing.h"
+
+namespace cli
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+Action casesRefresh(Arguments& arguments)
+{
+    auto const ids = arguments.texts("CASE", "The ids of the cases");
+    return [=](Context const& context)
+    {
+        if (ids->isEmpty())
+        {
+            throw badInput(u"No case: give the id of at least one."_s);
+        }
+        mirashare::Cases cases;
+        for (QString const& id : *ids)
+        {
+            cases.caseIds << identifier("case id", id);
+        }
+        using Status = mirashare::CaseStatusResponse;
+        auto const states =
+            context.valueOf(context.connection().updatePartnerCasesStatus(context.installation(), cases));
+        showList<Status>(
+            context.output(), states,
+            {{u"CaseId"_s, u"CASE"_s, &Status::caseId}, {u"Status"_s, u"STATUS"_s, &Status::status}});
+    };
+}
+
+} // namespace cli

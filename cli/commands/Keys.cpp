@@ -1,0 +1,38 @@
+#include "cli/commands/Commands.h"
+
+#include <QJsonArray>
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+
+namespace cli
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+Action keys(Arguments& arguments)
+{
+    auto const withSecrets = arguments.flag("--with-secrets", "Says that the keys are to be shown");
+    return [=](Context const& context)
+    {
+        if (!*withSecrets)
+        {
+            throw badInput(u"The keys are secrets: give --with-secrets to have them shown."_s);
+        }
+        auto const [code, keys] = context.connection().getThirdPartyAuthenticationKeys(context.installation());
+        context.checkNewExchanges(Shape::Anything);
+        if (code != KeloErrorCode::Success)
+        {
+            throw context.unfinished();
+        }
+        QStringList const list(keys.begin(), keys.end());
+        QString text;
+        for (QString const& key : list)
+        {
+            text += printable(key) + u'\n';
+        }
+        context.output().show(QJsonArray::fromStringList(list), text);
+    };
+}
+
+} // namespace cli

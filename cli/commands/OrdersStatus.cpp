@@ -1,0 +1,21 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/OrderCalls.h"
+#include "cli/OrderView.h"
+
+namespace cli
+{
+
+Action ordersStatus(Arguments& arguments)
+{
+    auto const orders = arguments.texts("ORDER", "References of orders");
+    return [=](Context const& context)
+    {
+        auto const status = orderStatus(orderReferences(*orders), context);
+        context.output().show(statusJson(status), statusText(status));
+    };
+}
+
+} // namespace cli

@@ -1,0 +1,95 @@
+#include "cli/commands/Commands.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QSet>
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Listing.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+/// A file name of letters, digits, "-" and "_" only, whatever the service calls the partner, and not one in `taken`.
+QString logoName(QString const& partnerId, QSet<QString>& taken)
+{
+    QString stem = partnerId.left(100);
+    for (QChar& character : stem)
+    {
+        bool const isPlain = character.unicode() < 0x80 && character.isLetterOrNumber();
+        character = isPlain || character == u'-' ? character : QChar(u'_');
+    }
+    QString name = (stem.isEmpty() ? u"partner"_s : stem) + u".png";
+    for (int number = 2; taken.contains(name.toLower()); ++number)
+    {
+        name = u"%1-%2.png"_s.arg(stem).arg(number);
+    }
+    taken.insert(name.toLower());
+    return name;
+}
+
+void checkFolder(QString const& path)
+{
+    if (!QDir().mkpath(path) || !QFileInfo(path).isWritable())
+    {
+        throw badInput(u"Cannot write logos to the folder \"%1\"."_s.arg(path));
+    }
+}
+
+/// Writes the logos that there are; the paths by the partners' ids.
+QHash<QString, QString> writeLogos(std::vector<PartnerInfo> const& partners, QString const& folder)
+{
+    QHash<QString, QString> paths;
+    QSet<QString> taken;
+    for (auto const& partner : partners)
+    {
+        if (partner.getLogo())
+        {
+            QString const path = QDir(folder).filePath(logoName(partner.getId(), taken));
+            if (!partner.getLogo()->save(path, "PNG"))
+            {
+                throw badInput(u"Cannot write the logo \"%1\"."_s.arg(path));
+            }
+            paths.insert(partner.getId(), path);
+        }
+    }
+    return paths;
+}
+
+} // namespace
+
+Action partnersList(Arguments& arguments)
+{
+    auto const folder = arguments.text("--logos", "Writes the partners' logos to this folder, as PNG files");
+    return [=](Context const& context)
+    {
+        bool const withLogos = !folder->isNull();
+        if (withLogos)
+        {
+            checkFolder(*folder);
+        }
+        auto const partners = context.valueOf(context.connection().getPartners(context.installation(), withLogos));
+        auto const paths = withLogos ? writeLogos(partners, *folder) : QHash<QString, QString>();
+        std::vector<Column<PartnerInfo>> columns{
+            {u"PartnerId"_s, u"PARTNER"_s, &PartnerInfo::getId},
+            {u"PartnerName"_s, u"NAME"_s, &PartnerInfo::getName},
+            {u"ShouldAnonymizeCaseData"_s, u"ANONYMIZE"_s, &PartnerInfo::isAnonymizeRequired},
+            {u"ShouldCreatePartnerConnection"_s, u"CONNECT FIRST"_s, &PartnerInfo::getShouldCreatePartnerConnection},
+            {u"CreatePartnerConnectionUrl"_s, u"CONNECT AT"_s, &PartnerInfo::getCreatePartnerConnectionUrl}};
+        if (withLogos)
+        {
+            columns.push_back(
+                {u"Logo"_s, u"LOGO"_s, [&paths](PartnerInfo const& partner) { return paths.value(partner.getId()); }});
+        }
+        showList(context.output(), partners, columns);
+    };
+}
+
+} // namespace cli

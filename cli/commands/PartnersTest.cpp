@@ -1,0 +1,28 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+#include "cli/Listing.h"
+
+namespace cli
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+Action partnersTest(Arguments& arguments)
+{
+    auto const id =
+        arguments.requiredText("CONNECTION", "The partner connection's id, as kelo partners accounts shows it");
+    return [=](Context const& context)
+    {
+        auto const result = context.valueOf(context.connection().testAccountConnection(
+            context.installation(), identifier("partner connection id", *id)));
+        showObject(
+            context.output(), {{u"PartnerConnectionId"_s, *id},
+                               {u"IsConnected"_s, result.isConnected},
+                               {u"ManagePartnerConnectionUrl"_s, result.managePartnerConnectionUrl}});
+    };
+}
+
+} // namespace cli

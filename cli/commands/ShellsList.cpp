@@ -1,0 +1,23 @@
+#include "cli/commands/Commands.h"
+
+#include "cli/Arguments.h"
+#include "cli/Context.h"
+#include "cli/Input.h"
+#include "cli/OrderView.h"
+
+namespace cli
+{
+
+Action shellsList(Arguments& arguments)
+{
+    auto const order = arguments.requiredText("ORDER", "The reference of an order");
+    return [=](Context const& context)
+    {
+        auto const shells =
+            context.connection().getTempShellCalculationData(identifier("order reference", *order)).getTempShellFile();
+        context.checkNewExchanges(Shape::List);
+        context.output().show(shellsJson(shells), shellsText(shells));
+    };
+}
+
+} // namespace cli
