@@ -102,7 +102,7 @@ LoadServer::LoadServer(std::string const& body)
 {
     int const listener = listenOnLoopback(port_);
     std::string const reply = "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: "
-        + std::to_string(body.size()) + "\r\n\r\n" + body;
+                              + std::to_string(body.size()) + "\r\n\r\n" + body;
     process_ = ::fork();
     if (process_ == 0)
     {

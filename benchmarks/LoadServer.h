@@ -9,8 +9,9 @@
 namespace bench
 {
 
-/// A small HTTP/1.1 server in a process of its own, on a loopback port that the system chooses, so that every client under comparison loads the
-/// same server and none shares its process. It answers each request with the same body and keeps connections alive. It ends with its parent.
+/// A small HTTP/1.1 server in a process of its own, on a loopback port that the system chooses, so that every client
+/// under comparison loads the same server and none shares its process. It answers each request with the same body and
+/// keeps connections alive. It ends with its parent.
 class LoadServer
 {
 public:

@@ -15,9 +15,7 @@ namespace
 class Collector : public benchmark::ConsoleReporter
 {
 public:
-    Collector() : ConsoleReporter(OO_Tabular)
-    {
-    }
+    Collector() : ConsoleReporter(OO_Tabular) {}
 
     void ReportRuns(std::vector<Run> const& runs) override
     {

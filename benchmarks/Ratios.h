@@ -14,7 +14,8 @@ struct Ratio
     std::string meaning;
 };
 
-/// Runs all registered benchmarks, several repetitions each, interleaved by chance, and prints the ratio of the medians for each comparison.
+/// Runs all registered benchmarks, several repetitions each, interleaved by chance, and prints the ratio of the medians
+/// for each comparison.
 int runWithRatios(int argc, char** argv, std::vector<Ratio> const& ratios);
 
 } // namespace bench

@@ -31,7 +31,8 @@ QUrl serverUrl;
 
 std::string const& articles()
 {
-    static std::string const body = [] {
+    static std::string const body = []
+    {
         std::string text = R"({"ArticleNumbers":[)";
         for (int index = 0; index < 80; ++index)
         {
@@ -65,15 +66,9 @@ public:
     PlainTransfer(PlainTransfer const&) = delete;
     PlainTransfer& operator=(PlainTransfer const&) = delete;
 
-    ~PlainTransfer()
-    {
-        curl_easy_cleanup(easy_);
-    }
+    ~PlainTransfer() { curl_easy_cleanup(easy_); }
 
-    CURL* handle() const
-    {
-        return easy_;
-    }
+    CURL* handle() const { return easy_; }
 
     bool parse()
     {
@@ -95,8 +90,8 @@ private:
 
 void sequentialLibrary(benchmark::State& state)
 {
-    auto const connection
-        = TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
+    auto const connection =
+        TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
     for (auto _ : state)
     {
         if (connection->getAvailableArticles(QStringLiteral("INST-1001")).get().value.articleNumbers.size() != 80)
@@ -120,8 +115,8 @@ void sequentialCurl(benchmark::State& state)
 
 void parallelLibrary(benchmark::State& state)
 {
-    auto const connection
-        = TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
+    auto const connection =
+        TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
     for (auto _ : state)
     {
         std::vector<TessalyConnectionInterface::Reply<AvailableArticlesList>> replies;
@@ -196,17 +191,20 @@ void parallelQt(benchmark::State& state)
         for (int index = 0; index < inFlight; ++index)
         {
             QNetworkReply* const reply = manager.get(request);
-            QObject::connect(reply, &QNetworkReply::finished, reply, [&, reply] {
-                if (!QJsonDocument::fromJson(reply->readAll()).isObject())
+            QObject::connect(
+                reply, &QNetworkReply::finished, reply,
+                [&, reply]
                 {
-                    state.SkipWithError("failed");
-                }
-                reply->deleteLater();
-                if (--missing == 0)
-                {
-                    loop.quit();
-                }
-            });
+                    if (!QJsonDocument::fromJson(reply->readAll()).isObject())
+                    {
+                        state.SkipWithError("failed");
+                    }
+                    reply->deleteLater();
+                    if (--missing == 0)
+                    {
+                        loop.quit();
+                    }
+                });
         }
         loop.exec();
     }
@@ -226,8 +224,10 @@ int main(int argc, char** argv)
     bench::LoadServer const server(articles());
     serverUrl = server.url();
     QCoreApplication const application(argc, argv);
-    return bench::runWithRatios(argc, argv,
+    return bench::runWithRatios(
+        argc, argv,
         {{"sequentialLibrary", "sequentialCurl", "typed GET, one after the other, over a libcurl easy handle"},
-            {"parallelCurl", "parallelLibrary", "requests a second with 1000 in flight, library over a libcurl multi loop"},
-            {"parallelQt", "parallelLibrary", "requests a second with 1000 in flight, library over Qt's access manager"}});
+         {"parallelCurl", "parallelLibrary",
+          "requests a second with 1000 in flight, library over a libcurl multi loop"},
+         {"parallelQt", "parallelLibrary", "requests a second with 1000 in flight, library over Qt's access manager"}});
 }

@@ -24,14 +24,15 @@ using RequestList = jsonSerializer::implementation::FromJSON<std::vector<collabo
 
 QByteArray const& listReply()
 {
-    static QByteArray const text = [] {
+    static QByteArray const text = []
+    {
         QByteArray list = "[";
         for (int index = 0; index < entries; ++index)
         {
             QByteArray const number = QByteArray::number(100000000 + index);
             list += index == 0 ? "" : ",";
-            list += R"({"RequestId":"REQ-)" + number + R"(-2b9f","TransactionId":"TX-)" + number + R"(-77","RequestType":)"
-                + QByteArray::number(index % 8) + "}";
+            list += R"({"RequestId":"REQ-)" + number + R"(-2b9f","TransactionId":"TX-)" + number
+                    + R"(-77","RequestType":)" + QByteArray::number(index % 8) + "}";
         }
         return list + "]";
     }();
@@ -78,7 +79,8 @@ void printMemory()
     auto const requests = RequestList::convert(document);
     std::size_t const withRecords = bytesInUse();
     auto const share = static_cast<double>(withRecords - withDocument) / static_cast<double>(withDocument - before);
-    std::printf("  %6.2f  memory of %zu records over that of their document (%.1f MB of text)\n", share, requests.size(),
+    std::printf(
+        "  %6.2f  memory of %zu records over that of their document (%.1f MB of text)\n", share, requests.size(),
         static_cast<double>(listReply().size()) / 1e6);
 }
 

@@ -47,7 +47,8 @@ QJsonObject CallArguments::nextObject()
 
 void CallArguments::read(QString& id)
 {
-    id = identifier(names_.at(position_).toLatin1().constData(), nextWord());
+    auto const name = names_.at(position_).toLatin1();
+    id = identifier(name.constData(), nextWord());
 }
 
 void CallArguments::read(bool& value)

@@ -19,7 +19,7 @@ struct OrderState
     struct Slot
     {
         QString reference;
-        OrderFileInfo file; ///< as announced
+        OrderFileInfo file = {}; ///< as announced
         bool isUploaded = false;
     };
 

@@ -111,7 +111,7 @@ private:
         }
     }
 
-    char current() const { return text_.at(at_); }
+    char current() const { return at_ < text_.size() ? text_.at(at_) : '\0'; }
 
     QString const& fileName_;
     QByteArray const& text_;

@@ -8,7 +8,8 @@
 #include <KeloCommunicationLib/Export.h>
 #include <platform/rest/NetReplyErrorParser.h>
 
-/// Reads the service's error bodies: an array whose first element holds "Code", a string of decimal digits, and "Message".
+/// Reads the service's error bodies: an array whose first element holds "Code", a string of decimal digits, and
+/// "Message".
 class KELO_EXPORT KeloErrorParser : public rest::NetReplyErrorParser
 {
 private:

@@ -22,7 +22,8 @@ class KELO_EXPORT TessalyConnection : public TessalyConnectionBase, public Tessa
     Q_OBJECT
 
 public:
-    /// A connection to the service at `baseUrl`; proxy auto-discovery is the host's choice. Nothing is sent until the first operation.
+    /// A connection to the service at `baseUrl`; proxy auto-discovery is the host's choice. Nothing is sent until the
+    /// first operation.
     static std::unique_ptr<TessalyConnection> makeConnection(
         QUrl const& baseUrl, QString const& username, QString const& password);
     /// A connection to the host's service with the host's credentials.
@@ -46,45 +47,75 @@ public:
     Reply<std::vector<ConnectionInfo>> getConnectionsForLicense(QString const& installationId) override;
     Reply<StartConnectionResponse> startConnection(StartConnectionRequest const& request) const override;
     Reply<void> updateConnectionStatus(UpdateConnectionStatusRequest const& request) const override;
-    Reply<CatalogUpdateInfo> getCatalogUpdateInfo(QString const& installationId, QVersionNumber const& version) override;
-    KeloCommunicationLib::CatalogUpdateState getCatalogUpdateState(QString const& installationId, QVersionNumber const& version) override;
+    Reply<CatalogUpdateInfo> getCatalogUpdateInfo(
+        QString const& installationId, QVersionNumber const& version) override;
+    KeloCommunicationLib::CatalogUpdateState getCatalogUpdateState(
+        QString const& installationId, QVersionNumber const& version) override;
     Reply<AvailableArticlesList> getAvailableArticles(QString const& installationId) override;
     Reply<CollaborationSessionId> createCollaborationSession(QString const& installationId) override;
     Reply<CollaborationSessionId> createCollaborationSession(CreateCollaborationSessionInfo const& info) override;
-    Reply<CreateRestorationResponseInfo> createRestorationCollaboration(CreateRestorationRequestInfo const& request) override;
+    Reply<CreateRestorationResponseInfo> createRestorationCollaboration(
+        CreateRestorationRequestInfo const& request) override;
     Reply<void> updateCollaborationRequestStatus(UpdateCollaborationRequestStatusInfo const& request) override;
-    threading::Future<std::pair<QString, KeloErrorCode>> getRestorationURL(RequestRestorationDetailsInfo const& info, QString const& requestId) override;
-    Reply<CollaborationSessionId> createCollaborationSessionWithoutConnectionId(CreateCollaborationSessionWithoutConnectionIdInfo const& info) const override;
-    Reply<collaboration::UploadFilesRequest> createSurgeryPlanRequest(collaboration::CreateRequestRequest const& request) const override;
-    Reply<collaboration::UpdateSurgeryRequestResponse> updateSurgeryPlanRequest(collaboration::UpdateSurgeryRequestRequest const& request) override;
-    Reply<collaboration::UploadFilesRequest> createReferralRequest(collaboration::CreateRequestRequest const& request) const override;
-    Reply<collaboration::RequestIdResponse> getRequestId(QString const& installationId, collaboration::SalesOrderNumberRequest const& search) const override;
-    Reply<collaboration::RequestIdResponse> getRequestId(QString const& installationId, collaboration::RequestKeyRequest const& search) const override;
-    Reply<RequestLockState> getUnlockedStateForRequest(QString const& installationId, QString const& requestId) override;
+    threading::Future<std::pair<QString, KeloErrorCode>> getRestorationURL(
+        RequestRestorationDetailsInfo const& info, QString const& requestId) override;
+    Reply<CollaborationSessionId> createCollaborationSessionWithoutConnectionId(
+        CreateCollaborationSessionWithoutConnectionIdInfo const& info) const override;
+    Reply<collaboration::UploadFilesRequest> createSurgeryPlanRequest(
+        collaboration::CreateRequestRequest const& request) const override;
+    Reply<collaboration::UpdateSurgeryRequestResponse> updateSurgeryPlanRequest(
+        collaboration::UpdateSurgeryRequestRequest const& request) override;
+    Reply<collaboration::UploadFilesRequest> createReferralRequest(
+        collaboration::CreateRequestRequest const& request) const override;
+    Reply<collaboration::RequestIdResponse> getRequestId(
+        QString const& installationId, collaboration::SalesOrderNumberRequest const& search) const override;
+    Reply<collaboration::RequestIdResponse> getRequestId(
+        QString const& installationId, collaboration::RequestKeyRequest const& search) const override;
+    Reply<RequestLockState> getUnlockedStateForRequest(
+        QString const& installationId, QString const& requestId) override;
     Reply<void> unlockTemplateRequest(QString const& installationId, QString const& requestId) override;
-    Reply<std::vector<collaboration::CreatedFileInfo>> updateRequest(collaboration::UpdateRequestRequest const& request) const override;
-    Reply<CreateRestorationResponseInfo> createRequest(collaboration::CreateRequestRequest const& request) const override;
+    Reply<std::vector<collaboration::CreatedFileInfo>> updateRequest(
+        collaboration::UpdateRequestRequest const& request) const override;
+    Reply<CreateRestorationResponseInfo> createRequest(
+        collaboration::CreateRequestRequest const& request) const override;
     Reply<void> createIPSOrder(CreateIPSOrderInfo const& info) override;
-    Reply<std::vector<collaboration::RequestInfo>> getRequests(QString const& installationId, GetRequestsInfo info) const override;
-    Reply<std::vector<collaboration::RequestInfo>> getRequests(QString const& installationId, bool onlyActive) const override;
-    Reply<std::vector<collaboration::SessionDetails>> getCollaborationSessionRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::SessionDetails>> getDentalScanRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::SessionDetails>> getLabDesignRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::SessionDetails>> getTempShellRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::RestorationRequestDetail>> getRestorationRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::RestorationRequestDetail>> getCentralizedRestorationRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::TemplateRequestDetail>> getTemplateRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::UploadFilesRequestDetail>> getSurgeryPlanRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
-    Reply<std::vector<collaboration::UploadFilesRequestDetail>> getReferralRequestDetails(QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::RequestInfo>> getRequests(
+        QString const& installationId, GetRequestsInfo info) const override;
+    Reply<std::vector<collaboration::RequestInfo>> getRequests(
+        QString const& installationId, bool onlyActive) const override;
+    Reply<std::vector<collaboration::SessionDetails>> getCollaborationSessionRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::SessionDetails>> getDentalScanRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::SessionDetails>> getLabDesignRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::SessionDetails>> getTempShellRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::RestorationRequestDetail>> getRestorationRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::RestorationRequestDetail>> getCentralizedRestorationRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::TemplateRequestDetail>> getTemplateRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::UploadFilesRequestDetail>> getSurgeryPlanRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
+    Reply<std::vector<collaboration::UploadFilesRequestDetail>> getReferralRequestDetails(
+        QString const& installationId, GetRequestDetailsInfo info) const override;
     threading::Future<QByteArray> getTempShellFile(QString const& fileId) const override;
-    Reply<std::vector<mirashare::MiraShareItemData>> getMiraShareCases(QString const& patientId, QString const& installationReference) const override;
+    Reply<std::vector<mirashare::MiraShareItemData>> getMiraShareCases(
+        QString const& patientId, QString const& installationReference) const override;
     Reply<std::vector<PartnerInfo>> getPartners(QString const& installationId, bool withLogos) const override;
-    threading::Future<QByteArray> getPartnerLogo(QString const& installationId, QString const& partnerId) const override;
+    threading::Future<QByteArray> getPartnerLogo(
+        QString const& installationId, QString const& partnerId) const override;
     Reply<std::vector<PartnerAccountInfo>> getPartnerAccounts(QString const& installationId) const override;
-    Reply<mirashare::TestAccountConnectionResponse> testAccountConnection(QString const& installationId, QString const& partnerConnectionId) const override;
-    Reply<std::vector<PartnerCaseInfo>> getPartnerCases(QString const& installationId, QString const& patientId) const override;
-    Reply<std::vector<mirashare::CaseStatusResponse>> updatePartnerCasesStatus(QString const& installationId, mirashare::Cases const& cases) const override;
-    Reply<void> markCollaborationFileAsSeen(QString const& fileId, collaboration::MarkAsSeenInfo const& info) const override;
+    Reply<mirashare::TestAccountConnectionResponse> testAccountConnection(
+        QString const& installationId, QString const& partnerConnectionId) const override;
+    Reply<std::vector<PartnerCaseInfo>> getPartnerCases(
+        QString const& installationId, QString const& patientId) const override;
+    Reply<std::vector<mirashare::CaseStatusResponse>> updatePartnerCasesStatus(
+        QString const& installationId, mirashare::Cases const& cases) const override;
+    Reply<void> markCollaborationFileAsSeen(
+        QString const& fileId, collaboration::MarkAsSeenInfo const& info) const override;
     Reply<OrderShippingAddressList> getShippingAddresses(QString const& installationId) const override;
     Reply<OrderRequestResponse> createOrder(OrderRequest const& order) const override;
     Reply<ServiceOrderRequestResponse> createServiceOrder(ServiceOrderRequest const& order) const override;
@@ -94,10 +125,12 @@ public:
     TempShellDataResponse getTempShellCalculationData(QString const& orderReference) const override;
     Reply<void> putFinishCadOrder(QString const& orderReference) const override;
     Reply<void> postFinishCadOrder(QString const& orderReference) const override;
-    std::pair<KeloErrorCode, std::vector<QString>> getThirdPartyAuthenticationKeys(QString const& installationId) override;
+    std::pair<KeloErrorCode, std::vector<QString>> getThirdPartyAuthenticationKeys(
+        QString const& installationId) override;
     Reply<mirashare::CreateCaseResponse> createCaseRequest(mirashare::CreateCaseRequest const& request) const override;
     Reply<void> sharePartnerCaseRequest(mirashare::SharePartnerCaseRequest const& request) const override;
-    Reply<std::vector<mirashare::CaseFileId>> addNewDataRequest(mirashare::AddDataRequest const& request) const override;
+    Reply<std::vector<mirashare::CaseFileId>> addNewDataRequest(
+        mirashare::AddDataRequest const& request) const override;
     QString getSoftwarePageUrl() const override;
 
 private:
@@ -107,7 +140,8 @@ private:
     template <class T>
     Reply<T> get(QString const& path) const;
     template <class T>
-    Reply<T> post(QString const& path, QJsonValue const& body,
+    Reply<T> post(
+        QString const& path, QJsonValue const& body,
         std::chrono::milliseconds timeout = std::chrono::milliseconds(0)) const;
     template <class T>
     Reply<T> put(QString const& path, QJsonValue const& body) const;

@@ -8,8 +8,8 @@
 
 std::function<void(rest::TraceData const&)> TessalyConnectionBase::m_callback;
 
-TessalyConnectionBase::TessalyConnectionBase() :
-    rest::Connection(std::make_unique<KeloErrorParser>(), std::chrono::seconds(30), nullptr)
+TessalyConnectionBase::TessalyConnectionBase()
+    : rest::Connection(std::make_unique<KeloErrorParser>(), std::chrono::seconds(30), nullptr)
 {
 }
 

@@ -8,7 +8,8 @@
 #include <KeloCommunicationLib/Export.h>
 #include <platform/rest/Connection.h>
 
-/// A session with one of the service's endpoints: a `rest::Connection` with this service's error parser and a time-out of 30 seconds.
+/// A session with one of the service's endpoints: a `rest::Connection` with this service's error parser and a time-out
+/// of 30 seconds.
 class KELO_EXPORT TessalyConnectionBase : public rest::Connection
 {
 public:
@@ -17,7 +18,8 @@ public:
     /// As `rest::Connection::initialize`, then installs a copy of `m_callback`.
     void initialize(QUrl baseUrl, QString const& username, QString const& password, QString const& extra) override;
 
-    /// The process-wide trace hook. Read without a lock whenever a connection is initialised, so set it before the first one is made.
+    /// The process-wide trace hook. Read without a lock whenever a connection is initialised, so set it before the
+    /// first one is made.
     static std::function<void(rest::TraceData const&)> m_callback;
 
 protected:

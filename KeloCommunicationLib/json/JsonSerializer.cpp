@@ -20,7 +20,8 @@ std::optional<QJsonArray> listIn(QJsonDocument const& document)
     {
         return object.constBegin()->toArray();
     }
-    qWarning() << "jsonSerializer::implementation::FromJSON::convert" << "cannot convert json object to container type.";
+    qWarning() << "jsonSerializer::implementation::FromJSON::convert"
+               << "cannot convert json object to container type.";
     return std::nullopt;
 }
 

@@ -10,25 +10,26 @@
 
 #include <KeloCommunicationLib/Export.h>
 
-/// Conversion between the service's JSON and the records of this library. Nothing here throws: what is missing or null leaves a member at
-/// its default, what has the wrong type or an unreadable text gives the empty value of its type.
+/// Conversion between the service's JSON and the records of this library. Nothing here throws: what is missing or null
+/// leaves a member at its default, what has the wrong type or an unreadable text gives the empty value of its type.
 namespace jsonSerializer
 {
 
-/// Reads a record. Every record that the service sends has this for `QJsonObject`; a record that is only written has none, and using it
-/// fails to link.
+/// Reads a record. Every record that the service sends has this for `QJsonObject`; a record that is only written has
+/// none, and using it fails to link.
 template <class T, class Json = QJsonObject>
 T fromJson(Json const& json);
 
-/// Writes a record as the JSON object that is a request's body. Every record that is sent to the service has this, no other.
+/// Writes a record as the JSON object that is a request's body. Every record that is sent to the service has this, no
+/// other.
 template <class T>
 QJsonValue toJson(T const& record);
 
 namespace implementation
 {
 
-/// The array that a list reply holds: the document's own, or that of an object whose only member is one. Nothing for any other document;
-/// an object among those is worth a warning.
+/// The array that a list reply holds: the document's own, or that of an object whose only member is one. Nothing for
+/// any other document; an object among those is worth a warning.
 KELO_EXPORT std::optional<QJsonArray> listIn(QJsonDocument const& document);
 
 template <class T, int Kind>
@@ -38,8 +39,8 @@ struct FromJSON;
 template <class T>
 struct FromJSON<std::vector<T>, 1>
 {
-    /// One entry for each element of the list, in order; an element that is no object gives a default-constructed entry. Empty when the
-    /// document holds no list.
+    /// One entry for each element of the list, in order; an element that is no object gives a default-constructed
+    /// entry. Empty when the document holds no list.
     static std::vector<T> convert(QJsonDocument const& document)
     {
         std::vector<T> records;

@@ -61,9 +61,8 @@ void Value<quint64>::read(quint64& value, QJsonValueConstRef json)
 
 QJsonValue Value<quint64>::write(quint64 const& value)
 {
-    return value <= static_cast<quint64>(std::numeric_limits<qint64>::max())
-        ? QJsonValue(static_cast<qint64>(value))
-        : QJsonValue(static_cast<double>(value));
+    return value <= static_cast<quint64>(std::numeric_limits<qint64>::max()) ? QJsonValue(static_cast<qint64>(value))
+                                                                             : QJsonValue(static_cast<double>(value));
 }
 
 void Value<double>::read(double& value, QJsonValueConstRef json)
@@ -123,7 +122,8 @@ int nearestInt(double number)
         return 0;
     }
     return static_cast<int>(std::clamp(
-        number, static_cast<double>(std::numeric_limits<int>::min()), static_cast<double>(std::numeric_limits<int>::max())));
+        number, static_cast<double>(std::numeric_limits<int>::min()),
+        static_cast<double>(std::numeric_limits<int>::max())));
 }
 
 } // namespace jsonSerializer::implementation

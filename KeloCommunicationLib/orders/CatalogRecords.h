@@ -25,58 +25,28 @@ class KELO_EXPORT CatalogUpdateInfo
 {
 public:
     /// What the file is downloaded by.
-    QString const& getFileReference() const
-    {
-        return fileReference_;
-    }
+    QString const& getFileReference() const { return fileReference_; }
 
-    void setFileReference(QString const& fileReference)
-    {
-        fileReference_ = fileReference;
-    }
+    void setFileReference(QString const& fileReference) { fileReference_ = fileReference; }
 
-    QString const& getFileName() const
-    {
-        return fileName_;
-    }
+    QString const& getFileName() const { return fileName_; }
 
-    void setFileName(QString const& fileName)
-    {
-        fileName_ = fileName;
-    }
+    void setFileName(QString const& fileName) { fileName_ = fileName; }
 
     /// Bytes.
-    int getFileSize() const
-    {
-        return fileSize_;
-    }
+    int getFileSize() const { return fileSize_; }
 
-    void setFileSize(int fileSize)
-    {
-        fileSize_ = fileSize;
-    }
+    void setFileSize(int fileSize) { fileSize_ = fileSize; }
 
     /// Version of the catalogue in the file.
-    QVersionNumber const& getCatalogVersion() const
-    {
-        return catalogVersion_;
-    }
+    QVersionNumber const& getCatalogVersion() const { return catalogVersion_; }
 
-    void setCatalogVersion(QVersionNumber catalogVersion)
-    {
-        catalogVersion_ = std::move(catalogVersion);
-    }
+    void setCatalogVersion(QVersionNumber catalogVersion) { catalogVersion_ = std::move(catalogVersion); }
 
     /// The service's text.
-    QString const& getUpdateStatusString() const
-    {
-        return updateStatus_;
-    }
+    QString const& getUpdateStatusString() const { return updateStatus_; }
 
-    void setUpdateStatusString(QString const& updateStatus)
-    {
-        updateStatus_ = updateStatus;
-    }
+    void setUpdateStatusString(QString const& updateStatus) { updateStatus_ = updateStatus; }
 
     /// What the status text says; `NoUpdate` for every text but "Optional" and "Mandatory".
     KeloCommunicationLib::CatalogUpdateState getUpdateStatus() const;

@@ -19,35 +19,20 @@ public:
     {
     }
 
-    QString const& getArticleNumber() const
-    {
-        return articleNumber_;
-    }
+    QString const& getArticleNumber() const { return articleNumber_; }
 
-    void setArticleNumber(QString const& articleNumber)
-    {
-        articleNumber_ = articleNumber;
-    }
+    void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
-    QString const& getManufacturerReference() const
-    {
-        return manufacturerReference_;
-    }
+    QString const& getManufacturerReference() const { return manufacturerReference_; }
 
     void setManufacturerReference(QString const& manufacturerReference)
     {
         manufacturerReference_ = manufacturerReference;
     }
 
-    int getQuantity() const
-    {
-        return quantity_;
-    }
+    int getQuantity() const { return quantity_; }
 
-    void setQuantity(int quantity)
-    {
-        quantity_ = quantity;
-    }
+    void setQuantity(int quantity) { quantity_ = quantity; }
 
     friend bool operator==(IPSOrderItemInfo const&, IPSOrderItemInfo const&) = default;
 
@@ -75,10 +60,7 @@ public:
     }
 
     /// The account's installation.
-    QString const& getInstallationReference() const
-    {
-        return installationReference_;
-    }
+    QString const& getInstallationReference() const { return installationReference_; }
 
     void setInstallationReference(QString const& installationReference)
     {
@@ -86,10 +68,7 @@ public:
     }
 
     /// Version of the application that created the case.
-    QVersionNumber const& getCreationFrontendVersion() const
-    {
-        return creationFrontendVersion_;
-    }
+    QVersionNumber const& getCreationFrontendVersion() const { return creationFrontendVersion_; }
 
     void setCreationFrontendVersion(QVersionNumber creationFrontendVersion)
     {
@@ -97,35 +76,17 @@ public:
     }
 
     /// Version of the application that places the order.
-    QVersionNumber const& getFrontendVersion() const
-    {
-        return frontendVersion_;
-    }
+    QVersionNumber const& getFrontendVersion() const { return frontendVersion_; }
 
-    void setFrontendVersion(QVersionNumber frontendVersion)
-    {
-        frontendVersion_ = std::move(frontendVersion);
-    }
+    void setFrontendVersion(QVersionNumber frontendVersion) { frontendVersion_ = std::move(frontendVersion); }
 
-    QString const& getPatientId() const
-    {
-        return patientId_;
-    }
+    QString const& getPatientId() const { return patientId_; }
 
-    void setPatientId(QString const& patientId)
-    {
-        patientId_ = patientId;
-    }
+    void setPatientId(QString const& patientId) { patientId_ = patientId; }
 
-    std::vector<IPSOrderItemInfo> const& getOrderItemInfos() const
-    {
-        return orderItemInfos_;
-    }
+    std::vector<IPSOrderItemInfo> const& getOrderItemInfos() const { return orderItemInfos_; }
 
-    void setOrderItemInfos(std::vector<IPSOrderItemInfo> const& orderItemInfos)
-    {
-        orderItemInfos_ = orderItemInfos;
-    }
+    void setOrderItemInfos(std::vector<IPSOrderItemInfo> const& orderItemInfos) { orderItemInfos_ = orderItemInfos; }
 
     friend bool operator==(CreateIPSOrderInfo const&, CreateIPSOrderInfo const&) = default;
 

@@ -9,15 +9,9 @@
 class KELO_EXPORT OrderDetailsRequest
 {
 public:
-    QList<QString> getOrderReferences() const
-    {
-        return orderReferences_;
-    }
+    QList<QString> getOrderReferences() const { return orderReferences_; }
 
-    void setOrderReferences(QList<QString> const& orderReferences)
-    {
-        orderReferences_ = orderReferences;
-    }
+    void setOrderReferences(QList<QString> const& orderReferences) { orderReferences_ = orderReferences; }
 
 private:
     QList<QString> orderReferences_;
@@ -32,47 +26,23 @@ public:
     {
     };
 
-    QString getArticleNumber() const
-    {
-        return articleNumber_;
-    }
+    QString getArticleNumber() const { return articleNumber_; }
 
-    void setArticleNumber(QString const& articleNumber)
-    {
-        articleNumber_ = articleNumber;
-    }
+    void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
-    OrderItemState getState() const
-    {
-        return state_;
-    }
+    OrderItemState getState() const { return state_; }
 
-    void setState(int const& state)
-    {
-        state_ = static_cast<OrderItemState>(state);
-    }
+    void setState(int const& state) { state_ = static_cast<OrderItemState>(state); }
 
     /// First tooth of the item.
-    int getToothNumberStart() const
-    {
-        return toothNumberStart_;
-    }
+    int getToothNumberStart() const { return toothNumberStart_; }
 
-    void setToothNumberStart(int toothNumberStart)
-    {
-        toothNumberStart_ = toothNumberStart;
-    }
+    void setToothNumberStart(int toothNumberStart) { toothNumberStart_ = toothNumberStart; }
 
     /// Last tooth of the item.
-    int getToothNumberEnd() const
-    {
-        return toothNumberEnd_;
-    }
+    int getToothNumberEnd() const { return toothNumberEnd_; }
 
-    void setToothNumberEnd(int toothNumberEnd)
-    {
-        toothNumberEnd_ = toothNumberEnd;
-    }
+    void setToothNumberEnd(int toothNumberEnd) { toothNumberEnd_ = toothNumberEnd; }
 
 private:
     QString articleNumber_;
@@ -90,36 +60,18 @@ public:
     {
     };
 
-    OrderState getState() const
-    {
-        return state_;
-    }
+    OrderState getState() const { return state_; }
 
-    void setState(int const& state)
-    {
-        state_ = static_cast<OrderState>(state);
-    }
+    void setState(int const& state) { state_ = static_cast<OrderState>(state); }
 
     /// The order: `OrderRequestResponse::getOrderReference`.
-    QString getReference() const
-    {
-        return reference_;
-    }
+    QString getReference() const { return reference_; }
 
-    void setReference(QString const& reference)
-    {
-        reference_ = reference;
-    }
+    void setReference(QString const& reference) { reference_ = reference; }
 
-    QList<OrderItemDetails> getOrderItems() const
-    {
-        return orderItems_;
-    }
+    QList<OrderItemDetails> getOrderItems() const { return orderItems_; }
 
-    void setOrderItems(QList<OrderItemDetails> const& orderItems)
-    {
-        orderItems_ = orderItems;
-    }
+    void setOrderItems(QList<OrderItemDetails> const& orderItems) { orderItems_ = orderItems; }
 
 private:
     OrderState state_{};

@@ -13,59 +13,29 @@ class KELO_EXPORT OrderFileInfo
 {
 public:
     /// File name.
-    QString const& getName() const
-    {
-        return name_;
-    }
+    QString const& getName() const { return name_; }
 
-    void setName(QString const& name)
-    {
-        name_ = name;
-    }
+    void setName(QString const& name) { name_ = name; }
 
     /// Bytes of the whole file.
-    int getSize() const
-    {
-        return size_;
-    }
+    int getSize() const { return size_; }
 
-    void setSize(int size)
-    {
-        size_ = size;
-    }
+    void setSize(int size) { size_ = size; }
 
     /// Bytes of one piece of the upload.
-    int getChunckSize() const
-    {
-        return chunckSize_;
-    }
+    int getChunckSize() const { return chunckSize_; }
 
-    void setChunckSize(int chunckSize)
-    {
-        chunckSize_ = chunckSize;
-    }
+    void setChunckSize(int chunckSize) { chunckSize_ = chunckSize; }
 
     /// Check sum of the whole file.
-    QString const& getCheckSum() const
-    {
-        return checkSum_;
-    }
+    QString const& getCheckSum() const { return checkSum_; }
 
-    void setCheckSum(QString const& checkSum)
-    {
-        checkSum_ = checkSum;
-    }
+    void setCheckSum(QString const& checkSum) { checkSum_ = checkSum; }
 
     /// Which local file this entry stands for. The application's own; never sent.
-    QString const& getFrontendIdentifier() const
-    {
-        return frontendIdentifier_;
-    }
+    QString const& getFrontendIdentifier() const { return frontendIdentifier_; }
 
-    void setFrontendIdentifier(QString const& frontendIdentifier)
-    {
-        frontendIdentifier_ = frontendIdentifier;
-    }
+    void setFrontendIdentifier(QString const& frontendIdentifier) { frontendIdentifier_ = frontendIdentifier; }
 
 private:
     QString name_;
@@ -85,90 +55,42 @@ public:
     };
 
     /// The ordered article.
-    QString const& getArticleNumber() const
-    {
-        return articleNumber_;
-    }
+    QString const& getArticleNumber() const { return articleNumber_; }
 
-    void setArticleNumber(QString const& articleNumber)
-    {
-        articleNumber_ = articleNumber;
-    }
+    void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
-    int getQuantity() const
-    {
-        return quantity_;
-    }
+    int getQuantity() const { return quantity_; }
 
-    void setQuantity(int quantity)
-    {
-        quantity_ = quantity;
-    }
+    void setQuantity(int quantity) { quantity_ = quantity; }
 
     /// First tooth of the item.
-    int getToothNumberStart() const
-    {
-        return toothNumberStart_;
-    }
+    int getToothNumberStart() const { return toothNumberStart_; }
 
-    void setToothNumberStart(int toothNumberStart)
-    {
-        toothNumberStart_ = toothNumberStart;
-    }
+    void setToothNumberStart(int toothNumberStart) { toothNumberStart_ = toothNumberStart; }
 
     /// Last tooth of the item.
-    int getToothNumberEnd() const
-    {
-        return toothNumberEnd_;
-    }
+    int getToothNumberEnd() const { return toothNumberEnd_; }
 
-    void setToothNumberEnd(int toothNumberEnd)
-    {
-        toothNumberEnd_ = toothNumberEnd;
-    }
+    void setToothNumberEnd(int toothNumberEnd) { toothNumberEnd_ = toothNumberEnd; }
 
     /// Why an earlier item is made again; empty when it is not.
-    QString const& getRemakeCode() const
-    {
-        return remakeCode_;
-    }
+    QString const& getRemakeCode() const { return remakeCode_; }
 
-    void setRemakeCode(QString const& remakeCode)
-    {
-        remakeCode_ = remakeCode;
-    }
+    void setRemakeCode(QString const& remakeCode) { remakeCode_ = remakeCode; }
 
     /// The voucher to redeem; empty for none.
-    QString const& getVoucherCode() const
-    {
-        return voucherCode_;
-    }
+    QString const& getVoucherCode() const { return voucherCode_; }
 
-    void setVoucherCode(QString const& voucherCode)
-    {
-        voucherCode_ = voucherCode;
-    }
+    void setVoucherCode(QString const& voucherCode) { voucherCode_ = voucherCode; }
 
-    CadStatus getCadStatus() const
-    {
-        return cadStatus_;
-    }
+    CadStatus getCadStatus() const { return cadStatus_; }
 
-    void setCadStatus(CadStatus cadStatus)
-    {
-        cadStatus_ = cadStatus;
-    }
+    void setCadStatus(CadStatus cadStatus) { cadStatus_ = cadStatus; }
 
     /// The files that will be uploaded for the item.
-    QList<OrderFileInfo> const& getFiles() const
-    {
-        return files_;
-    }
+    QList<OrderFileInfo> const& getFiles() const { return files_; }
 
-    void setFiles(QList<OrderFileInfo> const& files)
-    {
-        files_ = files;
-    }
+    void setFiles(QList<OrderFileInfo> const& files) { files_ = files; }
 
 private:
     QString articleNumber_;
@@ -186,10 +108,7 @@ class KELO_EXPORT OrderRequest
 {
 public:
     /// The account's installation.
-    QString getInstallationReference() const
-    {
-        return installationReference_;
-    }
+    QString getInstallationReference() const { return installationReference_; }
 
     void setInstallationReference(QString const& installationReference)
     {
@@ -197,10 +116,7 @@ public:
     }
 
     /// Version of the application that created the case.
-    QVersionNumber const& getCreationFrontendVersion() const
-    {
-        return creationFrontendVersion_;
-    }
+    QVersionNumber const& getCreationFrontendVersion() const { return creationFrontendVersion_; }
 
     void setCreationFrontendVersion(QVersionNumber const& creationFrontendVersion)
     {
@@ -208,106 +124,46 @@ public:
     }
 
     /// Version of the application that places the order.
-    QVersionNumber const& getFrontendVersion() const
-    {
-        return frontendVersion_;
-    }
+    QVersionNumber const& getFrontendVersion() const { return frontendVersion_; }
 
-    void setFrontendVersion(QVersionNumber const& frontendVersion)
-    {
-        frontendVersion_ = frontendVersion;
-    }
+    void setFrontendVersion(QVersionNumber const& frontendVersion) { frontendVersion_ = frontendVersion; }
 
     /// Where to ship to: `OrderShippingAddress::identifier`.
-    QString getAddressIdentifier() const
-    {
-        return addressIdentifier_;
-    }
+    QString getAddressIdentifier() const { return addressIdentifier_; }
 
-    void setAddressIdentifier(QString const& addressIdentifier)
-    {
-        addressIdentifier_ = addressIdentifier;
-    }
+    void setAddressIdentifier(QString const& addressIdentifier) { addressIdentifier_ = addressIdentifier; }
 
-    QString getProductionNote() const
-    {
-        return productionNote_;
-    }
+    QString getProductionNote() const { return productionNote_; }
 
-    void setProductionNote(QString const& productionNote)
-    {
-        productionNote_ = productionNote;
-    }
+    void setProductionNote(QString const& productionNote) { productionNote_ = productionNote; }
 
-    QString getOriginalOrderNumber() const
-    {
-        return originalOrderNumber_;
-    }
+    QString getOriginalOrderNumber() const { return originalOrderNumber_; }
 
-    void setOriginalOrderNumber(QString const& originalOrderNumber)
-    {
-        originalOrderNumber_ = originalOrderNumber;
-    }
+    void setOriginalOrderNumber(QString const& originalOrderNumber) { originalOrderNumber_ = originalOrderNumber; }
 
-    QString getInvoiceReference() const
-    {
-        return invoiceReference_;
-    }
+    QString getInvoiceReference() const { return invoiceReference_; }
 
-    void setInvoiceReference(QString const& invoiceReference)
-    {
-        invoiceReference_ = invoiceReference;
-    }
+    void setInvoiceReference(QString const& invoiceReference) { invoiceReference_ = invoiceReference; }
 
-    QString getStudyId() const
-    {
-        return studyId_;
-    }
+    QString getStudyId() const { return studyId_; }
 
-    void setStudyId(QString const& studyId)
-    {
-        studyId_ = studyId;
-    }
+    void setStudyId(QString const& studyId) { studyId_ = studyId; }
 
-    QString getStudyParticipantId() const
-    {
-        return studyParticipantId_;
-    }
+    QString getStudyParticipantId() const { return studyParticipantId_; }
 
-    void setStudyParticipantId(QString const& studyParticipantId)
-    {
-        studyParticipantId_ = studyParticipantId;
-    }
+    void setStudyParticipantId(QString const& studyParticipantId) { studyParticipantId_ = studyParticipantId; }
 
-    QString getClinicianZipCode() const
-    {
-        return clinicianZipCode_;
-    }
+    QString getClinicianZipCode() const { return clinicianZipCode_; }
 
-    void setClinicianZipCode(QString const& clinicianZipCode)
-    {
-        clinicianZipCode_ = clinicianZipCode;
-    }
+    void setClinicianZipCode(QString const& clinicianZipCode) { clinicianZipCode_ = clinicianZipCode; }
 
-    QString getClinicianName() const
-    {
-        return clinicianName_;
-    }
+    QString getClinicianName() const { return clinicianName_; }
 
-    void setClinicianName(QString const& clinicianName)
-    {
-        clinicianName_ = clinicianName;
-    }
+    void setClinicianName(QString const& clinicianName) { clinicianName_ = clinicianName; }
 
-    QList<OrderItemInfo> getOrderItems() const
-    {
-        return orderItems_;
-    }
+    QList<OrderItemInfo> getOrderItems() const { return orderItems_; }
 
-    void setOrderItems(QList<OrderItemInfo> orderItems)
-    {
-        orderItems_ = std::move(orderItems);
-    }
+    void setOrderItems(QList<OrderItemInfo> orderItems) { orderItems_ = std::move(orderItems); }
 
 private:
     QString installationReference_;
@@ -329,26 +185,14 @@ class KELO_EXPORT OrderFile
 {
 public:
     /// Name under which the file was announced.
-    QString const& getName() const
-    {
-        return name_;
-    }
+    QString const& getName() const { return name_; }
 
-    void setName(QString const& name)
-    {
-        name_ = name;
-    }
+    void setName(QString const& name) { name_ = name; }
 
     /// Where the file's bytes go: the argument of `uploadOrderFile`.
-    QString const& getReference() const
-    {
-        return reference_;
-    }
+    QString const& getReference() const { return reference_; }
 
-    void setReference(QString const& reference)
-    {
-        reference_ = reference;
-    }
+    void setReference(QString const& reference) { reference_ = reference; }
 
 private:
     QString name_;
@@ -359,25 +203,13 @@ private:
 class KELO_EXPORT CadItemInfo
 {
 public:
-    QString const& getArticleNumber() const
-    {
-        return articleNumber_;
-    }
+    QString const& getArticleNumber() const { return articleNumber_; }
 
-    void setArticleNumber(QString const& articleNumber)
-    {
-        articleNumber_ = articleNumber;
-    }
+    void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
-    QList<OrderFile> const& getFiles() const
-    {
-        return files_;
-    }
+    QList<OrderFile> const& getFiles() const { return files_; }
 
-    void setFiles(QList<OrderFile> const& files)
-    {
-        files_ = files;
-    }
+    void setFiles(QList<OrderFile> const& files) { files_ = files; }
 
 private:
     QString articleNumber_;
@@ -389,36 +221,18 @@ class KELO_EXPORT OrderRequestResponse
 {
 public:
     /// Names the order in later calls.
-    QString getOrderReference() const
-    {
-        return orderReference_;
-    }
+    QString getOrderReference() const { return orderReference_; }
 
-    void setOrderReference(QString const& orderReference)
-    {
-        orderReference_ = orderReference;
-    }
+    void setOrderReference(QString const& orderReference) { orderReference_ = orderReference; }
 
-    QString getProductionIdentifier() const
-    {
-        return productionIdentifier_;
-    }
+    QString getProductionIdentifier() const { return productionIdentifier_; }
 
-    void setProductionIdentifier(QString const& productionIdentifier)
-    {
-        productionIdentifier_ = productionIdentifier;
-    }
+    void setProductionIdentifier(QString const& productionIdentifier) { productionIdentifier_ = productionIdentifier; }
 
     /// The order's items with their upload slots.
-    QList<CadItemInfo> getFiles() const
-    {
-        return files_;
-    }
+    QList<CadItemInfo> getFiles() const { return files_; }
 
-    void setFiles(QList<CadItemInfo> const& files)
-    {
-        files_ = files;
-    }
+    void setFiles(QList<CadItemInfo> const& files) { files_ = files; }
 
 private:
     QString orderReference_;

@@ -12,90 +12,42 @@ class KELO_EXPORT TempShellFile
 {
 public:
     /// What the file is downloaded by: the argument of `getTempShellFile`.
-    QString getFileId() const
-    {
-        return fileId_;
-    }
+    QString getFileId() const { return fileId_; }
 
-    void setFileId(QString const& fileId)
-    {
-        fileId_ = fileId;
-    }
+    void setFileId(QString const& fileId) { fileId_ = fileId; }
 
-    QString getFileName() const
-    {
-        return fileName_;
-    }
+    QString getFileName() const { return fileName_; }
 
-    void setFileName(QString const& fileName)
-    {
-        fileName_ = fileName;
-    }
+    void setFileName(QString const& fileName) { fileName_ = fileName; }
 
     /// Pieces of the file.
-    int getNumberOfChuncks() const
-    {
-        return numberOfChuncks_;
-    }
+    int getNumberOfChuncks() const { return numberOfChuncks_; }
 
-    void setNumberOfChuncks(int const& numberOfChuncks)
-    {
-        numberOfChuncks_ = numberOfChuncks;
-    }
+    void setNumberOfChuncks(int const& numberOfChuncks) { numberOfChuncks_ = numberOfChuncks; }
 
     /// Bytes of the whole file.
-    int getFileSize() const
-    {
-        return fileSize_;
-    }
+    int getFileSize() const { return fileSize_; }
 
-    void setFileSize(int const& fileSize)
-    {
-        fileSize_ = fileSize;
-    }
+    void setFileSize(int const& fileSize) { fileSize_ = fileSize; }
 
     /// Bytes of one piece.
-    int getChunkSize() const
-    {
-        return chunkSize_;
-    }
+    int getChunkSize() const { return chunkSize_; }
 
-    void setChunkSize(int const& chunkSize)
-    {
-        chunkSize_ = chunkSize;
-    }
+    void setChunkSize(int const& chunkSize) { chunkSize_ = chunkSize; }
 
-    QString getArticleNumber() const
-    {
-        return articleNumber_;
-    }
+    QString getArticleNumber() const { return articleNumber_; }
 
-    void setArticleNumber(QString const& articleNumber)
-    {
-        articleNumber_ = articleNumber;
-    }
+    void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
     /// First tooth of the shell.
-    int getToothNumberStart() const
-    {
-        return toothNumberStart_;
-    }
+    int getToothNumberStart() const { return toothNumberStart_; }
 
-    void setToothNumberStart(int const& toothNumberStart)
-    {
-        toothNumberStart_ = toothNumberStart;
-    }
+    void setToothNumberStart(int const& toothNumberStart) { toothNumberStart_ = toothNumberStart; }
 
     /// Last tooth of the shell.
-    int getToothNumberEnd() const
-    {
-        return toothNumberEnd_;
-    }
+    int getToothNumberEnd() const { return toothNumberEnd_; }
 
-    void setToothNumberEnd(int const& toothNumberEnd)
-    {
-        toothNumberEnd_ = toothNumberEnd;
-    }
+    void setToothNumberEnd(int const& toothNumberEnd) { toothNumberEnd_ = toothNumberEnd; }
 
 private:
     QString fileId_;
@@ -113,15 +65,9 @@ class KELO_EXPORT TempShellDataResponse
 {
 public:
     /// All of them, in the service's order.
-    QList<TempShellFile> getTempShellFile() const
-    {
-        return tempShellFile_;
-    }
+    QList<TempShellFile> getTempShellFile() const { return tempShellFile_; }
 
-    void setTempShellFile(QList<TempShellFile> const& tempShellFile)
-    {
-        tempShellFile_ = tempShellFile;
-    }
+    void setTempShellFile(QList<TempShellFile> const& tempShellFile) { tempShellFile_ = tempShellFile; }
 
 private:
     QList<TempShellFile> tempShellFile_;

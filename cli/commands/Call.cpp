@@ -71,7 +71,14 @@ QJsonValue withoutSecrets(QJsonValue const& json)
     QJsonObject object = json.toObject();
     for (QString const& key : object.keys())
     {
-        isSecret(key) ? object.remove(key) : object.insert(key, withoutSecrets(object[key]));
+        if (isSecret(key))
+        {
+            object.remove(key);
+        }
+        else
+        {
+            object.insert(key, withoutSecrets(object[key]));
+        }
     }
     return object;
 }

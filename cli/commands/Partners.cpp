@@ -20,13 +20,13 @@ using namespace Qt::Literals::StringLiterals;
 /// A file name of letters, digits, "-" and "_" only, whatever the service calls the partner, and not one in `taken`.
 QString logoName(QString const& partnerId, QSet<QString>& taken)
 {
-    QString stem = partnerId.left(100);
+    QString stem = partnerId.isEmpty() ? u"partner"_s : partnerId.left(100);
     for (QChar& character : stem)
     {
         bool const isPlain = character.unicode() < 0x80 && character.isLetterOrNumber();
         character = isPlain || character == u'-' ? character : QChar(u'_');
     }
-    QString name = (stem.isEmpty() ? u"partner"_s : stem) + u".png";
+    QString name = stem + u".png"_s;
     for (int number = 2; taken.contains(name.toLower()); ++number)
     {
         name = u"%1-%2.png"_s.arg(stem).arg(number);

@@ -40,8 +40,8 @@ HostEnvironment fromProcessEnvironment()
     environment.password = qEnvironmentVariable("KELO_PASSWORD");
     environment.proxyAutoDiscovery = isTrue(qEnvironmentVariable("KELO_PROXY_AUTO_DISCOVERY"));
     environment.installationReference = [](QString const&) { return qEnvironmentVariable("KELO_INSTALLATION"); };
-    environment.collaborationRequestVersion
-        = QVersionNumber::fromString(qEnvironmentVariable("KELO_COLLABORATION_VERSION"));
+    environment.collaborationRequestVersion =
+        QVersionNumber::fromString(qEnvironmentVariable("KELO_COLLABORATION_VERSION"));
     return environment;
 }
 

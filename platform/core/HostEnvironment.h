@@ -27,8 +27,9 @@ struct HostEnvironment
 /// Replaces the process-wide environment; safe from any thread. Connections that exist keep what they were made with.
 PLATFORM_CORE_EXPORT void setHostEnvironment(HostEnvironment environment);
 
-/// A copy of the process-wide environment. Until it is set, it is read from `KELO_API_URL`, `KELO_STATS_URL`, `KELO_USERNAME`,
-/// `KELO_PASSWORD`, `KELO_INSTALLATION`, `KELO_PROXY_AUTO_DISCOVERY` (1, true, yes or on) and `KELO_COLLABORATION_VERSION`.
+/// A copy of the process-wide environment. Until it is set, it is read from `KELO_API_URL`, `KELO_STATS_URL`,
+/// `KELO_USERNAME`, `KELO_PASSWORD`, `KELO_INSTALLATION`, `KELO_PROXY_AUTO_DISCOVERY` (1, true, yes or on) and
+/// `KELO_COLLABORATION_VERSION`.
 PLATFORM_CORE_EXPORT HostEnvironment hostEnvironment();
 
 } // namespace core

@@ -8,7 +8,13 @@ namespace PatientGender
 {
 
 /// The gender of a patient; `NotSet` means that none is known.
-enum Gender : int { NotSet = 0, Male, Female, Other };
+enum Gender : int
+{
+    NotSet = 0,
+    Male,
+    Female,
+    Other
+};
 
 } // namespace PatientGender
 

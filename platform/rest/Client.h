@@ -17,8 +17,8 @@ class PLATFORM_REST_EXPORT Client
 public:
     explicit Client(std::shared_ptr<Session> session);
 
-    /// Sends the request and waits for its finished reply; never null. Works on any thread. When the connection is closed or destroyed
-    /// meanwhile, the reply is a network error.
+    /// Sends the request and waits for its finished reply; never null. Works on any thread. When the connection is
+    /// closed or destroyed meanwhile, the reply is a network error.
     JsonReply send(HttpRequestData data) const;
 
 private:

@@ -21,9 +21,10 @@ namespace rest
 
 using TraceCallback = std::function<void(TraceData const&)>;
 
-/// One authenticated HTTP session with one service. Requests may be sent from any thread, need no event loop, and run on a process-wide I/O
-/// thread. A POST or PUT is put on the wire at most once. Destroying the connection ends its pending calls as cancelled before the destructor
-/// returns and waits for continuations of its calls that are running on another thread.
+/// One authenticated HTTP session with one service. Requests may be sent from any thread, need no event loop, and run
+/// on a process-wide I/O thread. A POST or PUT is put on the wire at most once. Destroying the connection ends its
+/// pending calls as cancelled before the destructor returns and waits for continuations of its calls that are running
+/// on another thread.
 class PLATFORM_REST_EXPORT Connection : public QObject
 {
     Q_OBJECT
@@ -31,21 +32,23 @@ class PLATFORM_REST_EXPORT Connection : public QObject
 public:
     /// `defaultTimeout` applies to requests whose own time-out is 0.
     Connection(
-        std::unique_ptr<NetReplyErrorParser> parser, std::chrono::milliseconds defaultTimeout, QObject* parent = nullptr);
+        std::unique_ptr<NetReplyErrorParser> parser, std::chrono::milliseconds defaultTimeout,
+        QObject* parent = nullptr);
     ~Connection() override;
 
     /// True from `initialize` with an http or https base URL until `closeConnection`.
     virtual bool isConnected() const;
     /// Ends the pending calls as cancelled. Later requests end as network errors until `initialize` is called again.
     virtual void closeConnection();
-    /// Sets the base URL and the credentials, sent as pre-emptive Basic authentication to the base URL's origin only; no user name, no
-    /// authentication. `extra` is not used by this implementation. Nothing is sent yet; an unusable base URL makes every request end as a
-    /// network error.
+    /// Sets the base URL and the credentials, sent as pre-emptive Basic authentication to the base URL's origin only;
+    /// no user name, no authentication. `extra` is not used by this implementation. Nothing is sent yet; an unusable
+    /// base URL makes every request end as a network error.
     virtual void initialize(QUrl baseUrl, QString const& username, QString const& password, QString const& extra);
     /// Accepts any server certificate from now on. For hosts with a test service; nothing in this library calls it.
     virtual void disableCertificateChecking();
 
-    /// Called once for each finished exchange, on the thread that finishes it, before its future. An empty function ends tracing.
+    /// Called once for each finished exchange, on the thread that finishes it, before its future. An empty function
+    /// ends tracing.
     void setTraceCallback(TraceCallback callback);
     /// Whether the system's proxies are used (loopback is always reached directly). Off, no proxy is.
     void setUseProxyAutoDiscovery(bool use);
@@ -54,8 +57,9 @@ public:
 
     /// Sends a request. The reply's body is the JSON document, empty when the answer was not JSON.
     FutureJsonReply request(HttpRequestData data) const;
-    /// Fetches a URL's body as bytes and hands the reply to `callback` on the finishing thread. The returned future finishes after that;
-    /// cancelled, it aborts the transfer and `callback` is not called. `timeout` bounds the time without progress; 0 means the connection's own.
+    /// Fetches a URL's body as bytes and hands the reply to `callback` on the finishing thread. The returned future
+    /// finishes after that; cancelled, it aborts the transfer and `callback` is not called. `timeout` bounds the time
+    /// without progress; 0 means the connection's own.
     threading::Future<void> downloadBinary(
         QUrl const& url, std::function<void(BinaryReply const&)> callback, std::chrono::milliseconds timeout) const;
 

@@ -23,8 +23,8 @@ HttpRequestData RequestDataCreator::makeRequest(
     return data;
 }
 
-HttpRequestData RequestDataCreator::makeRequestData(HttpMethod method, QUrl const& url, QJsonValue const& body,
-    std::chrono::milliseconds timeout, bool authenticated)
+HttpRequestData RequestDataCreator::makeRequestData(
+    HttpMethod method, QUrl const& url, QJsonValue const& body, std::chrono::milliseconds timeout, bool authenticated)
 {
     HttpRequestData data = makeRequest(method, url);
     if (body.isObject())

@@ -34,8 +34,9 @@ public:
     static HttpRequestData makeRequest(
         HttpMethod method, QUrl const& url, QByteArray const& body, std::chrono::milliseconds timeout);
     /// A request with a JSON body: an object or an array; any other value means no body.
-    static HttpRequestData makeRequestData(HttpMethod method, QUrl const& url, QJsonValue const& body,
-        std::chrono::milliseconds timeout, bool authenticated);
+    static HttpRequestData makeRequestData(
+        HttpMethod method, QUrl const& url, QJsonValue const& body, std::chrono::milliseconds timeout,
+        bool authenticated);
 };
 
 } // namespace rest

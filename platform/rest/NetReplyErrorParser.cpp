@@ -15,8 +15,8 @@ NetReplyError NetReplyErrorParser::parse(JsonReply const& reply) const
     {
         return {0, 0, reply->httpStatusCode(), QString(), QString()};
     }
-    return {2, parseErrorCode(reply), reply->httpStatusCode(), parseErrorMessage(reply),
-        parseServerResponseStatus(reply)};
+    return {
+        2, parseErrorCode(reply), reply->httpStatusCode(), parseErrorMessage(reply), parseServerResponseStatus(reply)};
 }
 
 } // namespace rest

@@ -14,7 +14,8 @@ namespace rest
 /// The classified outcome of a reply.
 using NetReplyError = RestReplyStatus;
 
-/// Classifies replies; a service derives from it to read its own error bodies. The hooks are asked only for answers with an error status.
+/// Classifies replies; a service derives from it to read its own error bodies. The hooks are asked only for answers
+/// with an error status.
 class PLATFORM_REST_EXPORT NetReplyErrorParser
 {
 public:

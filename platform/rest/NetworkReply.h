@@ -19,40 +19,28 @@ class NetworkReply
 public:
     NetworkReply() = default;
 
-    NetworkReply(int httpStatusCode, int classification, int errorCode, QString errorText, Body body) :
-        httpStatusCode_(httpStatusCode), classification_(classification), errorCode_(errorCode),
-        errorText_(std::move(errorText)), body_(std::move(body))
+    NetworkReply(int httpStatusCode, int classification, int errorCode, QString errorText, Body body)
+        : httpStatusCode_(httpStatusCode),
+          classification_(classification),
+          errorCode_(errorCode),
+          errorText_(std::move(errorText)),
+          body_(std::move(body))
     {
     }
 
     /// HTTP status of the answer; 0 when there was none.
-    int httpStatusCode() const
-    {
-        return httpStatusCode_;
-    }
+    int httpStatusCode() const { return httpStatusCode_; }
 
     /// 0 answered with success (HTTP 2xx), 1 answered with an error (any other HTTP status), 2 no usable HTTP answer.
-    int classification() const
-    {
-        return classification_;
-    }
+    int classification() const { return classification_; }
 
     /// 0 on success, the HTTP status when the server answered with an error, else the transport's error number.
-    int errorCode() const
-    {
-        return errorCode_;
-    }
+    int errorCode() const { return errorCode_; }
 
     /// What went wrong, in a sentence without secrets; empty on success.
-    QString const& errorText() const
-    {
-        return errorText_;
-    }
+    QString const& errorText() const { return errorText_; }
 
-    Body const& body() const
-    {
-        return body_;
-    }
+    Body const& body() const { return body_; }
 
 private:
     int httpStatusCode_ = 0;

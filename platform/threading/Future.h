@@ -59,39 +59,24 @@ using ContinuationResult =
 
 } // namespace impl
 
-/// A copyable handle on a value that is there, or will be. Every future finishes exactly once: with its value, or cancelled.
-/// All members may be called from any thread. A default-constructed future counts as cancelled.
+/// A copyable handle on a value that is there, or will be. Every future finishes exactly once: with its value, or
+/// cancelled. All members may be called from any thread. A default-constructed future counts as cancelled.
 template <class T>
 class Future
 {
 public:
-    Future() : state_(std::make_shared<impl::SharedState<T>>())
-    {
-        state_->abandon();
-    }
+    Future() : state_(std::make_shared<impl::SharedState<T>>()) { state_->abandon(); }
 
     /// True once there is a value or the future was cancelled.
-    bool isFinished() const
-    {
-        return state_->isFinished();
-    }
+    bool isFinished() const { return state_->isFinished(); }
 
-    bool isCanceled() const
-    {
-        return state_->isCanceled();
-    }
+    bool isCanceled() const { return state_->isCanceled(); }
 
     /// Blocks until finished. On a thread that drives other futures (the I/O thread) its work goes on meanwhile.
-    void wait() const
-    {
-        state_->wait();
-    }
+    void wait() const { state_->wait(); }
 
     /// Blocks until finished, for at most `duration`; returns `isFinished()`.
-    bool waitFor(std::chrono::milliseconds duration) const
-    {
-        return state_->waitFor(duration);
-    }
+    bool waitFor(std::chrono::milliseconds duration) const { return state_->waitFor(duration); }
 
     /// Waits and returns a copy of the value; a default-constructed `T` when cancelled.
     T get() const
@@ -106,14 +91,12 @@ public:
 
     /// Finishes the future as cancelled, unless it is finished, and tells whoever works on it to stop.
     /// Futures made from this one with `then` end as cancelled, too; those this one was made from go on.
-    void cancel() const
-    {
-        state_->cancel();
-    }
+    void cancel() const { state_->cancel(); }
 
-    /// Has `continuation` called with the value (`T const&`; not called when cancelled, and the returned future is then cancelled, too) or
-    /// with the finished future (`Future<T> const&`; always called). It runs on the thread that finishes this future, or at once, in this
-    /// call, if that has happened. Any number may be attached; each runs once.
+    /// Has `continuation` called with the value (`T const&`; not called when cancelled, and the returned future is then
+    /// cancelled, too) or with the finished future (`Future<T> const&`; always called). It runs on the thread that
+    /// finishes this future, or at once, in this call, if that has happened. Any number may be attached; each runs
+    /// once.
     template <class F>
     auto then(F continuation) const
     {
@@ -124,8 +107,8 @@ public:
         return result;
     }
 
-    /// As above, but `continuation` runs in the thread of `context`, always through its event loop. Once `context` is gone it does not run
-    /// at all and the returned future is cancelled.
+    /// As above, but `continuation` runs in the thread of `context`, always through its event loop. Once `context` is
+    /// gone it does not run at all and the returned future is cancelled.
     template <class F>
     auto then(QObject* context, F continuation) const
     {
@@ -136,34 +119,24 @@ public:
         return result;
     }
 
-    /// The signals `finished()`, `canceled()` and `aboutToStartWaiting()`. They are not repeated for late receivers: connect first, then look
-    /// at `isFinished()`. Lives as long as any handle on this future.
-    impl::SharedStateSignals* sharedStateSignals() const
-    {
-        return state_->signalObject();
-    }
+    /// The signals `finished()`, `canceled()` and `aboutToStartWaiting()`. They are not repeated for late receivers:
+    /// connect first, then look at `isFinished()`. Lives as long as any handle on this future.
+    impl::SharedStateSignals* sharedStateSignals() const { return state_->signalObject(); }
 
 private:
     friend class Promise<T>;
     template <class F, class U>
     friend decltype(auto) impl::invokeContinuation(F& continuation, Future<U> const& source);
 
-    explicit Future(std::shared_ptr<impl::SharedState<T>> state) : state_(std::move(state))
-    {
-    }
+    explicit Future(std::shared_ptr<impl::SharedState<T>> state) : state_(std::move(state)) {}
 
-    impl::Stored<T> const& result() const
-    {
-        return *state_->value();
-    }
+    impl::Stored<T> const& result() const { return *state_->value(); }
 
     template <class R, class F>
     impl::Task continuationTask(F continuation, Promise<R> promise) const
     {
-        return impl::Task(
-            [source = *this, continuation = std::move(continuation), promise = std::move(promise)]() mutable {
-                run(source, continuation, promise);
-            });
+        return impl::Task([source = *this, continuation = std::move(continuation),
+                           promise = std::move(promise)]() mutable { run(source, continuation, promise); });
     }
 
     template <class R, class F>
@@ -201,9 +174,7 @@ template <class T>
 class Promise
 {
 public:
-    Promise() : state_(std::make_shared<impl::SharedState<T>>())
-    {
-    }
+    Promise() : state_(std::make_shared<impl::SharedState<T>>()) {}
 
     Promise(Promise&& other) noexcept = default;
 
@@ -216,27 +187,19 @@ public:
     Promise(Promise const&) = delete;
     Promise& operator=(Promise const&) = delete;
 
-    ~Promise()
-    {
-        cancel();
-    }
+    ~Promise() { cancel(); }
 
     /// The future of this promise; may be asked for at any time and any number of times.
-    Future<T> future() const
-    {
-        return state_ ? Future<T>(state_) : Future<T>();
-    }
+    Future<T> future() const { return state_ ? Future<T>(state_) : Future<T>(); }
 
     /// Finishes the future with `value`; false if it was finished already. May be called from any thread.
-    bool setValue(impl::Stored<T> value)
-        requires(!std::is_void_v<T>)
+    bool setValue(impl::Stored<T> value) requires(!std::is_void_v<T>)
     {
         auto const state = state_;
         return state && state->setValue(std::move(value));
     }
 
-    bool setValue()
-        requires(std::is_void_v<T>)
+    bool setValue() requires(std::is_void_v<T>)
     {
         auto const state = state_;
         return state && state->setValue({});
@@ -273,8 +236,8 @@ Future<T> makeReadyFuture(T value)
     return promise.future();
 }
 
-/// A future that finishes when all of `futures` are finished, cancelled ones included, and holds them in their order. Cancelling it leaves
-/// them alone.
+/// A future that finishes when all of `futures` are finished, cancelled ones included, and holds them in their order.
+/// Cancelling it leaves them alone.
 template <class T>
 Future<std::vector<Future<T>>> whenAll(std::vector<Future<T>> futures)
 {

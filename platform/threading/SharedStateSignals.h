@@ -7,8 +7,8 @@
 namespace threading::impl
 {
 
-/// The Qt face of a future. It belongs to no thread: its signals are emitted on whichever thread finishes, cancels or waits,
-/// so receivers that live in an event loop connect with a queued connection.
+/// The Qt face of a future. It belongs to no thread: its signals are emitted on whichever thread finishes, cancels or
+/// waits, so receivers that live in an event loop connect with a queued connection.
 class PLATFORM_THREADING_EXPORT SharedStateSignals : public QObject
 {
     Q_OBJECT

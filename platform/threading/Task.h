@@ -15,19 +15,11 @@ public:
 
     template <class F>
         requires(!std::is_same_v<std::decay_t<F>, Task>)
-    explicit Task(F&& callable) : callable_(std::make_unique<Holder<std::decay_t<F>>>(std::forward<F>(callable)))
-    {
-    }
+    explicit Task(F&& callable) : callable_(std::make_unique<Holder<std::decay_t<F>>>(std::forward<F>(callable))) {}
 
-    void operator()()
-    {
-        callable_->call();
-    }
+    void operator()() { callable_->call(); }
 
-    explicit operator bool() const
-    {
-        return callable_ != nullptr;
-    }
+    explicit operator bool() const { return callable_ != nullptr; }
 
 private:
     struct Callable
@@ -47,10 +39,7 @@ private:
         {
         }
 
-        void call() override
-        {
-            callable();
-        }
+        void call() override { callable(); }
 
         F callable;
     };

@@ -10,8 +10,8 @@
 namespace threading
 {
 
-/// A thread on whose work other futures depend (an I/O thread) installs one for itself. A wait on such a thread then keeps its work
-/// going instead of blocking it, so that waiting from a continuation cannot deadlock.
+/// A thread on whose work other futures depend (an I/O thread) installs one for itself. A wait on such a thread then
+/// keeps its work going instead of blocking it, so that waiting from a continuation cannot deadlock.
 class PLATFORM_THREADING_EXPORT WaitDriver
 {
 public:
@@ -27,8 +27,9 @@ public:
     /// Makes a running `driveUntil` look at its condition again; called from any thread.
     virtual void wake() = 0;
 
-    /// A thread without a driver that is about to wait asks for the work, to do it itself instead of waiting for another thread to be woken.
-    /// True only while nobody does the work and one call of this thread is all there is; `lendUntil` must follow.
+    /// A thread without a driver that is about to wait asks for the work, to do it itself instead of waiting for
+    /// another thread to be woken. True only while nobody does the work and one call of this thread is all there is;
+    /// `lendUntil` must follow.
     virtual bool takeOver();
     /// Works on the calling thread until `done()` or the deadline, or until others have work, too. Gives the work back.
     virtual void lendUntil(std::function<bool()> const& done, Deadline deadline);

@@ -12,33 +12,18 @@ class Result
 {
 public:
     /// A success that holds `value`.
-    static Result success(T value)
-    {
-        return Result(std::in_place_index<0>, std::move(value));
-    }
+    static Result success(T value) { return Result(std::in_place_index<0>, std::move(value)); }
 
     /// A failure that holds `error`.
-    static Result failure(E error)
-    {
-        return Result(std::in_place_index<1>, std::move(error));
-    }
+    static Result failure(E error) { return Result(std::in_place_index<1>, std::move(error)); }
 
-    bool hasValue() const
-    {
-        return content_.index() == 0;
-    }
+    bool hasValue() const { return content_.index() == 0; }
 
     /// The value; only to be asked for when `hasValue()`.
-    T const& value() const
-    {
-        return *std::get_if<0>(&content_);
-    }
+    T const& value() const { return *std::get_if<0>(&content_); }
 
     /// The error; only to be asked for when not `hasValue()`.
-    E const& error() const
-    {
-        return *std::get_if<1>(&content_);
-    }
+    E const& error() const { return *std::get_if<1>(&content_); }
 
 private:
     template <std::size_t Index, class Content>

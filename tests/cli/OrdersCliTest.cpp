@@ -87,7 +87,7 @@ TEST_F(OrdersCli, ABrokenUploadGoesOnWithoutASecondOrder)
     auto const broken = kelo(create);
     EXPECT_EQ(broken.exitCode, 3) << broken;
     ASSERT_EQ(placedOrders().size(), 1);
-    auto const reference = placedOrders()[0]["Reference"].toString();
+    auto const reference = placedOrders().at(0)["Reference"].toString();
     EXPECT_TRUE(broken.errors.contains("up: crown.stl; that are not: margin.stl, empty.stl, crown.stl")) << broken;
     EXPECT_TRUE(broken.errors.contains(("--resume " + reference).toUtf8())) << broken;
     EXPECT_EQ(broken.errors.count('\n'), 1);

@@ -33,5 +33,6 @@ QJsonValue toJson(T const& record)
 } // namespace jsonSerializer
 
 /// Gives a record its reader, or its writer.
-#define KELO_READABLE(...) template KELO_EXPORT __VA_ARGS__ jsonSerializer::fromJson<__VA_ARGS__, QJsonObject>(QJsonObject const&)
+#define KELO_READABLE(...)                                                                                             \
+    template KELO_EXPORT __VA_ARGS__ jsonSerializer::fromJson<__VA_ARGS__, QJsonObject>(QJsonObject const&)
 #define KELO_WRITABLE(...) template KELO_EXPORT QJsonValue jsonSerializer::toJson<__VA_ARGS__>(__VA_ARGS__ const&)

@@ -28,7 +28,8 @@ struct Field
     Placement placement = Placement::Member;
     /// Member: takes the value, which is there and not null. Null for a row that is only written.
     void (*read)(void* record, QJsonValueConstRef json) = nullptr;
-    /// Member: undefined leaves the key out. Flat: an object whose members are spread. Null for a row that is only read.
+    /// Member: undefined leaves the key out. Flat: an object whose members are spread. Null for a row that is only
+    /// read.
     QJsonValue (*write)(void const* record) = nullptr;
     void* (*part)(void* record) = nullptr; ///< Flat: the embedded record
     std::span<Field const> rows{};         ///< Flat: the embedded record's; Within: those in the object

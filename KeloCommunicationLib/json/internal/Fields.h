@@ -42,9 +42,15 @@ template <auto Member>
 using TypeOf = typename MemberTraits<decltype(Member)>::Type;
 
 template <class Conversion, class T>
-concept Reads = requires(T& value, QJsonValueConstRef json) { Conversion::read(value, json); };
+concept Reads = requires(T& value, QJsonValueConstRef json)
+{
+    Conversion::read(value, json);
+};
 template <class Conversion, class T>
-concept Writes = requires(T const& value) { Conversion::write(value); };
+concept Writes = requires(T const& value)
+{
+    Conversion::write(value);
+};
 
 // Keys are UTF-16 literals: Qt finds those fastest.
 template <std::size_t Size>
@@ -60,38 +66,36 @@ constexpr void addDataMember(Field& row)
     using Conversion = typename Style::template On<T>;
     if constexpr (Reads<Conversion, T>)
     {
-        row.read = [](void* record, QJsonValueConstRef json) {
-            Conversion::read(static_cast<RecordOf<Member>*>(record)->*Member, json);
-        };
+        row.read = [](void* record, QJsonValueConstRef json)
+        { Conversion::read(static_cast<RecordOf<Member>*>(record)->*Member, json); };
     }
     if constexpr (Writes<Conversion, T>)
     {
-        row.write = [](void const* record) -> QJsonValue {
-            return Conversion::write(static_cast<RecordOf<Member> const*>(record)->*Member);
-        };
+        row.write = [](void const* record) -> QJsonValue
+        { return Conversion::write(static_cast<RecordOf<Member> const*>(record)->*Member); };
     }
 }
 
 template <auto Get, class Style>
 constexpr void addGetter(Field& row)
 {
-    row.write = [](void const* record) -> QJsonValue {
-        return Style::template On<TypeOf<Get>>::write((static_cast<RecordOf<Get> const*>(record)->*Get)());
-    };
+    row.write = [](void const* record) -> QJsonValue
+    { return Style::template On<TypeOf<Get>>::write((static_cast<RecordOf<Get> const*>(record)->*Get)()); };
 }
 
 template <auto Set, class Style>
 constexpr void addSetter(Field& row)
 {
-    row.read = [](void* record, QJsonValueConstRef json) {
+    row.read = [](void* record, QJsonValueConstRef json)
+    {
         TypeOf<Set> value{};
         Style::template On<TypeOf<Set>>::read(value, json);
         (static_cast<RecordOf<Set>*>(record)->*Set)(std::move(value));
     };
 }
 
-/// A member under its key: `field<&R::member>(u"Key")` for a public one, `field<&R::getX>(u"Key")` for one that is only written.
-/// A style may follow the key.
+/// A member under its key: `field<&R::member>(u"Key")` for a public one, `field<&R::getX>(u"Key")` for one that is only
+/// written. A style may follow the key.
 template <auto Member, std::size_t Size, class Style = Plain>
 constexpr FieldOf<RecordOf<Member>> field(char16_t const (&key)[Size], Style = {})
 {
@@ -136,9 +140,8 @@ constexpr FieldOf<RecordOf<Member>> flat()
 {
     FieldOf<RecordOf<Member>> row;
     row.placement = Field::Placement::Flat;
-    row.write = [](void const* record) -> QJsonValue {
-        return Value<TypeOf<Member>>::write(static_cast<RecordOf<Member> const*>(record)->*Member);
-    };
+    row.write = [](void const* record) -> QJsonValue
+    { return Value<TypeOf<Member>>::write(static_cast<RecordOf<Member> const*>(record)->*Member); };
     row.part = [](void* record) -> void* { return &(static_cast<RecordOf<Member>*>(record)->*Member); };
     row.rows = fieldsOf<TypeOf<Member>>;
     return row;

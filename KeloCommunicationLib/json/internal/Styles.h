@@ -29,15 +29,9 @@ struct DecimalText
     template <class T>
     struct On
     {
-        static void read(T& value, QJsonValueConstRef json)
-        {
-            value = static_cast<T>(json.toString().toInt());
-        }
+        static void read(T& value, QJsonValueConstRef json) { value = static_cast<T>(json.toString().toInt()); }
 
-        static QJsonValue write(T const& value)
-        {
-            return QString::number(static_cast<int>(value));
-        }
+        static QJsonValue write(T const& value) { return QString::number(static_cast<int>(value)); }
     };
 };
 inline constexpr DecimalText decimalText{};
@@ -59,16 +53,14 @@ inline constexpr LeftOutWhenUnset leftOutWhenUnset{};
 /// The nearest 32-bit integer towards zero of any number.
 KELO_EXPORT int nearestInt(double number);
 
-/// A 32-bit integer that the service sends as any number: fractions are cut off, numbers out of range read as the nearest.
+/// A 32-bit integer that the service sends as any number: fractions are cut off, numbers out of range read as the
+/// nearest.
 struct TruncatedNumber
 {
     template <class T>
     struct On : Value<T>
     {
-        static void read(T& value, QJsonValueConstRef json)
-        {
-            value = nearestInt(json.toDouble());
-        }
+        static void read(T& value, QJsonValueConstRef json) { value = nearestInt(json.toDouble()); }
     };
 };
 inline constexpr TruncatedNumber truncatedNumber{};
@@ -79,10 +71,7 @@ struct AlwaysZero
     template <class T>
     struct On : Value<T>
     {
-        static void read(T& value, QJsonValueConstRef)
-        {
-            value = T{};
-        }
+        static void read(T& value, QJsonValueConstRef) { value = T{}; }
     };
 };
 inline constexpr AlwaysZero alwaysZero{};
@@ -148,15 +137,9 @@ struct Texts
     template <class T>
     struct On
     {
-        static void read(T& value, QJsonValueConstRef json)
-        {
-            value = Table.valueOf(json.toString());
-        }
+        static void read(T& value, QJsonValueConstRef json) { value = Table.valueOf(json.toString()); }
 
-        static QJsonValue write(T const& value)
-        {
-            return Table.textOf(value);
-        }
+        static QJsonValue write(T const& value) { return Table.textOf(value); }
     };
 };
 template <auto const& Table>
@@ -169,10 +152,7 @@ struct WrittenBy
     template <class T>
     struct On
     {
-        static QJsonValue write(T const& value)
-        {
-            return Convert(value);
-        }
+        static QJsonValue write(T const& value) { return Convert(value); }
     };
 };
 template <auto Convert>
@@ -185,10 +165,7 @@ struct ReadBy
     template <class T>
     struct On
     {
-        static void read(T& value, QJsonValueConstRef json)
-        {
-            value = Convert(json);
-        }
+        static void read(T& value, QJsonValueConstRef json) { value = Convert(json); }
     };
 };
 template <auto Convert>

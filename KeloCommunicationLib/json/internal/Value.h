@@ -29,7 +29,7 @@ struct Value;
     template <>                                                                                                        \
     struct KELO_EXPORT Value<Type>                                                                                     \
     {                                                                                                                  \
-        static void read(Type& value, QJsonValueConstRef json);                                                         \
+        static void read(Type& value, QJsonValueConstRef json);                                                        \
         static QJsonValue write(Type const& value);                                                                    \
     }
 
@@ -50,40 +50,25 @@ template <class T>
     requires std::is_enum_v<T>
 struct Value<T>
 {
-    static void read(T& value, QJsonValueConstRef json)
-    {
-        value = static_cast<T>(json.toInt(0));
-    }
+    static void read(T& value, QJsonValueConstRef json) { value = static_cast<T>(json.toInt(0)); }
 
-    static QJsonValue write(T const& value)
-    {
-        return QJsonValue(static_cast<int>(value));
-    }
+    static QJsonValue write(T const& value) { return QJsonValue(static_cast<int>(value)); }
 };
 
 /// Records are objects; anything else reads as an empty one.
 template <HasFields T>
 struct Value<T>
 {
-    static void read(T& value, QJsonValueConstRef json)
-    {
-        readRecord(&value, fieldsOf<T>, json.toObject());
-    }
+    static void read(T& value, QJsonValueConstRef json) { readRecord(&value, fieldsOf<T>, json.toObject()); }
 
-    static QJsonValue write(T const& value)
-    {
-        return writeRecord(&value, fieldsOf<T>);
-    }
+    static QJsonValue write(T const& value) { return writeRecord(&value, fieldsOf<T>); }
 };
 
 /// Lists are arrays; anything else reads as an empty one. Every element gives an entry, whatever its type.
 template <class List>
 struct ListValue
 {
-    static void read(List& list, QJsonValueConstRef json)
-    {
-        readArray(list, json.toArray());
-    }
+    static void read(List& list, QJsonValueConstRef json) { readArray(list, json.toArray()); }
 
     static void readArray(List& list, QJsonArray const& array)
     {
@@ -122,10 +107,7 @@ struct Value<QList<T>> : ListValue<QList<T>>
 template <class T>
 struct Value<std::optional<T>>
 {
-    static void read(std::optional<T>& value, QJsonValueConstRef json)
-    {
-        Value<T>::read(value.emplace(), json);
-    }
+    static void read(std::optional<T>& value, QJsonValueConstRef json) { Value<T>::read(value.emplace(), json); }
 
     static QJsonValue write(std::optional<T> const& value)
     {

@@ -17,8 +17,9 @@ namespace rest
 {
 
 /// The one thread on which all exchanges of the process run. Made with the first request; at the end of the process it
-/// cancels what is pending and stops. While it has nothing to do it is parked, and a thread that waits for a call of its
-/// own may do the work itself: waking one thread to be woken by it costs more than a whole exchange on a fast network.
+/// cancels what is pending and stops. While it has nothing to do it is parked, and a thread that waits for a call of
+/// its own may do the work itself: waking one thread to be woken by it costs more than a whole exchange on a fast
+/// network.
 class IoThread
 {
 public:
