@@ -1,7 +1,6 @@
 #include "CliFixture.h"
 
 #include <QDir>
-#include <QImage>
 
 class AccountsCli : public CliFixture
 {
@@ -16,7 +15,7 @@ TEST_F(AccountsCli, PartnersAndTheirLogos)
     auto const logos = folder.filePath("new/logos");
     EXPECT_EQ(keloJson({"partners", "--logos", logos}).array().size(), 4);
     EXPECT_EQ(QDir(logos).entryList(QDir::Files), QStringList({"PLT-11.png", "PLT-12.png"}));
-    EXPECT_FALSE(QImage(logos + "/PLT-11.png", "PNG").isNull());
+    EXPECT_TRUE(contentOf(logos + "/PLT-11.png").startsWith("\x89PNG"));
     EXPECT_EQ(keloJson({"partners", "accounts"}).array().size(), 3);
     EXPECT_TRUE(keloJson({"partners", "test", "PAC-301"})["IsConnected"].toBool());
     EXPECT_FALSE(keloJson({"partners", "test", "PAC-303"})["IsConnected"].toBool(true));

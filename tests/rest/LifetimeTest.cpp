@@ -32,6 +32,7 @@ TEST(Cancel, freesThePlaceInTheQueue)
     RawServer server([](RawRequest const& request) { return request.target == "/stall" ? stall() : reply(200); });
     auto const connection = connectTo(server.url());
     std::vector<rest::FutureJsonReply> stalled;
+    stalled.reserve(6);
     for (int i = 0; i < 6; ++i)
     {
         stalled.push_back(connection->request(get("/stall")));
@@ -50,6 +51,7 @@ TEST(Lifetime, destructionAndClosingCancelWhatIsPending)
         auto connection = connectTo(server.url());
         auto const client = connection->httpConnection();
         std::vector<rest::FutureJsonReply> futures;
+        futures.reserve(20);
         std::atomic<int> continued = 0;
         for (int i = 0; i < 20; ++i)
         {
@@ -164,6 +166,7 @@ TEST(Lifetime, blockingCallsOfManyThreadsShareOneConnection)
     auto const connection = connectTo(server.url());
     std::atomic<int> successes = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i)
     {
         threads.emplace_back(

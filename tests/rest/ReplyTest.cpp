@@ -19,9 +19,9 @@ TEST(Reply, answersKeepStatusAndDocument)
     struct Case
     {
         Action action;
-        int status;
-        int classification;
-        bool hasDocument;
+        int status = 0;
+        int classification = 0;
+        bool hasDocument = false;
     };
     QByteArray const html = "<html>gone</html>";
     Case const cases[] = {

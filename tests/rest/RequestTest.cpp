@@ -212,6 +212,7 @@ TEST(Request, sixAtATimeTheRestWaitsInOrderWithItsClockStopped)
                      { return request.target == "/stall" ? stall() : reply(200).afterRelease(); });
     auto const connection = connectTo(server.url());
     std::vector<rest::FutureJsonReply> futures;
+    futures.reserve(40);
     for (int i = 0; i < 6; ++i)
     {
         futures.push_back(connection->request(get(QByteArray("/" + QByteArray::number(i)).constData())));

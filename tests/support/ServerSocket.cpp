@@ -92,7 +92,7 @@ bool ServerSocket::startTls(ServerTls const& tls)
 
 bool ServerSocket::readSome(QByteArray& buffer)
 {
-    std::array<char, 65536> chunk;
+    std::array<char, 65536> chunk{};
     auto const count = ssl_ != nullptr ? SSL_read(ssl_, chunk.data(), static_cast<int>(chunk.size()))
                                        : static_cast<int>(::recv(socket_, chunk.data(), chunk.size(), 0));
     if (count <= 0)

@@ -72,7 +72,7 @@ ContentDecoder::Result ContentDecoder::inflateInput(QByteArray& output, qint64 l
     {
         return Result::Corrupt;
     }
-    std::array<unsigned char, 32768> piece;
+    std::array<unsigned char, 32768> piece{};
     int outcome = Z_OK;
     do
     {

@@ -10,7 +10,7 @@ namespace rest
 namespace
 {
 
-constexpr qsizetype headerLimit = 256 * 1024;
+constexpr qsizetype headerLimit = qsizetype(256) * 1024;
 constexpr int redirectLimit = 5;
 constexpr qint64 largestReservation = qint64(16) * 1024 * 1024;
 constexpr std::chrono::hours longestTimeout{24 * 365};
