@@ -17,16 +17,25 @@ class Collector : public benchmark::ConsoleReporter
 public:
     Collector() : ConsoleReporter(OO_Tabular) {}
 
+    /// Takes the single runs and shows only what sums them up.
     void ReportRuns(std::vector<Run> const& runs) override
     {
+        std::vector<Run> shown;
         for (Run const& run : runs)
         {
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
+            if (run.run_type == Run::RT_Aggregate || run.error_occurred)
+            {
+                shown.push_back(run);
+            }
+            else
             {
                 times[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
             }
         }
-        ConsoleReporter::ReportRuns(runs);
+        if (!shown.empty())
+        {
+            ConsoleReporter::ReportRuns(shown);
+        }
     }
 
     std::map<std::string, std::vector<double>> times;
@@ -45,8 +54,7 @@ int runWithRatios(int argc, char** argv, std::vector<Ratio> const& ratios)
 {
     std::string repetitions = "--benchmark_repetitions=9";
     std::string interleaving = "--benchmark_enable_random_interleaving=true";
-    std::string aggregates = "--benchmark_display_aggregates_only=true";
-    std::vector<char*> arguments{argv[0], repetitions.data(), interleaving.data(), aggregates.data()};
+    std::vector<char*> arguments{argv[0], repetitions.data(), interleaving.data()};
     // The user's own options come last and win.
     arguments.insert(arguments.end(), argv + 1, argv + argc);
     int count = static_cast<int>(arguments.size());

@@ -29,23 +29,28 @@ constexpr long connectionCap = 6;
 
 QUrl serverUrl;
 
-std::string const& articles()
+/// The addresses that the service hands out to an installation.
+std::string const& settingsReply()
 {
     static std::string const body = []
     {
-        std::string text = R"({"ArticleNumbers":[)";
-        for (int index = 0; index < 80; ++index)
+        std::string text = "{";
+        for (char const* const key :
+             {"StatsUploadUrl", "ContactUrl", "HelpUrl", "IFUUrl", "ZelkoMiraUrl", "SharedCasesUrl", "SoftwarePageUrl",
+              "ForgotPasswordPageUrl", "FindAccountPageUrl", "AdditionalResourcesUrl", "DownloadImplantFilesUrl",
+              "TrainingVideosUrl", "SubscriptionsUrl", "RedirectToPartnerUrl"})
         {
-            text += (index == 0 ? "\"A-" : ",\"A-") + std::to_string(1000000 + index) + "\"";
+            text += (text.size() == 1 ? "\"" : ",\"") + std::string(key) + "\":\"https://portal.kelo.example/en/pages/"
+                    + key + "\"";
         }
-        return text + "]}";
+        return text + "}";
     }();
     return body;
 }
 
-std::string articlesUrl()
+std::string settingsUrl()
 {
-    return (serverUrl.toString() + QStringLiteral("/Installations/INST-1001/articles")).toStdString();
+    return (serverUrl.toString() + QStringLiteral("/Installations/INST-1001/settings?api-version=1.0")).toStdString();
 }
 
 /// One libcurl handle that collects its body.
@@ -54,7 +59,7 @@ class PlainTransfer
 public:
     PlainTransfer() : easy_(curl_easy_init())
     {
-        static std::string const url = articlesUrl();
+        static std::string const url = settingsUrl();
         curl_easy_setopt(easy_, CURLOPT_URL, url.c_str());
         curl_easy_setopt(easy_, CURLOPT_NOSIGNAL, 1L);
         curl_easy_setopt(easy_, CURLOPT_USERPWD, "user:secret");
@@ -94,7 +99,7 @@ void sequentialLibrary(benchmark::State& state)
         TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
     for (auto _ : state)
     {
-        if (connection->getAvailableArticles(QStringLiteral("INST-1001")).get().value.articleNumbers.size() != 80)
+        if (connection->getSettingsLicenseInfo(QStringLiteral("INST-1001")).get().value.getPartnerUrl().isEmpty())
         {
             state.SkipWithError("wrong reply");
         }
@@ -119,11 +124,11 @@ void parallelLibrary(benchmark::State& state)
         TessalyConnection::makeConnection(serverUrl, QStringLiteral("user"), QStringLiteral("secret"));
     for (auto _ : state)
     {
-        std::vector<TessalyConnectionInterface::Reply<AvailableArticlesList>> replies;
+        std::vector<TessalyConnectionInterface::Reply<SettingsLicenseInfo>> replies;
         replies.reserve(inFlight);
         for (int index = 0; index < inFlight; ++index)
         {
-            replies.push_back(connection->getAvailableArticles(QStringLiteral("INST-1001")));
+            replies.push_back(connection->getSettingsLicenseInfo(QStringLiteral("INST-1001")));
         }
         for (auto const& reply : replies)
         {
@@ -183,7 +188,7 @@ void parallelCurl(benchmark::State& state)
 void parallelQt(benchmark::State& state)
 {
     QNetworkAccessManager manager;
-    QNetworkRequest const request(QUrl(QString::fromStdString(articlesUrl())));
+    QNetworkRequest const request(QUrl(QString::fromStdString(settingsUrl())));
     for (auto _ : state)
     {
         QEventLoop loop;
@@ -221,7 +226,7 @@ BENCHMARK(parallelQt)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
-    bench::LoadServer const server(articles());
+    bench::LoadServer const server(settingsReply());
     serverUrl = server.url();
     QCoreApplication const application(argc, argv);
     return bench::runWithRatios(

@@ -17,6 +17,10 @@ constexpr std::chrono::seconds patienceAtExit{2};
 // How long new work is left to the thread that sent it before this thread begins with it.
 constexpr std::chrono::microseconds timeToTakeOver{5};
 
+// How long a thread that has waited for one call after the other is expected to go on so. Should it send a call without
+// waiting for it, this thread begins that one so much later.
+constexpr std::chrono::milliseconds lenderExpected{1};
+
 class IoWaitDriver final : public threading::WaitDriver
 {
 public:
@@ -115,7 +119,7 @@ bool IoThread::post(Order order, std::shared_ptr<Call> const& call)
         mailbox_.push_back({order, call, sender});
         mustHandBack_ = mustHandBack_ || sender != lender_;
         mustWake = std::exchange(isAsleep_, false);
-        mustUnpark = isParked_ && !isLent_;
+        mustUnpark = isParked_ && !isLent_ && !(expectsLender_ && sender == lastLender_);
     }
     if (mustWake)
     {
@@ -176,6 +180,12 @@ void IoThread::park()
             offer();
             lock.lock();
         }
+        else if (expectsLender_)
+        {
+            unsigned const lendings = lendings_;
+            work_.wait_for(lock, lenderExpected);
+            expectsLender_ = isLent_ || lendings != lendings_;
+        }
         else
         {
             work_.wait(lock);
@@ -183,6 +193,7 @@ void IoThread::park()
         wasOffered = hasWork;
     }
     isParked_ = false;
+    expectsLender_ = false;
 }
 
 bool IoThread::canBeTakenOver() const
@@ -237,8 +248,10 @@ void IoThread::handBack()
     {
         std::lock_guard const lock(mutex_);
         isLent_ = false;
-        lender_ = std::thread::id();
-        mustUnpark = isStopping_ || !mailbox_.empty() || !loop_.isIdle();
+        lastLender_ = std::exchange(lender_, std::thread::id());
+        ++lendings_;
+        // This thread is told when it begins to expect a lender, for it must then not sleep for longer.
+        mustUnpark = isStopping_ || !mailbox_.empty() || !loop_.isIdle() || !std::exchange(expectsLender_, true);
     }
     if (mustUnpark)
     {

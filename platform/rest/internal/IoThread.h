@@ -82,6 +82,10 @@ private:
     bool isLent_ = false;
     bool mustHandBack_ = false; ///< another thread than the lender has made a call
     std::thread::id lender_;
+    /// The last lender is expected to wait for its next call, too, and is not disturbed by this thread's waking up.
+    bool expectsLender_ = false;
+    std::thread::id lastLender_;
+    unsigned lendings_ = 0;
     bool hasEnded_ = false;
     std::atomic<bool> isStopping_{false};
 
