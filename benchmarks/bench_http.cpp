@@ -85,7 +85,7 @@ public:
 private:
     static std::size_t append(char const* data, std::size_t size, std::size_t count, void* body)
     {
-        static_cast<QByteArray*>(body)->append(data, static_cast<qsizetype>(size * count));
+        static_cast<QByteArray*>(body)->append(data, static_cast<qsizetype>(size) * static_cast<qsizetype>(count));
         return size * count;
     }
 

@@ -70,6 +70,7 @@ QJsonObject announcedFiles(std::vector<mirashare::CaseFileId> const& files)
 QString filesText(std::vector<mirashare::CaseFileId> const& files)
 {
     std::vector<QStringList> rows;
+    rows.reserve(files.size());
     for (auto const& file : files)
     {
         rows.push_back({file.id, file.name});

@@ -125,6 +125,7 @@ template <class Function, class Result, class... Arguments>
 Operation makeOperation(char const* name, std::vector<char const*> const& argumentNames, Function function)
 {
     std::vector<QString> names;
+    names.reserve(argumentNames.size());
     for (char const* const argument : argumentNames)
     {
         names.push_back(QString::fromLatin1(argument));

@@ -10,8 +10,9 @@ namespace
 
 using I = TessalyConnectionInterface;
 
+// A table of one row an operation, not a function to be read from top to bottom.
 // clang-format off
-std::vector<Operation> makeOperations()
+std::vector<Operation> makeOperations() // NOLINT(readability-function-size)
 {
     return {
         operation("getUsersForLicense", {"INSTALLATION"}, &I::getUsersForLicense),

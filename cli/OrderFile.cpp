@@ -66,8 +66,8 @@ enum class Kind : int
 template <class Record>
 struct Member
 {
-    char const* key;
-    Kind kind;
+    char const* key = nullptr;
+    Kind kind{};
     bool isRequired = false;
     void (*store)(Record& record, QJsonValue const& value) = nullptr; ///< none: it is read elsewhere
 };
