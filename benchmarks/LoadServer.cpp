@@ -49,7 +49,7 @@ void watch(int poller, int socket)
 /// Answers every complete request in `input`; false once the peer is gone.
 bool answer(int socket, std::string& input, std::string const& reply)
 {
-    std::array<char, 65536> buffer;
+    std::array<char, 65536> buffer{};
     ssize_t const count = ::recv(socket, buffer.data(), buffer.size(), 0);
     if (count <= 0)
     {
@@ -73,7 +73,7 @@ bool answer(int socket, std::string& input, std::string const& reply)
     int const poller = ::epoll_create1(0);
     watch(poller, listener);
     std::map<int, std::string> inputs;
-    std::array<epoll_event, 64> events;
+    std::array<epoll_event, 64> events{};
     for (;;)
     {
         int const count = ::epoll_wait(poller, events.data(), static_cast<int>(events.size()), -1);

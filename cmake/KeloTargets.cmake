@@ -27,9 +27,7 @@ function(kelo_add_library target)
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
     # The installed libraries find each other beside themselves.
     INSTALL_RPATH "$ORIGIN"
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${arg_EXPORT_NAME}
-    # The shared libraries of one installation find each other wherever it lies.
-    INSTALL_RPATH "$ORIGIN")
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${arg_EXPORT_NAME})
   generate_export_header(${target} BASE_NAME ${target} EXPORT_MACRO_NAME ${arg_EXPORT_MACRO}
     EXPORT_FILE_NAME "${generated}/${arg_EXPORT_HEADER}")
   get_target_property(type ${target} TYPE)

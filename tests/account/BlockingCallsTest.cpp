@@ -47,7 +47,7 @@ TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
     struct
     {
         test::Action answer;
-        char const* url;
+        char const* url = "";
     } const rows[] = {
         {test::reply(200, R"({"SoftwarePageUrl":"https://x"})"), "https://x"},
         {test::reply(200, R"({"SoftwarePageUrl":5})"), ""},
@@ -93,8 +93,8 @@ TEST(BlockingCalls, StatisticsGoToTheirOwnServiceOnce)
     struct
     {
         test::Action answer;
-        bool succeeded;
-        int code;
+        bool succeeded = false;
+        int code = 0;
     } const rows[] = {{test::reply(200, ""), true, 0}, {test::reply(500), true, 500}, {test::closeNow(), false, 0}};
     for (auto const& row : rows)
     {

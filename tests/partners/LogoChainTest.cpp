@@ -72,7 +72,7 @@ struct Service
                 {
                     return list;
                 }
-                QByteArray const id = parts[parts.size() - 2];
+                QByteArray const& id = parts[parts.size() - 2];
                 auto const logo = logos.find(id);
                 return logo != logos.end() ? logo->second : logoReply(square(2, color(id)));
             }),
@@ -141,7 +141,7 @@ TEST(LogoChain, NothingIsFetchedForAnEmptyOrFailedList)
     struct
     {
         test::Action list;
-        quint32 kind;
+        quint32 kind = 0;
     } const rows[] = {
         {test::reply(200, "[]"), 0},
         {test::reply(500, R"([{"Code":"17","Message":"x"}])"), 2},
@@ -168,10 +168,10 @@ TEST(LogoChain, OneBadLogoIsWarnedOfOrNotAndSparesTheOthers)
     QByteArray const jpeg = square(64, Service::color("B"), "jpg");
     struct
     {
-        char const* name;
+        char const* name = "";
         test::Action logo;
-        bool isLogo;
-        bool isWarned;
+        bool isLogo = false;
+        bool isWarned = false;
     } const rows[] = {
         {"not Base64", test::reply(200, "{}"), false, true},
         {"no image", logoReply("GIF89a?"), false, true},
