@@ -130,7 +130,12 @@ QString placeAt(QByteArray const& text, int offset)
 QJsonObject strictObject(QString const& fileName, QByteArray const& text)
 {
     static QByteArray const byteOrderMark("\xEF\xBB\xBF");
-    QByteArray const content = text.startsWith(byteOrderMark) ? text.mid(byteOrderMark.size()) : text;
+    // The parser skips a mark, too: another one behind the first would be seen by the search only.
+    QByteArray content = text;
+    while (content.startsWith(byteOrderMark))
+    {
+        content.remove(0, byteOrderMark.size());
+    }
     QJsonParseError error;
     auto const document = QJsonDocument::fromJson(content, &error);
     if (error.error != QJsonParseError::NoError)

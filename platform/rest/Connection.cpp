@@ -51,6 +51,11 @@ void Connection::setUseProxyAutoDiscovery(bool use)
     session_->setUsesSystemProxies(use);
 }
 
+void Connection::setDefaultTimeout(std::chrono::milliseconds timeout)
+{
+    session_->setDefaultTimeout(timeout);
+}
+
 void Connection::setReplySizeLimit(qint64 bytes)
 {
     session_->setReplySizeLimit(bytes);

@@ -52,6 +52,8 @@ public:
     void setTraceCallback(TraceCallback callback);
     /// Whether the system's proxies are used (loopback is always reached directly). Off, no proxy is.
     void setUseProxyAutoDiscovery(bool use);
+    /// Replaces the constructor's default time-out for requests made from now on; 0 or less means 30 s.
+    void setDefaultTimeout(std::chrono::milliseconds timeout);
     /// Replies with more body bytes, counted after decompression, end as network errors. 256 MiB unless set.
     void setReplySizeLimit(qint64 bytes);
 

@@ -15,8 +15,8 @@ namespace rest
 using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
 
 /// One finished HTTP exchange, for the host's own log. Header values outside a short list of harmless ones read
-/// "[redacted]", and the URL carries no credentials. Bodies are given as they were sent and received; they may hold
-/// patients' data.
+/// "[redacted]", and the URL carries no credentials. Bodies are given as they were sent and received, but for the
+/// connection's credentials should a server send them back; they may hold patients' data.
 struct TraceData
 {
     /// Time spent in each phase; 0 for a phase that the exchange did not pass (a reused connection has no connect

@@ -24,22 +24,27 @@ namespace
 {
 
 // Qt's event queue orders the posting of a call before its run. Qt is not instrumented, so the thread sanitizer has to
-// be told.
-#ifdef PLATFORM_THREADING_TSAN
-char eventQueue;
-#endif
-
-void beforePosting()
+// be told, for each call by itself: one order for all would hide the races of others.
+std::shared_ptr<void> newOrder()
 {
 #ifdef PLATFORM_THREADING_TSAN
-    __tsan_release(&eventQueue);
+    return std::make_shared<char>();
+#else
+    return nullptr;
 #endif
 }
 
-void afterDelivery()
+void comesBefore([[maybe_unused]] void* order)
 {
 #ifdef PLATFORM_THREADING_TSAN
-    __tsan_acquire(&eventQueue);
+    __tsan_release(order);
+#endif
+}
+
+void comesAfter([[maybe_unused]] void* order)
+{
+#ifdef PLATFORM_THREADING_TSAN
+    __tsan_acquire(order);
 #endif
 }
 
@@ -47,25 +52,30 @@ void afterDelivery()
 class QueuedTask
 {
 public:
-    explicit QueuedTask(Task task) : task_(std::make_shared<Task>(std::move(task))) {}
+    QueuedTask(Task task, std::shared_ptr<void> order)
+        : task_(std::make_shared<Task>(std::move(task))), order_(std::move(order))
+    {
+    }
 
-    QueuedTask(QueuedTask const& other) : task_(other.task_) { beforePosting(); }
+    QueuedTask(QueuedTask const& other) : task_(other.task_), order_(other.order_) { comesBefore(this); }
     QueuedTask& operator=(QueuedTask const& other) = delete;
 
-    ~QueuedTask() { afterDelivery(); }
+    ~QueuedTask() { comesAfter(this); }
 
-    void operator()() const
+    void operator()()
     {
-        afterDelivery();
+        comesAfter(this);
+        comesAfter(order_.get());
         {
             Task once = std::move(*task_);
             once();
         }
-        beforePosting();
+        comesBefore(this);
     }
 
 private:
     std::shared_ptr<Task> task_;
+    std::shared_ptr<void> order_;
 };
 
 } // namespace
@@ -268,15 +278,17 @@ Task relayTo(QObject* context, Task task)
     // context.
     auto trigger = std::make_shared<SharedStateSignals>();
     trigger->moveToThread(nullptr);
+    auto order = newOrder();
     if (context != nullptr)
     {
         QObject::connect(
-            trigger.get(), &SharedStateSignals::finished, context, QueuedTask(std::move(task)), Qt::QueuedConnection);
+            trigger.get(), &SharedStateSignals::finished, context, QueuedTask(std::move(task), order),
+            Qt::QueuedConnection);
     }
     return Task(
-        [trigger = std::move(trigger)]
+        [trigger = std::move(trigger), order = std::move(order)]
         {
-            beforePosting();
+            comesBefore(order.get());
             Q_EMIT trigger->finished();
         });
 }

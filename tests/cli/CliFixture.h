@@ -28,7 +28,10 @@ class CliFixture : public SimulatorFixture
 protected:
     CliFixture()
     {
-        environment.insert("PATH", qEnvironmentVariable("PATH"));
+        for (auto const* kept : {"PATH", "TSAN_OPTIONS"})
+        {
+            environment.insert(kept, qEnvironmentVariable(kept));
+        }
         environment.insert("KELO_API_URL", QString("http://127.0.0.1:%1").arg(port));
         environment.insert("KELO_USERNAME", "kelo");
         environment.insert("KELO_PASSWORD", "kelo");

@@ -183,6 +183,7 @@ TEST_F(OrdersCli, AMistakeInAnOrderIsNamedAndNothingIsOrdered)
         {"\"Quantity\": 2,", "", "OrderItems[1].Quantity"},
         {"\"Quantity\": 2", "\"Quantity\": 2, \"Quantity\": 3", "OrderItems[1].Quantity is given twice"},
         {"\"Quantity\": 2", "\"Quantity\": 2, \"Qu\\u0061ntity\": 3", "OrderItems[1].Quantity is given twice"},
+        {"{\"Addr", "\xEF\xBB\xBF\xEF\xBB\xBF{\"StudyId\": \"\", \"StudyId\": \"\", \"Addr", "StudyId is given twice"},
         {"Start\": 36", "Start\": 9", "OrderItems[0].ToothNumberStart: 9 is not a tooth number (11 to 48, FDI)"},
         {"Start\": 36", "Start\": 0", "OrderItems[0].ToothNumberStart: 0"},
         {"End\": 36", "End\": 39", "OrderItems[0].ToothNumberEnd: 39"},

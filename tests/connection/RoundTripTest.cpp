@@ -7,11 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include <KeloCommunicationLib/account/internal/AccountFields.h>
-#include <KeloCommunicationLib/collaboration/internal/CollaborationFields.h>
-#include <KeloCommunicationLib/collaboration/internal/ConnectionFields.h>
-#include <KeloCommunicationLib/orders/internal/OrderFields.h>
-#include <KeloCommunicationLib/partners/internal/PartnerFields.h>
+#include <tests/support/AllRecords.h>
 
 namespace
 {
@@ -28,43 +24,16 @@ struct Entry
 };
 
 template <class... Records>
-std::vector<Entry> entries()
+std::vector<Entry> entriesOf(test::RecordList<Records...>)
 {
     return {{typeid(Records).name(), jsonSerializer::implementation::fieldsOf<Records>, [] {
                  return std::shared_ptr<void>(std::make_shared<Records>());
              }}...};
 }
 
-/// Every record that has a table.
 std::vector<Entry> allRecords()
 {
-    return entries<
-        AccountLicenseInfo, SettingsLicenseInfo, FileIdReference, FileLicenseInfo, HelpFileInfo, SoftwareUpdateInfo,
-        TessalyUser, ClinicalPartner, StudyInfo, StudyInfoList, VantorStats, collaboration::FileInfo,
-        collaboration::NoteInfo, collaboration::PatientInfo, collaboration::Partner, collaboration::RequestDetails,
-        collaboration::RequestInfo, collaboration::ImplantConnection, collaboration::Restoration,
-        collaboration::RestorationRequest, collaboration::TemplateRequestDetailInfo,
-        collaboration::UploadFilesRequestDetailInfo, collaboration::SessionDetails,
-        collaboration::RestorationRequestDetail, collaboration::TemplateRequestDetail,
-        collaboration::UploadFilesRequestDetail, collaboration::NewFileInfo, collaboration::ExistingFileInfo,
-        collaboration::CreateRequestRequest, collaboration::UpdateRequestRequest,
-        collaboration::UpdateSurgeryRequestRequest, collaboration::MarkAsSeenInfo, collaboration::RequestIdResponse,
-        collaboration::CreatedFileInfo, collaboration::UploadFilesRequest, collaboration::UpdateSurgeryRequestResponse,
-        CollaborationSessionId, CreateCollaborationSessionInfo, CreateCollaborationSessionWithoutConnectionIdInfo,
-        RequestLockState, UpdateCollaborationRequestStatusInfo, StartConnectionRequest, StartConnectionResponse,
-        UpdateConnectionStatusRequest, ConnectionInfo, CreateRestorationRequestInfo::NewFileInfo,
-        CreateRestorationRequestInfo::ExistingFileInfo, CreateRestorationRequestInfo::ImplantConnection,
-        CreateRestorationRequestInfo, CreateRestorationResponseInfo::FileInfo, CreateRestorationResponseInfo,
-        RestorationDetailsInfo::CollaborationRequestDetailInfos,
-        RestorationDetailsInfo::CollaborationSessionDetailInfos, RestorationDetailsInfo, GetRequestDetailsInfo,
-        GetRequestsInfo, RequestRestorationDetailsInfo, OrderFileInfo, OrderItemInfo, OrderRequest, OrderFile,
-        CadItemInfo, OrderRequestResponse, OrderDetailsRequest, OrderItemDetails, OrderDetails, IPSOrderItemInfo,
-        CreateIPSOrderInfo, ServiceOrderItemInfo, ServiceOrderRequest, ServiceOrderRequestResponse, PriceInfoRequest,
-        ExtendedPriceInfoRequest, PriceInfoResponse, OrderShippingAddress, OrderShippingAddressList,
-        AvailableArticlesList, TempShellFile, CatalogUpdateInfo, PartnerInfo, PartnerAccountInfo, PartnerCaseInfo,
-        mirashare::MiraShareItemData, mirashare::CaseFileInfo, mirashare::Prescription, mirashare::CreateCaseRequest,
-        mirashare::CaseFileId, mirashare::CreateCaseResponse, mirashare::AddDataRequest, mirashare::CaseStatusResponse,
-        mirashare::SharePartnerCaseRequest, mirashare::TestAccountConnectionResponse>();
+    return entriesOf(test::AllRecords());
 }
 
 QJsonObject written(Entry const& entry, QJsonObject const& json = {})
@@ -127,18 +96,6 @@ QJsonObject filledWith(Table table, QJsonValue const& value)
     return object;
 }
 
-bool goesBothWays(Entry const& entry)
-{
-    bool bothWays = true;
-    keysOf(
-        entry,
-        [&bothWays](Field const& field) {
-            bothWays &=
-                field.placement != Field::Placement::Member || (field.read != nullptr && field.write != nullptr);
-        });
-    return bothWays;
-}
-
 /// What some member's type takes; each type's default is not among them.
 QJsonArray const samples = {
     true,
@@ -191,7 +148,7 @@ TEST(RoundTrip, WhatIsReadIsWrittenUnderTheSameKey)
     int count = 0;
     for (Entry const& entry : allRecords())
     {
-        if (!goesBothWays(entry))
+        if (!test::goesBothWays(entry.table))
         {
             continue;
         }
@@ -242,7 +199,7 @@ TEST(RoundTrip, AnyTypeUnderAnyKeyCanBeRead)
         for (QJsonValue const value : values)
         {
             QJsonObject const once = written(entry, filledWith(entry.table, value));
-            if (goesBothWays(entry))
+            if (test::goesBothWays(entry.table))
             {
                 EXPECT_EQ(written(entry, once), once) << entry.name << " does not settle";
             }

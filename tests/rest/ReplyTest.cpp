@@ -66,6 +66,9 @@ TEST(Reply, brokenAnswersAreNetworkErrors)
         {"short error body", reply(500, body).truncatedBy(1)},
         {"reset in the body", reply(200, body).truncatedBy(1).thenReset()},
         {"head cut", reply(200, body).truncatedTo(20)},
+        {"head cut after the status", reply(200, body).truncatedTo(30)},
+        {"head cut before its last line", rawReply("HTTP/1.1 204 No Content\r\nA: b\r\n").thenClose()},
+        {"only an interim answer", rawReply("HTTP/1.1 103 Early Hints\r\nA: b\r\n\r\n").thenClose()},
         {"no answer", closeNow()},
         {"chunk cut", rawReply(chunked + "7\r\n{\"a").thenClose()},
         {"last chunk missing", rawReply(chunked + "7\r\n{\"a\":1}\r\n").thenClose()},
@@ -75,6 +78,7 @@ TEST(Reply, brokenAnswersAreNetworkErrors)
         {"gzip trailer cut", reply(200, gzippedArray.chopped(1), gzipped)},
         {"bad checksum", reply(200, gzippedArray.chopped(8) + QByteArray(8, 'x'), gzipped)},
         {"not HTTP", rawReply("SSH-2.0-x\r\n\r\n").thenClose()},
+        {"status of two digits", rawReply("HTTP/2 20\r\nContent-Length: 2\r\n\r\n{}")},
         {"reset of an unframed body", rawReply("HTTP/1.1 200 OK\r\n\r\n{}").thenReset()},
         {"endless headers", rawReply("HTTP/1.1 200 OK\r\n").thenRepeat("X-A: " + QByteArray(1000, 'y') + "\r\n")},
         {"one endless header", rawReply("HTTP/1.1 200 OK\r\nX-A: ").thenRepeat(QByteArray(1000, 'y'))},
@@ -92,6 +96,27 @@ TEST(Reply, brokenAnswersAreNetworkErrors)
             .wait();
         EXPECT_THAT(download, IsNetworkError()) << name;
         EXPECT_TRUE(download->body().isEmpty()) << name;
+    }
+}
+
+TEST(Reply, foldedFirstHeaderIsNotAddedToTheAnswerBefore)
+{
+    // A folded line continues the header before it; here there is none but those of an answer that is gone. What is
+    // written there is found by the address sanitizer.
+    QByteArray const head = "HTTP/1.1 200 OK\r\nX-Long-Enough-To-Have-A-Place-Of-Its-Own: value\r\n";
+    RawServer server(
+        [&head](RawRequest const& request)
+        {
+            return request.target == "/first"
+                       ? rawReply(head + "Content-Length: 2\r\n\r\n{}")
+                       : rawReply(
+                           "HTTP/1.1 200 OK\r\n folded: " + QByteArray(100, 'x') + "\r\nContent-Length: 2\r\n\r\n[]");
+        });
+    auto const connection = connectTo(server.url());
+    for (int repeat = 0; repeat < 3; ++repeat)
+    {
+        EXPECT_TRUE(send(*connection, get("/first"))->body().isObject());
+        EXPECT_THAT(send(*connection, get("/second")), IsNetworkError());
     }
 }
 

@@ -20,11 +20,13 @@ TEST(Timeout, defaultAppliesUnlessTheRequestHasItsOwn)
     EXPECT_TRUE(isTimeout(send(*connection, get("/x", 0ms)), "60"));
     EXPECT_TRUE(isTimeout(send(*connection, get("/x", -5ms)), "60"));
     EXPECT_TRUE(isTimeout(send(*connection, get("/x", 40ms)), "40"));
+    connection->setDefaultTimeout(50ms);
+    EXPECT_TRUE(isTimeout(send(*connection, get("/x", 0ms)), "50"));
     auto const lostWrite = send(*connection, upload("x", 30ms));
     EXPECT_TRUE(isTimeout(lostWrite, "30"));
     EXPECT_TRUE(saysMaybeProcessed(lostWrite));
     // A connection that timed out is not used again.
-    EXPECT_TRUE(server.waitForClosedByClient(4));
+    EXPECT_TRUE(server.waitForClosedByClient(5));
 }
 
 TEST(Timeout, absurdlyLongOneIsNoTimeoutAtAll)

@@ -88,6 +88,16 @@ TEST(Trace, locationIsShownWithoutUserInfo)
     EXPECT_EQ(valueOf(log.traces().front().responseHeaders, "Location"), "http://127.0.0.1:1/x");
 }
 
+TEST(Trace, connectionMayDieInItsCallback)
+{
+    RawServer server;
+    auto connection = connectTo(server.url());
+    connection->setTraceCallback([&connection](rest::TraceData const&) { connection.reset(); });
+    auto const future = connection->request(get());
+    EXPECT_TRUE(future.waitFor(20s));
+    EXPECT_TRUE(future.isCanceled());
+}
+
 TEST(Trace, oncePerFinishedExchangeBeforeItsFuture)
 {
     RawServer server(

@@ -37,7 +37,14 @@ public:
         return warnings_;
     }
 
-    /// Whether any of them told file, line or function.
+    /// Every line so far, of any kind and category.
+    std::string everything() const
+    {
+        std::lock_guard const lock(mutex_);
+        return everything_;
+    }
+
+    /// Whether any warning told file, line or function.
     bool anyHasContext() const
     {
         std::lock_guard const lock(mutex_);
@@ -54,9 +61,15 @@ private:
     static void handle(QtMsgType type, QMessageLogContext const& context, QString const& text)
     {
         bool const isOurs = context.category == nullptr || qstrcmp(context.category, "default") == 0;
-        if (LogCapture* const capture = current(); capture != nullptr && type == QtWarningMsg && isOurs)
+        LogCapture* const capture = current();
+        if (capture == nullptr)
         {
-            std::lock_guard const lock(capture->mutex_);
+            return;
+        }
+        std::lock_guard const lock(capture->mutex_);
+        capture->everything_ += text.toStdString() + '\n';
+        if (type == QtWarningMsg && isOurs)
+        {
             capture->warnings_.push_back(text.toStdString());
             capture->anyHasContext_ |= context.file != nullptr || context.line != 0 || context.function != nullptr;
         }
@@ -64,6 +77,7 @@ private:
 
     mutable std::mutex mutex_;
     std::vector<std::string> warnings_;
+    std::string everything_;
     bool anyHasContext_ = false;
     QtMessageHandler previous_ = nullptr;
 };

@@ -99,6 +99,13 @@ Action Action::afterRelease() const
     return action;
 }
 
+Action Action::holdingBack(qsizetype count) const
+{
+    Action action = *this;
+    action.heldBack = count;
+    return action;
+}
+
 Action Action::thenRepeat(QByteArray const& chunk) const
 {
     Action action = *this;
@@ -179,7 +186,7 @@ RawServer::RawServer(Script script) : RawServer(std::move(script), Options()) {}
 RawServer::RawServer(Script script, Options options)
     : script_(std::move(script)),
       options_(std::move(options)),
-      tls_(options_.tls ? std::make_unique<ServerTls>() : nullptr),
+      tls_(options_.tls ? std::make_unique<ServerTls>(options_.tlsOptions) : nullptr),
       listener_(listenOnLoopback(port_)),
       releaseEvent_(::eventfd(0, EFD_CLOEXEC)),
       acceptor_([this] { acceptLoop(); })
@@ -261,6 +268,11 @@ bool RawServer::waitForConnections(int count) const
 bool RawServer::waitForClosedByClient(int count) const
 {
     return waitFor([this, count] { return counters_.closedByClient >= count; });
+}
+
+bool RawServer::waitForHeld(int count) const
+{
+    return waitFor([this, count] { return counters_.held >= count; });
 }
 
 void RawServer::release()
@@ -368,11 +380,16 @@ int RawServer::record(RawRequest const& request)
 
 RawServer::Outcome RawServer::perform(ServerSocket& socket, Action const& action)
 {
-    if (action.waitsForRelease)
+    if (action.waitsForRelease && !awaitRelease(socket))
     {
-        awaitRelease(socket);
+        return Outcome::ClosedByClient;
     }
-    bool open = action.sliceSize > 0 ? sendSlices(socket, action) : socket.writeAll(action.bytes);
+    qsizetype const first = action.bytes.size() - action.heldBack;
+    bool open = action.sliceSize > 0 ? sendSlices(socket, action) : socket.writeAll(action.bytes.left(first));
+    if (open && action.heldBack > 0)
+    {
+        open = awaitRelease(socket) && socket.writeAll(action.bytes.mid(first));
+    }
     while (open && !action.repeated.isEmpty())
     {
         open = socket.writeAll(action.repeated);
@@ -411,9 +428,14 @@ bool RawServer::sendSlices(ServerSocket& socket, Action const& action)
     return true;
 }
 
-void RawServer::awaitRelease(ServerSocket& socket)
+bool RawServer::awaitRelease(ServerSocket& socket)
 {
-    socket.waitForCloseOr(releaseEvent_);
+    {
+        std::lock_guard const lock(mutex_);
+        ++counters_.held;
+        changed_.notify_all();
+    }
+    return !socket.waitForCloseOr(releaseEvent_);
 }
 
 } // namespace test

@@ -15,6 +15,8 @@
 #include <QByteArray>
 #include <QUrl>
 
+#include "tests/support/TlsOptions.h"
+
 namespace test
 {
 
@@ -53,6 +55,7 @@ struct Action
     QByteArray bytes;    ///< written as they are
     QByteArray repeated; ///< written after `bytes`, again and again until the client goes away
     bool waitsForRelease = false;
+    qsizetype heldBack = 0; ///< how many of the last bytes wait for release
     qsizetype sliceSize = 0;
     std::chrono::milliseconds sliceInterval{0};
     End end = End::KeepOpen;
@@ -64,6 +67,8 @@ struct Action
     Action inSlices(qsizetype size, std::chrono::milliseconds interval) const;
     /// Nothing is sent before `RawServer::release()`.
     Action afterRelease() const;
+    /// The last `count` bytes are not sent before `RawServer::release()`.
+    Action holdingBack(qsizetype count) const;
     Action thenRepeat(QByteArray const& chunk) const;
     Action thenClose() const;
     /// A TCP reset in place of an orderly close.
@@ -94,10 +99,12 @@ public:
 
     struct Options
     {
-        /// HTTPS, with a certificate for 127.0.0.1 and localhost that this server has just signed itself.
+        /// HTTPS; unless `tlsOptions` say otherwise with a certificate for 127.0.0.1 and localhost that this server has
+        /// just signed itself.
         bool tls = false;
         /// Asked when a request's head was read, before its body; an action ends the matter there.
-        std::function<std::optional<Action>(RawRequest const&)> onHead;
+        std::function<std::optional<Action>(RawRequest const&)> onHead = {};
+        TlsOptions tlsOptions = {};
     };
 
     /// Without a script every request is answered with status 200 and "{}".
@@ -123,6 +130,8 @@ public:
     bool waitForRequests(int count) const;
     bool waitForConnections(int count) const;
     bool waitForClosedByClient(int count) const;
+    /// Counts answers that have stalled or waited for release, whether they still do or not.
+    bool waitForHeld(int count) const;
 
     /// Lets go of everything that stalls or waits for release, now and later.
     void release();
@@ -139,6 +148,7 @@ private:
     {
         int connections = 0;
         int closedByClient = 0;
+        int held = 0;
         std::vector<RawRequest> requests;
         bool released = false;
         bool stopping = false;
@@ -151,7 +161,8 @@ private:
     Outcome answer(ServerSocket& socket, QByteArray& buffer, int connection);
     Outcome perform(ServerSocket& socket, Action const& action);
     bool sendSlices(ServerSocket& socket, Action const& action);
-    void awaitRelease(ServerSocket& socket);
+    /// False when the client has closed the connection meanwhile.
+    bool awaitRelease(ServerSocket& socket);
     int record(RawRequest const& request);
     template <class Condition>
     bool waitFor(Condition condition) const;

@@ -4,57 +4,27 @@
 #include <stdexcept>
 #include <utility>
 
-#include <openssl/evp.h>
-#include <openssl/x509v3.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "tests/support/Certificates.h"
+
 namespace test
 {
 
-namespace
+ServerTls::ServerTls(TlsOptions const& options) : context_(SSL_CTX_new(TLS_server_method()))
 {
-
-void addSubjectNames(X509* certificate)
-{
-    X509V3_CTX context;
-    X509V3_set_ctx_nodb(&context);
-    X509V3_set_ctx(&context, certificate, certificate, nullptr, nullptr, 0);
-    X509_EXTENSION* const names =
-        X509V3_EXT_conf_nid(nullptr, &context, NID_subject_alt_name, "IP:127.0.0.1,DNS:localhost");
-    X509_add_ext(certificate, names, -1);
-    X509_EXTENSION_free(names);
-}
-
-X509* selfSigned(EVP_PKEY* key)
-{
-    X509* const certificate = X509_new();
-    X509_set_version(certificate, 2);
-    ASN1_INTEGER_set(X509_get_serialNumber(certificate), 1);
-    X509_gmtime_adj(X509_getm_notBefore(certificate), -3600);
-    X509_gmtime_adj(X509_getm_notAfter(certificate), 86400);
-    X509_set_pubkey(certificate, key);
-    X509_NAME* const name = X509_get_subject_name(certificate);
-    static constexpr std::array<unsigned char, 10> commonName = {"127.0.0.1"};
-    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, commonName.data(), -1, -1, 0);
-    X509_set_issuer_name(certificate, name);
-    addSubjectNames(certificate);
-    X509_sign(certificate, key, EVP_sha256());
-    return certificate;
-}
-
-} // namespace
-
-ServerTls::ServerTls() : context_(SSL_CTX_new(TLS_server_method()))
-{
-    EVP_PKEY* const key = EVP_EC_gen("P-256");
-    X509* const certificate = selfSigned(key);
-    bool const usable =
-        SSL_CTX_use_certificate(context_, certificate) == 1 && SSL_CTX_use_PrivateKey(context_, key) == 1;
-    X509_free(certificate);
-    EVP_PKEY_free(key);
-    if (!usable)
+    Key const key = makeKey();
+    Certificate const certificate = makeCertificate(options, key.get());
+    if (options.version != 0)
+    {
+        // The old ones need what OpenSSL has switched off.
+        SSL_CTX_set_security_level(context_, 0);
+        SSL_CTX_set_min_proto_version(context_, options.version);
+        SSL_CTX_set_max_proto_version(context_, options.version);
+    }
+    if (SSL_CTX_use_certificate(context_, certificate.get()) != 1 || SSL_CTX_use_PrivateKey(context_, key.get()) != 1)
     {
         throw std::runtime_error("No certificate could be made for the test server");
     }

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <memory>
-
 #include <QByteArray>
 
 #include <openssl/ssl.h>
 
+#include "tests/support/TlsOptions.h"
+
 namespace test
 {
 
-/// The key, the self-signed certificate and the context of a TLS server.
+/// The key, the certificate and the context of a TLS server.
 class ServerTls
 {
 public:
-    ServerTls();
+    explicit ServerTls(TlsOptions const& options);
     ServerTls(ServerTls const&) = delete;
     ServerTls& operator=(ServerTls const&) = delete;
     ~ServerTls();

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QObject>
 
 #include <platform/threading/Future.h>
 #include <platform/threading/WaitDriver.h>
@@ -18,9 +17,7 @@ void waitWithEventLoop(threading::Future<T> const& future)
         return;
     }
     QEventLoop loop;
-    QObject::connect(
-        future.sharedStateSignals(), &threading::impl::SharedStateSignals::finished, &loop, &QEventLoop::quit,
-        Qt::QueuedConnection);
+    future.then(&loop, [&loop](threading::Future<T> const&) { loop.quit(); });
     if (!future.isFinished())
     {
         loop.exec();

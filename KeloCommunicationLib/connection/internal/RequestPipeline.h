@@ -73,13 +73,14 @@ rest::RestReply<T> typedReply(rest::NetReplyErrorParser const& parser, rest::Jso
 template <class T, class Reader = Body<T>>
 threading::Future<rest::RestReply<T>> send(rest::Connection const& connection, rest::HttpRequestData request)
 {
+    // Once the request is out, another thread may see its effect and destroy the connection.
+    auto parser = connection.getErrorParser();
     rest::FutureJsonReply const exchange = connection.request(std::move(request));
     threading::Promise<rest::RestReply<T>> promise;
     auto const result = promise.future();
     promise.onCancel([exchange] { exchange.cancel(); });
     exchange.then(
-        [parser = connection.getErrorParser(),
-         promise = std::move(promise)](rest::FutureJsonReply const& finished) mutable
+        [parser = std::move(parser), promise = std::move(promise)](rest::FutureJsonReply const& finished) mutable
         {
             if (finished.isCanceled())
             {

@@ -12,6 +12,12 @@ void CallRegistry::open()
     isOpen_ = true;
 }
 
+bool CallRegistry::isOpen() const
+{
+    std::lock_guard const lock(mutex_);
+    return isOpen_;
+}
+
 bool CallRegistry::add(std::shared_ptr<Call> const& call)
 {
     std::lock_guard const lock(mutex_);

@@ -43,6 +43,7 @@ public:
     };
 
     void open();
+    bool isOpen() const;
     /// False when closed.
     bool add(std::shared_ptr<Call> const& call);
     /// Takes a call out to end it; false if another has done so.
@@ -65,7 +66,7 @@ private:
     void leave();
     bool othersThan(std::thread::id thread) const;
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     bool isOpen_ = false;
     std::unordered_set<std::shared_ptr<Call>> pending_;
     std::vector<std::pair<std::thread::id, int>> completing_;

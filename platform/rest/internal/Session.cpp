@@ -1,6 +1,7 @@
 #include <platform/rest/internal/Session.h>
 
 #include <platform/rest/internal/IoThread.h>
+#include <platform/rest/internal/Redaction.h>
 
 namespace rest
 {
@@ -106,6 +107,11 @@ void Session::setUsesSystemProxies(bool use)
     settings_.usesSystemProxies = use;
 }
 
+void Session::setDefaultTimeout(std::chrono::milliseconds timeout)
+{
+    defaultTimeout_ = positiveOr(timeout, fallbackTimeout);
+}
+
 void Session::setReplySizeLimit(qint64 bytes)
 {
     std::lock_guard const lock(mutex_);
@@ -121,7 +127,7 @@ FutureJsonReply Session::request(HttpRequestData data)
 {
     Request request;
     request.method = data.method;
-    request.timeout = positiveOr(data.timeout, defaultTimeout_);
+    request.timeout = positiveOr(data.timeout, defaultTimeout_.load());
     fillContent(request, data);
     auto const refusal = prepare(request, data.url, data.authenticated);
     auto const call = std::make_shared<JsonCall>(shared_from_this(), std::move(request));
@@ -134,7 +140,7 @@ threading::Future<void> Session::download(
     QUrl const& url, DownloadCall::Callback callback, std::chrono::milliseconds timeout)
 {
     Request request;
-    request.timeout = positiveOr(timeout, defaultTimeout_);
+    request.timeout = positiveOr(timeout, defaultTimeout_.load());
     request.timeoutKind = Request::TimeoutKind::Idle;
     request.acceptsAnyType = true;
     auto const refusal = prepare(request, url, true);
@@ -194,8 +200,11 @@ void Session::complete(std::shared_ptr<Call> const& call, Outcome outcome)
 {
     if (auto const completion = calls_.take(call))
     {
+        redactCredentials(outcome, call->request());
         trace(outcome.traces);
-        call->complete(std::move(outcome));
+        // The trace callback may have closed or destroyed the connection, to whose continuations the reply would come
+        // too late.
+        calls_.isOpen() ? call->complete(std::move(outcome)) : call->cancel();
     }
 }
 

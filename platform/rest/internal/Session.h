@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -32,6 +33,7 @@ public:
     void acceptAnyCertificate();
     void setTraceCallback(TraceCallback callback);
     void setUsesSystemProxies(bool use);
+    void setDefaultTimeout(std::chrono::milliseconds timeout);
     void setReplySizeLimit(qint64 bytes);
     std::shared_ptr<NetReplyErrorParser const> parser() const;
 
@@ -63,7 +65,7 @@ private:
     void trace(std::vector<TraceData> const& traces) const;
 
     std::shared_ptr<NetReplyErrorParser const> const parser_;
-    std::chrono::milliseconds const defaultTimeout_;
+    std::atomic<std::chrono::milliseconds> defaultTimeout_;
     CallRegistry calls_;
     mutable std::mutex mutex_;
     Settings settings_;

@@ -56,6 +56,12 @@ private:
     curl_slist* const empty_ = list({"Accept: application/json", "Content-Type:", "Expect:"});
 };
 
+/// Whether it is one of an answer; interim ones promise that it still comes.
+bool isFinalStatus(int number)
+{
+    return number >= 200 && number <= 999;
+}
+
 bool isRedirect(long status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
@@ -63,63 +69,50 @@ bool isRedirect(long status)
 
 } // namespace
 
-Transfer::Transfer() : handle_(curl_easy_init()) {}
-
-Transfer::~Transfer()
+Transfer::Transfer(std::shared_ptr<Call> call, OriginQueue& queue)
+    : call_(std::move(call)), queue_(queue), url_(call_->request().url), started_(Clock::now()), lastProgress_(started_)
 {
-    curl_easy_cleanup(handle_);
+    beginExchange();
 }
 
 template <class Value>
 void Transfer::set(CURLoption option, Value value)
 {
-    curl_easy_setopt(handle_, option, value);
+    curl_easy_setopt(handle(), option, value);
 }
 
 template <class Value>
 Value Transfer::info(CURLINFO which) const
 {
     Value value{};
-    curl_easy_getinfo(handle_, which, &value);
+    curl_easy_getinfo(handle(), which, &value);
     return value;
-}
-
-void Transfer::begin(std::shared_ptr<Call> call, OriginQueue& queue)
-{
-    call_ = std::move(call);
-    queue_ = &queue;
-    Request const& request = call_->request();
-    url_ = request.url;
-    bodySent_ = 0;
-    redirects_ = 0;
-    failure_ = Failure::None;
-    started_ = Clock::now();
-    lastProgress_ = started_;
-    curl_easy_reset(handle_);
-    configureConnection(request);
-    configureCallbacks();
-    configureRequest(request);
-    beginExchange();
 }
 
 void Transfer::beginExchange()
 {
+    // libcurl before 8.1.1 uses freed memory when a handle is not new and an answer's first header is a folded line.
+    handle_.reset(curl_easy_init());
     attempts_ = 0;
     headerBytes_ = 0;
+    isHeadComplete_ = false;
     body_.clear();
     decoder_.reset();
     errorBuffer_[0] = '\0';
+    configureConnection(call_->request());
+    configureCallbacks();
+    configureRequest(call_->request());
     set(CURLOPT_URL, url_.constData());
     trace_.reset();
     if (call_->request().isTraced)
     {
-        trace_.emplace().attach(handle_);
+        trace_.emplace().attach(handle());
     }
 }
 
 void Transfer::configureConnection(Request const& request)
 {
-    Proxy const& proxy = queue_->proxy;
+    Proxy const& proxy = queue_.proxy;
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_NOSIGNAL, 1L);
     // Without it, ending a transfer would wait for a name look-up that still runs.
@@ -230,7 +223,7 @@ bool Transfer::followRedirect()
     }
     if (trace_)
     {
-        traces_.push_back(trace_->finish(handle_, *call_, url_));
+        traces_.push_back(trace_->finish(handle(), *call_, url_));
         traces_.back().responseBody = body_;
     }
     ++redirects_;
@@ -246,6 +239,17 @@ bool Transfer::answeredOverHttp2() const
 
 Outcome Transfer::end(CURLcode result)
 {
+    auto const status = static_cast<int>(info<long>(CURLINFO_RESPONSE_CODE));
+    if (result == CURLE_OK && !isFinalStatus(status))
+    {
+        // libcurl takes any number behind "HTTP/2", and an interim answer that nothing follows.
+        result = CURLE_WEIRD_SERVER_REPLY;
+    }
+    if (result == CURLE_OK && !isHeadComplete_)
+    {
+        // A head that ends early counts as one without a body for libcurl.
+        result = CURLE_PARTIAL_FILE;
+    }
     if (failure_ == Failure::None && result == CURLE_OK && decoder_ && !decoder_->isComplete())
     {
         failure_ = Failure::BadCompression;
@@ -258,12 +262,12 @@ Outcome Transfer::end(CURLcode result)
     }
     else
     {
-        outcome.httpStatus = static_cast<int>(info<long>(CURLINFO_RESPONSE_CODE));
+        outcome.httpStatus = status;
         outcome.body = std::move(body_);
     }
     if (trace_)
     {
-        traces_.push_back(trace_->finish(handle_, *call_, url_));
+        traces_.push_back(trace_->finish(handle(), *call_, url_));
         traces_.back().responseBody = outcome.error == 0 ? outcome.body : body_;
         traces_.back().error = outcome.errorText;
         outcome.traces = std::move(traces_);
@@ -281,17 +285,6 @@ QString Transfer::failureText(CURLcode result, bool maybeProcessed) const
         text += QStringLiteral(" The server may have processed the request.");
     }
     return text;
-}
-
-void Transfer::clear()
-{
-    call_.reset();
-    queue_ = nullptr;
-    url_.clear();
-    body_.clear();
-    decoder_.reset();
-    trace_.reset();
-    traces_.clear();
 }
 
 int Transfer::beforeRequest()
@@ -374,6 +367,8 @@ std::size_t Transfer::takeHeader(char const* line, std::size_t size)
         return 0;
     }
     auto const text = QByteArray::fromRawData(line, static_cast<qsizetype>(size));
+    // The trailers of a body in chunks come here, too, without an empty line behind them.
+    isHeadComplete_ = text.trimmed().isEmpty() || (isHeadComplete_ && !text.startsWith("HTTP/"));
     if (body_.isEmpty())
     {
         readEncoding(text);

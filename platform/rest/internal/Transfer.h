@@ -19,38 +19,41 @@
 namespace rest
 {
 
-/// One libcurl easy handle and what it carries at the moment. Used again and again: `begin`, then perhaps some
-/// `followRedirect`, `end`.
+/// A call on the network, from its request to its answer: perhaps some `followRedirect`, then `end`. Every exchange has
+/// a libcurl easy handle of its own.
 class Transfer
 {
 public:
-    Transfer();
+    Transfer(std::shared_ptr<Call> call, OriginQueue& queue);
     Transfer(Transfer const&) = delete;
     Transfer& operator=(Transfer const&) = delete;
-    ~Transfer();
+    ~Transfer() = default;
 
-    CURL* handle() const { return handle_; }
+    CURL* handle() const { return handle_.get(); }
 
-    OriginQueue& queue() const { return *queue_; }
+    OriginQueue& queue() const { return queue_; }
 
     std::shared_ptr<Call> const& call() const { return call_; }
 
-    void begin(std::shared_ptr<Call> call, OriginQueue& queue);
     /// The moment at which the exchange has taken too long, as things stand.
     Clock::time_point deadline() const;
     /// Makes `end` report a time-out.
     void markTimedOut();
-    /// True if the answer is a redirect to be followed; the handle is then ready for the next exchange.
+    /// True if the answer is a redirect to be followed: `handle` is then another one, ready for the next exchange. The
+    /// present one must be off the network.
     bool followRedirect();
     bool answeredOverHttp2() const;
     Outcome end(CURLcode result);
-    /// Lets go of the call.
-    void clear();
 
     /// Its place in the list of active transfers; kept by the owner of that list.
     std::size_t index = 0;
 
 private:
+    struct HandleDeleter
+    {
+        void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+    };
+
     void configureConnection(Request const& request);
     void configureCallbacks();
     void configureRequest(Request const& request);
@@ -69,14 +72,14 @@ private:
     void readEncoding(QByteArray const& line);
     int beforeRequest();
 
-    CURL* const handle_;
     std::array<char, CURL_ERROR_SIZE> errorBuffer_{};
-    std::shared_ptr<Call> call_;
-    OriginQueue* queue_ = nullptr;
+    std::shared_ptr<Call> const call_;
+    OriginQueue& queue_;
     QByteArray url_;
     QByteArray body_;
     qsizetype bodySent_ = 0;
     qsizetype headerBytes_ = 0;
+    bool isHeadComplete_ = false;
     int redirects_ = 0;
     int attempts_ = 0;
     Failure failure_ = Failure::None;
@@ -85,6 +88,8 @@ private:
     std::optional<ContentDecoder> decoder_;
     std::optional<TransferTrace> trace_;
     std::vector<TraceData> traces_;
+    /// Last, so that it goes first: until then it may call back.
+    std::unique_ptr<CURL, HandleDeleter> handle_;
 };
 
 } // namespace rest

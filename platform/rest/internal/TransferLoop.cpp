@@ -10,7 +10,6 @@ namespace rest
 namespace
 {
 
-constexpr std::size_t idleTransferLimit = 128;
 constexpr long idleConnectionLimit = 64;
 constexpr std::chrono::milliseconds longestSleep{60000};
 
@@ -30,7 +29,6 @@ TransferLoop::TransferLoop() : multi_(makeMulti()) {}
 TransferLoop::~TransferLoop()
 {
     takeAll();
-    idle_.clear();
     curl_multi_cleanup(multi_);
 }
 
@@ -68,25 +66,13 @@ void TransferLoop::startWaiting(OriginQueue& queue)
 
 void TransferLoop::start(std::shared_ptr<Call> call, OriginQueue& queue)
 {
-    std::unique_ptr<Transfer> transfer = idleTransfer();
-    call->transfer = transfer.get();
-    transfer->begin(std::move(call), queue);
+    auto transfer = std::make_unique<Transfer>(std::move(call), queue);
+    transfer->call()->transfer = transfer.get();
     transfer->index = active_.size();
     ++queue.inFlight;
     nextCheck_ = std::min(nextCheck_, transfer->deadline());
     curl_multi_add_handle(multi_, transfer->handle());
     active_.push_back(std::move(transfer));
-}
-
-std::unique_ptr<Transfer> TransferLoop::idleTransfer()
-{
-    if (idle_.empty())
-    {
-        return std::make_unique<Transfer>();
-    }
-    std::unique_ptr<Transfer> transfer = std::move(idle_.back());
-    idle_.pop_back();
-    return transfer;
 }
 
 void TransferLoop::abort(Call& call)
@@ -105,17 +91,11 @@ void TransferLoop::retire(Transfer& transfer)
     curl_multi_remove_handle(multi_, transfer.handle());
     --transfer.queue().inFlight;
     transfer.call()->transfer = nullptr;
-    transfer.clear();
 
     std::size_t const index = transfer.index;
     std::swap(active_[index], active_.back());
     active_[index]->index = index;
-    std::unique_ptr<Transfer> retired = std::move(active_.back());
     active_.pop_back();
-    if (idle_.size() < idleTransferLimit)
-    {
-        idle_.push_back(std::move(retired));
-    }
 }
 
 void TransferLoop::perform()
@@ -144,9 +124,9 @@ void TransferLoop::conclude(Transfer& transfer, CURLcode result)
     if (result == CURLE_OK)
     {
         queue.isMultiplexed = transfer.answeredOverHttp2();
+        curl_multi_remove_handle(multi_, transfer.handle());
         if (transfer.followRedirect())
         {
-            curl_multi_remove_handle(multi_, transfer.handle());
             curl_multi_add_handle(multi_, transfer.handle());
             return;
         }

@@ -56,12 +56,10 @@ private:
     void expireOverdue();
     /// Takes a transfer off the network; its place at the origin becomes free.
     void retire(Transfer& transfer);
-    std::unique_ptr<Transfer> idleTransfer();
 
     CURLM* const multi_;
     std::unordered_map<QByteArray, OriginQueue> origins_;
     std::vector<std::unique_ptr<Transfer>> active_;
-    std::vector<std::unique_ptr<Transfer>> idle_;
     std::deque<Finished> finished_;
     /// No deadline of an active transfer is before this moment.
     Clock::time_point nextCheck_ = Clock::time_point::max();

@@ -1,0 +1,148 @@
+// Ends with calls pending, in the way that the second argument names. Status 0: every future was finished, every
+// blocking call has returned, and nothing hung or crashed.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <unistd.h>
+
+#include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
+#include <KeloCommunicationLib/connection/TessalyConnection.h>
+
+namespace
+{
+
+std::unique_ptr<TessalyConnection> connection;
+std::unique_ptr<RequestDetailsRetriever> retriever;
+
+rest::HttpRequestData get(char const* target)
+{
+    return rest::RequestDataCreator::makeRequest(rest::HttpMethod::Get, QUrl(QString::fromLatin1(target)));
+}
+
+/// Made before the transport's own statics, hence destroyed after them.
+struct LastCheck
+{
+    std::vector<rest::FutureJsonReply> calls;
+    std::vector<TessalyConnection::Reply<std::vector<PartnerInfo>>> chains;
+    std::thread blocked;
+    bool sendsLate = false;
+
+    ~LastCheck()
+    {
+        if (sendsLate)
+        {
+            calls.push_back(connection->request(get("/late")));
+        }
+        for (rest::FutureJsonReply const& call : calls)
+        {
+            expect(call.isCanceled());
+        }
+        for (auto const& chain : chains)
+        {
+            expect(chain.isFinished());
+        }
+        if (blocked.joinable())
+        {
+            blocked.join();
+        }
+    }
+
+    static void expect(bool finished)
+    {
+        if (!finished)
+        {
+            std::fputs("A future was left unfinished\n", stderr);
+            ::_exit(1);
+        }
+    }
+} lastCheck;
+
+void exitOnIoThread()
+{
+    connection->request(get("/now")).then([](rest::JsonReply const&) { std::exit(0); });
+    ::pause();
+}
+
+void waitOnIoThread()
+{
+    threading::Promise<void> entered;
+    connection->request(get("/now"))
+        .then(
+            [&entered](rest::JsonReply const&)
+            {
+                entered.setValue();
+                lastCheck.calls.front().wait();
+            });
+    entered.future().wait();
+}
+
+void blockAThread()
+{
+    threading::Promise<void> entered;
+    lastCheck.blocked = std::thread(
+        [&entered]
+        {
+            entered.setValue();
+            connection->getThirdPartyAuthenticationKeys(QStringLiteral("I"));
+        });
+    entered.future().wait();
+}
+
+void poll()
+{
+    retriever = std::make_unique<RequestDetailsRetriever>(*connection);
+    std::vector<collaboration::RequestInfo> known;
+    retriever->getUpdates({}, known);
+}
+
+void fetchLogos()
+{
+    lastCheck.chains.push_back(connection->getPartners(QStringLiteral("I"), true));
+}
+
+void sendLate()
+{
+    lastCheck.sendsLate = true;
+}
+
+struct Mode
+{
+    char const* name;
+    void (*prepare)();
+};
+constexpr Mode modes[] = {
+    {"return", [] {}},         {"exitOnIoThread", exitOnIoThread}, {"waitOnIoThread", waitOnIoThread},
+    {"lateRequest", sendLate}, {"blockedThread", blockAThread},    {"poll", poll},
+    {"logos", fetchLogos},
+};
+
+} // namespace
+
+int main(int, char** arguments)
+{
+    // Against living on when the test that started it has crashed.
+    ::alarm(60);
+    connection = TessalyConnection::makeConnection(QUrl(QString::fromLatin1(arguments[1])), {}, {});
+    if (connection->httpConnection().send(get("/now"))->httpStatusCode() != 200)
+    {
+        return 2;
+    }
+    // Two places to the origin are left for what the modes send.
+    for (int i = 0; i < 4; ++i)
+    {
+        lastCheck.calls.push_back(connection->request(get("/stall")));
+    }
+    for (Mode const& mode : modes)
+    {
+        if (std::strcmp(mode.name, arguments[2]) == 0)
+        {
+            mode.prepare();
+            return 0;
+        }
+    }
+    return 3;
+}

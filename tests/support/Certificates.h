@@ -1,0 +1,47 @@
+#pragma once
+
+#include <memory>
+
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+
+#include "tests/support/TlsOptions.h"
+
+namespace test
+{
+
+template <auto free>
+struct Freed
+{
+    template <class T>
+    void operator()(T* object) const
+    {
+        free(object);
+    }
+};
+
+using Key = std::unique_ptr<EVP_PKEY, Freed<&EVP_PKEY_free>>;
+using Certificate = std::unique_ptr<X509, Freed<&X509_free>>;
+
+Key makeKey();
+/// A server's certificate for `key`.
+Certificate makeCertificate(TlsOptions const& options, EVP_PKEY* key);
+
+/// The certificate authority of this process, made when first asked for. Nobody trusts it unless told so.
+class TestAuthority
+{
+public:
+    static TestAuthority const& instance();
+
+    X509* certificate() const { return certificate_.get(); }
+
+    EVP_PKEY* key() const { return key_.get(); }
+
+private:
+    TestAuthority();
+
+    Key key_;
+    Certificate certificate_;
+};
+
+} // namespace test
