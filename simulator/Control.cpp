@@ -1,6 +1,7 @@
 #include "simulator/Control.h"
 
 #include "simulator/Service.h"
+#include "simulator/faults/ServiceFaultKinds.h"
 
 namespace simulator
 {
@@ -28,9 +29,20 @@ constexpr Member faultMembers[] = {
     {"Kind", Kind::Text},
     {"Operation", Kind::Text, false},
     {"Times", Kind::Integer, false},
-    {"Status", Kind::Integer, false},
     {"Milliseconds", Kind::Integer, false},
+    {"Status", Kind::Integer, false},
     {"Body", Kind::Any, false},
+    {"Member", Kind::Text, false},
+    {"Location", Kind::Text, false},
+    {"Seconds", Kind::Integer, false},
+    {"Mebibytes", Kind::Integer, false},
+};
+
+constexpr Member toxicMembers[] = {
+    {"Type", Kind::Text},
+    {"Stream", Kind::Text, false},
+    {"Toxicity", Kind::Any, false},
+    {"Attributes", Kind::Any, false},
 };
 
 Answer reset(Desk& desk, Call const& call)
@@ -40,14 +52,29 @@ Answer reset(Desk& desk, Call const& call)
     return Answer::noContent();
 }
 
-Answer addFault(Desk& desk, Router const& contract, Call const& call)
+faults::FaultProxy& proxyOf(Desk const& desk)
 {
-    auto const operation = call["Operation"].toString("*");
-    if (operation != QLatin1String("*") && !contract.knowsOperation(operation))
+    if (desk.faultProxy == nullptr)
     {
-        throw Refusal(Reason::BadValue, "Operation");
+        throw Refusal(Reason::NotNow, "no fault proxy stands in front");
     }
-    desk.faults.add(call.body);
+    return *desk.faultProxy;
+}
+
+Answer addToxic(Desk& desk, Call const& call)
+try
+{
+    proxyOf(desk).add(faults::ToxicSettings::fromJson(call.body));
+    return Answer::noContent();
+}
+catch (std::invalid_argument const& error)
+{
+    throw Refusal(Reason::BadValue, QString::fromUtf8(error.what()));
+}
+
+Answer clearToxics(Desk& desk)
+{
+    proxyOf(desk).clear();
     return Answer::noContent();
 }
 
@@ -65,6 +92,26 @@ Answer clearFaults(Desk& desk)
 
 } // namespace
 
+void addFault(Desk& desk, Router const& contract, QJsonObject const& rule)
+{
+    auto const* kind = faults::findServiceFaultKind(rule["Kind"].toString());
+    if (kind == nullptr)
+    {
+        throw Refusal(Reason::BadValue, "Kind");
+    }
+    check(faultMembers, rule);
+    auto const operation = rule["Operation"].toString("*");
+    if (operation != QLatin1String("*") && !contract.knowsOperation(operation))
+    {
+        throw Refusal(Reason::BadValue, "Operation");
+    }
+    if (kind->writesRaw && desk.speaksTls)
+    {
+        throw Refusal(Reason::BadValue, "Kind: not over TLS");
+    }
+    desk.faults.add(*kind, rule);
+}
+
 std::vector<Route> controlRoutes(Desk& desk, Router const& contract)
 {
     return {
@@ -78,9 +125,21 @@ std::vector<Route> controlRoutes(Desk& desk, Router const& contract)
          [&desk](Call const&) { return Answer::json(desk.journal.toJson()); }},
         {"clearJournal", "DELETE", "/_control/journal", {}, [&desk](Call const&) { return clearJournal(desk); }},
         {"addFault", "POST", "/_control/fault", faultMembers,
-         [&](Call const& call) { return addFault(desk, contract, call); }},
+         [&](Call const& call)
+         {
+             addFault(desk, contract, call.body);
+             return Answer::noContent();
+         }},
         {"faults", "GET", "/_control/faults", {}, [&desk](Call const&) { return Answer::json(desk.faults.toJson()); }},
         {"clearFaults", "DELETE", "/_control/faults", {}, [&desk](Call const&) { return clearFaults(desk); }},
+        {"addToxic", "POST", "/_control/toxic", toxicMembers,
+         [&desk](Call const& call) { return addToxic(desk, call); }},
+        {"toxics",
+         "GET",
+         "/_control/toxics",
+         {},
+         [&desk](Call const&) { return Answer::json(proxyOf(desk).toJson()); }},
+        {"clearToxics", "DELETE", "/_control/toxics", {}, [&desk](Call const&) { return clearToxics(desk); }},
         {"orders", "GET", "/_control/orders", {}, storedOrders},
         {"cases", "GET", "/_control/cases", {}, storedCases},
         {"stats", "GET", "/_control/stats", {}, storedStatistics},

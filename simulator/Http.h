@@ -5,7 +5,10 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <optional>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace simulator
 {
@@ -24,12 +27,23 @@ struct HttpRequest
     QByteArray bodyMd5 = {}; // lower-case hexadecimal
 };
 
-/// What goes back: a status with a body, or nothing at all when `dropped` is set (the connection is closed unanswered).
+/// Bytes that are written to the connection as they are.
+struct RawBytes
+{
+    QByteArray bytes = {};
+    QByteArray repeated = {}; ///< written after `bytes`, until the client goes away
+    bool isInterim = false;   ///< the answer follows; else the connection is closed
+};
+
+/// What goes back: a status with headers and body, raw bytes in its place, or nothing at all when `dropped` is set (the
+/// connection is closed unanswered).
 struct Answer
 {
     int status = 200;
     QByteArray body = {};
     QByteArray contentType = "application/json";
+    std::vector<std::pair<QByteArray, QByteArray>> headers = {};
+    std::optional<RawBytes> raw = {};
     bool dropped = false;
 
     static Answer json(QJsonObject const& object, int status = 200);

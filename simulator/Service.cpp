@@ -42,6 +42,7 @@ Service::Service(SimulatorOptions const& options)
       contract_(contractRoutes()),
       control_(controlRoutes(desk_, contract_))
 {
+    desk_.speaksTls = options.tls;
     desk_.reset(options.seed);
 }
 
@@ -50,6 +51,24 @@ void Service::stopWaiting()
     Lock const lock(mutex_);
     isStopping_ = true;
     stopping_.notify_all();
+}
+
+void Service::setFaultProxy(faults::FaultProxy* proxy)
+{
+    Lock const lock(mutex_);
+    desk_.faultProxy = proxy;
+}
+
+void Service::addFault(QJsonObject const& rule)
+{
+    Lock const lock(mutex_);
+    simulator::addFault(desk_, contract_, rule);
+}
+
+void Service::clearFaults()
+{
+    Lock const lock(mutex_);
+    desk_.faults.clear();
 }
 
 Answer Service::handle(HttpRequest const& request)

@@ -2,8 +2,9 @@
 
 #include "simulator/Journal.h"
 #include "simulator/Routing.h"
-#include "simulator/ServiceFaults.h"
 #include "simulator/State.h"
+#include "simulator/faults/FaultProxy.h"
+#include "simulator/faults/ServiceFaults.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -19,6 +20,8 @@ struct Desk
     State state;
     Journal journal;
     ServiceFaults faults;
+    faults::FaultProxy* faultProxy = nullptr; ///< null: there is none in front
+    bool speaksTls = false;
     unsigned seed = 0;
 
     /// Back to a fresh start: seeded state, no journal, no faults.
@@ -34,6 +37,10 @@ public:
     Answer handle(HttpRequest const& request);
     /// Ends the delays that faults cause, those to come included.
     void stopWaiting();
+    void setFaultProxy(faults::FaultProxy* proxy);
+    /// Throws a Refusal.
+    void addFault(QJsonObject const& rule);
+    void clearFaults();
 
 private:
     using Lock = std::unique_lock<std::mutex>;

@@ -3,6 +3,9 @@
 #include "simulator/Certificate.h"
 #include "simulator/Service.h"
 #include "simulator/Sockets.h"
+#include "simulator/faults/FaultProxy.h"
+#include "simulator/faults/FaultText.h"
+#include "simulator/faults/ToxicKinds.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -69,12 +72,17 @@ public:
     QString start();
     void stop();
     QString certificateFile() const { return certificateFile_.fileName(); }
+    QString directUrl() const { return urlOf(port_); }
+    faults::FaultProxy* faultProxy() const { return proxy_.get(); }
+    Service& service() { return service_; }
 
 private:
+    QString urlOf(int port) const;
     void makeHttpServer();
     void prepareSocket(int socket);
     void addHandlers();
     void answer(httplib::Request const& request, HttpRequest const& received, httplib::Response& response);
+    void writeRaw(RawBytes const& raw, int clientPort) const;
 
     SimulatorOptions const options_;
     Service service_;
@@ -82,6 +90,7 @@ private:
     std::unique_ptr<httplib::Server> http_;
     int listeningSocket_ = -1;
     int port_ = -1;
+    std::unique_ptr<faults::FaultProxy> proxy_;
     std::thread thread_;
 };
 
@@ -169,13 +178,21 @@ void Simulator::Server::answer(
     httplib::Request const& request, HttpRequest const& received, httplib::Response& response)
 {
     auto const answer = service_.handle(received);
-    if (answer.dropped)
+    if (answer.raw)
+    {
+        writeRaw(*answer.raw, request.remote_port);
+    }
+    if (answer.dropped || (answer.raw && !answer.raw->isInterim))
     {
         // The HTTP library always writes an answer; on a connection that is shut down it reaches nobody.
         shutdownConnections(port_, request.remote_port);
         return;
     }
     response.status = answer.status;
+    for (auto const& [name, value] : answer.headers)
+    {
+        response.set_header(name.toStdString(), value.toStdString());
+    }
     if (answer.status == 401)
     {
         response.set_header("WWW-Authenticate", "Basic realm=\"KELO\"");
@@ -186,9 +203,19 @@ void Simulator::Server::answer(
     }
 }
 
+void Simulator::Server::writeRaw(RawBytes const& raw, int clientPort) const
+{
+    auto isOpen = sendOnConnection(port_, clientPort, raw.bytes);
+    while (isOpen && !raw.repeated.isEmpty())
+    {
+        isOpen = sendOnConnection(port_, clientPort, raw.repeated);
+    }
+}
+
 QString Simulator::Server::start()
 {
-    auto const wanted = options_.port;
+    // With a fault proxy in front, clients come to its port.
+    auto const wanted = options_.faultSeed ? 0 : options_.port;
     port_ = wanted == 0 ? http_->bind_to_any_port(loopback) : http_->bind_to_port(loopback, wanted) ? wanted : -1;
     if (port_ < 0)
     {
@@ -201,8 +228,18 @@ QString Simulator::Server::start()
     {
         std::this_thread::yield();
     }
+    if (options_.faultSeed)
+    {
+        proxy_ = std::make_unique<faults::FaultProxy>(port_, *options_.faultSeed, options_.port);
+        service_.setFaultProxy(proxy_.get());
+    }
+    return urlOf(proxy_ ? proxy_->port() : port_);
+}
+
+QString Simulator::Server::urlOf(int port) const
+{
     return QStringLiteral("%1://%2:%3")
-        .arg(QLatin1String(options_.tls ? "https" : "http"), QLatin1String(loopback), QString::number(port_));
+        .arg(QLatin1String(options_.tls ? "https" : "http"), QLatin1String(loopback), QString::number(port));
 }
 
 void Simulator::Server::stop()
@@ -212,6 +249,8 @@ void Simulator::Server::stop()
         return;
     }
     service_.stopWaiting();
+    service_.setFaultProxy(nullptr);
+    proxy_.reset();
     http_->stop();
     shutdownConnections(port_);
     thread_.join();
@@ -234,6 +273,42 @@ void Simulator::stop()
 QString Simulator::certificateFile() const
 {
     return server_->certificateFile();
+}
+
+QString Simulator::directUrl() const
+{
+    return server_->directUrl();
+}
+
+faults::FaultProxy* Simulator::faultProxy() const
+{
+    return server_->faultProxy();
+}
+
+void Simulator::clearFaults()
+{
+    server_->service().clearFaults();
+    if (auto* const proxy = faultProxy())
+    {
+        proxy->clear();
+    }
+}
+
+void Simulator::addFault(QString const& text)
+{
+    faults::FaultText const fault(text);
+    if (faults::findToxicKind(fault.name()) == nullptr)
+    {
+        server_->service().addFault(fault.toServiceFault());
+    }
+    else if (auto* const proxy = faultProxy())
+    {
+        proxy->add(faults::ToxicSettings::fromJson(fault.toToxic()));
+    }
+    else
+    {
+        throw std::invalid_argument("no fault proxy stands in front");
+    }
 }
 
 } // namespace simulator

@@ -4,9 +4,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace simulator
 {
+
+namespace faults
+{
+class FaultProxy;
+}
 
 struct SimulatorOptions
 {
@@ -15,6 +21,7 @@ struct SimulatorOptions
     bool tls = false;          ///< HTTPS with a certificate made at start
     QString username = "kelo"; ///< HTTP Basic; empty: no credentials are asked for
     QString password = "kelo";
+    std::optional<quint64> faultSeed;        ///< set: a fault proxy stands in front; its chance is drawn from this seed
     std::size_t workerThreads = 64;          ///< how many connections can be open at once; each one keeps its thread
     std::function<void(QString const&)> log; ///< gets a line for every request answered, from any thread
 };
@@ -38,6 +45,16 @@ public:
 
     /// The PEM file with the certificate that clients must trust; exists as long as this object. Empty without TLS.
     QString certificateFile() const;
+
+    /// The address behind the fault proxy; what `start` returned if there is none.
+    QString directUrl() const;
+    /// The fault proxy in front; null without one. Exists from `start` to `stop`.
+    faults::FaultProxy* faultProxy() const;
+    /// A fault as text (faults/FaultText.h), at the fault proxy or in the service, from now on. Throws std::exception
+    /// naming what is not understood.
+    void addFault(QString const& text);
+    /// Ends all faults of both kinds.
+    void clearFaults();
 
 private:
     class Server;

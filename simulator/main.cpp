@@ -1,4 +1,6 @@
 #include "simulator/Simulator.h"
+#include "simulator/faults/ServiceFaultKinds.h"
+#include "simulator/faults/ToxicKinds.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -16,7 +19,31 @@ struct CommandLine
 {
     simulator::SimulatorOptions options;
     bool exitWithParent = false;
+    std::vector<std::string> faults;
 };
+
+std::string faultHelp()
+{
+    std::string text =
+        "Transport faults, with stream=upstream|downstream and toxicity=0..1 beside their own attributes:\n";
+    for (auto const* const kind : simulator::faults::toxicKinds())
+    {
+        text += std::string("  ") + kind->name;
+        for (auto const& attribute : kind->attributes)
+        {
+            text += attribute.name == nullptr
+                        ? std::string()
+                        : std::string(" ") + attribute.name + "=" + std::to_string(attribute.usual);
+        }
+        text += '\n';
+    }
+    text += "Faults of the service, with operation=NAME, times=N (-1: always) and milliseconds=N (delay):\n ";
+    for (auto const* const kind : simulator::faults::serviceFaultKinds())
+    {
+        text += std::string(" ") + kind->name;
+    }
+    return text;
+}
 
 /// Nothing: the program is done already (help, version, a mistake), with the exit code in `exitCode`.
 std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
@@ -36,6 +63,13 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     app.add_option("--password", password, "Password asked for")->capture_default_str();
     app.add_flag("--verbose", verbose, "Write every request to standard error");
     app.add_flag("--exit-with-parent", line.exitWithParent, "Stop when the process that started it is gone");
+    quint64 faultSeed = 1;
+    bool wantsProxy = false;
+    app.add_flag("--fault-proxy", wantsProxy, "Put a proxy for transport faults in front");
+    app.add_option("--fault", line.faults, "A fault in force from the start, KIND[:NAME=VALUE,...]; may be repeated")
+        ->allow_extra_args(false);
+    app.add_option("--fault-seed", faultSeed, "Seed of the faults that strike by chance")->capture_default_str();
+    app.footer(faultHelp());
     try
     {
         app.parse(argc, argv);
@@ -45,6 +79,10 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
         exitCode = app.exit(error);
         return std::nullopt;
     }
+    if (wantsProxy || !line.faults.empty())
+    {
+        line.options.faultSeed = faultSeed;
+    }
     line.options.username = QString::fromStdString(user);
     line.options.password = QString::fromStdString(password);
     if (verbose)
@@ -52,6 +90,29 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
         line.options.log = [](QString const& text) { std::cerr << (text.toStdString() + '\n') << std::flush; };
     }
     return line;
+}
+
+/// Puts the faults in force; false, with the reason on standard error, if one is not understood.
+bool addFaults(simulator::Simulator& service, CommandLine const& line)
+{
+    for (auto const& fault : line.faults)
+    {
+        try
+        {
+            service.addFault(QString::fromStdString(fault));
+        }
+        catch (std::exception const& error)
+        {
+            std::cerr << "kelo-simulator: --fault " << fault << ": not understood (" << error.what() << ")\n";
+            return false;
+        }
+    }
+    if (line.options.faultSeed)
+    {
+        std::cerr << "kelo-simulator fault seed " << *line.options.faultSeed << '\n'
+                  << "kelo-simulator without the faults " << service.directUrl().toStdString() << std::endl;
+    }
+    return true;
 }
 
 /// Waits for SIGTERM or SIGINT, which must be blocked in all threads, or for the end of the parent.
@@ -85,6 +146,10 @@ int run(CommandLine const& line, std::optional<pid_t> parent)
     if (auto const file = service.certificateFile(); !file.isEmpty())
     {
         std::cerr << "kelo-simulator certificate " << file.toStdString() << std::endl;
+    }
+    if (!addFaults(service, line))
+    {
+        return EXIT_FAILURE;
     }
     std::cout << "kelo-simulator listening on " << url.toStdString() << std::endl;
     waitForEnd(stopSignals, parent);

@@ -320,6 +320,29 @@ TEST_F(SimulatorTest, manyClientsStayConnectedAndAStopEndsThemAll)
     EXPECT_FALSE(clients[1]->Get("/Installations/INST-1001/connections"));
 }
 
+TEST(SimulatorWithFaultProxy, toxicsAreControlledPastThem)
+{
+    SimulatorOptions options;
+    options.faultSeed = 3;
+    Simulator service(options);
+    httplib::Client through("127.0.0.1", QUrl(service.start()).port());
+    httplib::Client past("127.0.0.1", QUrl(service.directUrl()).port());
+    auto const add = [&past](char const* toxic) { return past.Post("/_control/toxic", toxic, "")->status; };
+    EXPECT_EQ(add(R"({"Type":"reset_peer","Stream":"upstream","Toxicity":1,"Attributes":{"timeout":1}})"), 204);
+    EXPECT_FALSE(through.Get("/_control/faults"));
+    auto const toxics = parsed(past.Get("/_control/toxics")->body);
+    EXPECT_EQ(toxics[0]["Fired"], 1);
+    EXPECT_EQ(toxics[0]["Attributes"]["timeout"], 1);
+    EXPECT_EQ(past.Delete("/_control/toxics")->status, 204);
+    EXPECT_TRUE(through.Get("/_control/faults"));
+
+    EXPECT_EQ(add(R"({"Type":"no_such"})"), 400);
+    EXPECT_EQ(add(R"({"Type":"latency","Attributes":{"latency":"long"}})"), 400);
+    Simulator plain;
+    httplib::Client other("127.0.0.1", QUrl(plain.start()).port());
+    EXPECT_EQ(other.Post("/_control/toxic", R"({"Type":"down"})", "")->status, 409);
+}
+
 TEST(SimulatorTls, itsCertificateCanBeTrusted)
 {
     SimulatorOptions options;

@@ -9,7 +9,15 @@
 namespace simulator
 {
 
-struct FaultKind;
+/// What a kind of fault does: stand in for the operation, which then is not carried out, or spoil its answer. Both get
+/// the rule as it was given. The delay of a rule comes before either.
+struct FaultKind
+{
+    char const* name = "";
+    Answer (*replacement)(QJsonObject const& settings) = nullptr;
+    void (*distort)(Answer& answer, QJsonObject const& settings) = nullptr;
+    bool writesRaw = false; ///< writes past the HTTP server, hence not over TLS
+};
 
 /// A rule that spoils the next calls of one operation, or of all ("*").
 struct FaultRule
@@ -18,13 +26,10 @@ struct FaultRule
     FaultKind const* kind = nullptr;
     int timesLeft = 1; // below 0: for ever
     int fired = 0;
-    int status = 0; // 0: what is usual for the kind
-    std::optional<QByteArray> body = {};
     std::chrono::milliseconds delay{0};
+    QJsonObject settings = {};
 
-    /// The answer that stands in for the operation, which then is not carried out.
     std::optional<Answer> replacement() const;
-    /// Spoils the answer of an operation that was carried out.
     void distort(Answer& answer) const;
 };
 
@@ -32,8 +37,7 @@ struct FaultRule
 class ServiceFaults
 {
 public:
-    /// Reads a rule from its JSON form; throws a Refusal for an unknown kind.
-    void add(QJsonObject const& json);
+    void add(FaultKind const& kind, QJsonObject const& json);
     /// The rule that fires for this call, counted as fired.
     std::optional<FaultRule> fire(QString const& operation);
     void clear();

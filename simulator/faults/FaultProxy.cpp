@@ -1,0 +1,262 @@
+#include "simulator/faults/FaultProxy.h"
+
+#include "simulator/Sockets.h"
+#include "simulator/faults/ProxiedConnection.h"
+#include "simulator/faults/ToxicKinds.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace simulator::faults
+{
+
+namespace
+{
+
+constexpr char const* upstreamName = "upstream";
+constexpr char const* downstreamName = "downstream";
+
+[[noreturn]] void refuse(QString const& what)
+{
+    throw std::invalid_argument(what.toStdString());
+}
+
+Attributes usualAttributes(ToxicKind const& kind)
+{
+    Attributes usual;
+    for (auto const& attribute : kind.attributes)
+    {
+        if (attribute.name != nullptr)
+        {
+            usual.insert(attribute.name, attribute.usual);
+        }
+    }
+    return usual;
+}
+
+Direction directionOf(QString const& name)
+{
+    if (name != QLatin1String(upstreamName) && name != QLatin1String(downstreamName))
+    {
+        refuse("Stream: " + name + " is neither upstream nor downstream");
+    }
+    return name == QLatin1String(upstreamName) ? Direction::Upstream : Direction::Downstream;
+}
+
+} // namespace
+
+ToxicSettings ToxicSettings::fromJson(QJsonObject const& json)
+{
+    ToxicSettings settings;
+    auto const type = json["Type"].toString();
+    settings.kind = findToxicKind(type);
+    if (settings.kind == nullptr)
+    {
+        refuse("Type: there is no toxic " + type);
+    }
+    settings.direction = directionOf(json["Stream"].toString(downstreamName));
+    settings.toxicity = json.contains("Toxicity") ? json["Toxicity"].toDouble(-1) : 1;
+    auto const byChance = settings.kind->make != nullptr;
+    if (!(settings.toxicity >= 0 && settings.toxicity <= 1) || (!byChance && settings.toxicity != 1))
+    {
+        refuse(byChance ? "Toxicity: not from 0 to 1" : "Toxicity: " + type + " is never left to chance");
+    }
+    settings.attributes = usualAttributes(*settings.kind);
+    auto const given = json["Attributes"].toObject();
+    for (auto const& name : given.keys())
+    {
+        auto const value = given[name].toInteger(-1);
+        if (!settings.attributes.contains(name) || value < 0)
+        {
+            refuse(name + ": no attribute of " + type + ", or no number of 0 or more");
+        }
+        settings.attributes[name] = value;
+    }
+    return settings;
+}
+
+FaultProxy::FaultProxy(int upstreamPort, quint64 seed, int port)
+    : upstreamPort_(upstreamPort),
+      seed_(seed),
+      port_(port),
+      listener_(listenOnLoopback(port_)),
+      wakeEvent_(::eventfd(0, EFD_CLOEXEC)),
+      random_(seed)
+{
+    if (listener_ < 0)
+    {
+        ::close(wakeEvent_);
+        throw std::runtime_error("cannot listen on port " + std::to_string(port));
+    }
+    acceptor_ = std::thread([this] { acceptLoop(); });
+}
+
+FaultProxy::~FaultProxy()
+{
+    isStopping_ = true;
+    ::eventfd_write(wakeEvent_, 1);
+    acceptor_.join();
+    {
+        std::lock_guard const lock(mutex_);
+        stopListening();
+        for (auto const& connection : connections_)
+        {
+            connection->end(false);
+        }
+    }
+    // Their threads still ask for the toxics, which takes the mutex.
+    connections_.clear();
+    ::close(wakeEvent_);
+}
+
+std::shared_ptr<ToxicInForce const> FaultProxy::add(ToxicSettings const& settings)
+{
+    auto toxic = std::make_shared<ToxicInForce>(settings);
+    std::lock_guard const lock(mutex_);
+    toxics_.push_back(toxic);
+    ++generation_;
+    if (settings.kind->make == nullptr)
+    {
+        ++toxic->fired;
+        stopListening();
+        for (auto const& connection : connections_)
+        {
+            toxic->fired += connection->isFinished() ? 0 : 1;
+            connection->end(true);
+        }
+    }
+    return toxic;
+}
+
+void FaultProxy::clear()
+{
+    std::lock_guard const lock(mutex_);
+    for (auto const& toxic : std::exchange(toxics_, {}))
+    {
+        toxic->isRemoved = true;
+    }
+    ++generation_;
+    for (auto const& connection : connections_)
+    {
+        connection->wake();
+    }
+    if (listener_ < 0 && !isStopping_)
+    {
+        listener_ = listenOnLoopback(port_);
+        if (listener_ < 0)
+        {
+            throw std::runtime_error("cannot listen again on port " + std::to_string(port_));
+        }
+        ::eventfd_write(wakeEvent_, 1);
+    }
+}
+
+QJsonArray FaultProxy::toJson() const
+{
+    QJsonArray array;
+    std::lock_guard const lock(mutex_);
+    for (auto const& toxic : toxics_)
+    {
+        auto const& settings = toxic->settings;
+        QJsonObject attributes;
+        for (auto const& name : settings.attributes.keys())
+        {
+            attributes[name] = settings.attributes[name];
+        }
+        array.append(QJsonObject{
+            {"Type", settings.kind->name},
+            {"Stream", settings.direction == Direction::Upstream ? upstreamName : downstreamName},
+            {"Toxicity", settings.toxicity},
+            {"Attributes", attributes},
+            {"Fired", toxic->fired.load()}});
+    }
+    return array;
+}
+
+int FaultProxy::acceptedCount() const
+{
+    std::lock_guard const lock(mutex_);
+    return accepted_;
+}
+
+int FaultProxy::openCount() const
+{
+    std::lock_guard const lock(mutex_);
+    auto const open = std::count_if(
+        connections_.begin(), connections_.end(), [](auto const& connection) { return !connection->isFinished(); });
+    return static_cast<int>(open);
+}
+
+void FaultProxy::acceptLoop()
+{
+    while (!isStopping_)
+    {
+        std::unique_lock lock(mutex_);
+        pollfd waited[] = {{wakeEvent_, POLLIN, 0}, {listener_, POLLIN, 0}};
+        lock.unlock();
+        ::poll(waited, 2, -1);
+        if (waited[0].revents != 0)
+        {
+            eventfd_t count = 0;
+            ::eventfd_read(wakeEvent_, &count);
+        }
+        lock.lock();
+        acceptOne();
+    }
+}
+
+void FaultProxy::acceptOne()
+{
+    connections_.remove_if([](auto const& connection) { return connection->isFinished(); });
+    auto const client = listener_ < 0 ? -1 : ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (client >= 0)
+    {
+        ++accepted_;
+        int const on = 1;
+        ::setsockopt(client, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+        connections_.push_back(std::make_unique<ProxiedConnection>(*this, client, upstreamPort_));
+    }
+}
+
+void FaultProxy::stopListening()
+{
+    if (listener_ >= 0)
+    {
+        // Closing alone leaves it listening as long as the acceptor still waits for it.
+        ::shutdown(listener_, SHUT_RDWR);
+        ::close(listener_);
+        listener_ = -1;
+        ::eventfd_write(wakeEvent_, 1);
+    }
+}
+
+FaultProxy::Toxics FaultProxy::toxicsOf(Direction direction) const
+{
+    std::lock_guard const lock(mutex_);
+    Toxics chosen;
+    std::copy_if(
+        toxics_.begin(), toxics_.end(), std::back_inserter(chosen),
+        [direction](auto const& toxic) { return toxic->settings.direction == direction; });
+    return chosen;
+}
+
+qint64 FaultProxy::random(qint64 low, qint64 high)
+{
+    std::lock_guard const lock(randomMutex_);
+    return std::uniform_int_distribution(low, high)(random_);
+}
+
+bool FaultProxy::strikes(double toxicity)
+{
+    std::lock_guard const lock(randomMutex_);
+    return std::bernoulli_distribution(toxicity)(random_);
+}
+
+} // namespace simulator::faults
