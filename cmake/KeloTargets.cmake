@@ -12,6 +12,13 @@ if(KELO_SANITIZE)
   endif()
 endif()
 
+if(KELO_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "KELO_FUZZ needs clang (the preset \"fuzz\"); the compiler is ${CMAKE_CXX_COMPILER}")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # kelo_add_library(<target> EXPORT_HEADER <path below the include root> EXPORT_MACRO <name> SOURCES ... PUBLIC ... PRIVATE ...)
 # A library of this repository: include root is the repository root, symbols hidden unless exported, shared or static as the build says.
 function(kelo_add_library target)
