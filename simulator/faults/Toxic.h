@@ -63,7 +63,7 @@ struct ToxicKind
         qint64 usual = 0;
     };
 
-    char const* name;
+    char const* name = "";
     std::array<Attribute, 3> attributes = {};
     std::unique_ptr<Toxic> (*make)(Attributes const& attributes) = nullptr; ///< null: the proxy itself is the fault
 };
