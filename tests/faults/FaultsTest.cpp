@@ -61,7 +61,11 @@ public:
         Seen seen;
         if (socket_ >= 0)
         {
-            ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+            // Even an empty text would take the news of a reset.
+            if (!text.empty())
+            {
+                ::send(socket_, text.data(), text.size(), MSG_NOSIGNAL);
+            }
             readAll(seen, patience, last);
         }
         auto const elapsed = std::chrono::steady_clock::now() - begin;

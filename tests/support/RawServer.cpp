@@ -23,6 +23,8 @@ constexpr std::chrono::seconds patience{20};
 int listenOnLoopback(std::uint16_t& port)
 {
     int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int const on = 1;
+    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -319,6 +321,11 @@ void RawServer::serve(Peer& peer, int number)
         outcome = answer(peer.socket, buffer, number);
     }
     std::lock_guard const lock(mutex_);
+    if (outcome == Outcome::ClosedByClient)
+    {
+        // Frees the client's port at once; thousands of repetitions would use up all of them.
+        peer.socket.resetOnClose();
+    }
     peer.socket.close();
     counters_.closedByClient += outcome == Outcome::ClosedByClient && !counters_.stopping ? 1 : 0;
     changed_.notify_all();
