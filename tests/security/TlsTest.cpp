@@ -77,8 +77,9 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
         {"not yet valid", valid(1h, 24h), "certificate is not yet valid"},
         {"of no authority", {}, "self-signed certificate"},
         {"TLS 1.2", speaking(TLS1_2_VERSION), nullptr},
-        {"TLS 1.1", speaking(TLS1_1_VERSION), "protocol"},
-        {"TLS 1.0", speaking(TLS1_VERSION), "protocol"},
+        // The server may be gone before its reason is read.
+        {"TLS 1.1", speaking(TLS1_1_VERSION), "No secure connection"},
+        {"TLS 1.0", speaking(TLS1_VERSION), "No secure connection"},
     };
     for (auto const& row : rows)
     {
