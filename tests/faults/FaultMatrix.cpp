@@ -226,6 +226,7 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
     firedByChance_[nameOf(fault)] += service_.firedCount();
     service_.clearFaults();
 
+    connection->setDefaultTimeout(60s);
     checkNextCalls(*connection);
     connection.reset();
     check(
