@@ -80,7 +80,7 @@ private:
 
 void ProxiedConnection::Link::run()
 {
-    QByteArray buffer(64 * 1024, Qt::Uninitialized);
+    QByteArray buffer(qsizetype{64} * 1024, Qt::Uninitialized);
     while (connection_.waitFor(from_, POLLIN))
     {
         auto const count = ::recv(from_, buffer.data(), static_cast<std::size_t>(buffer.size()), MSG_DONTWAIT);

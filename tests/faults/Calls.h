@@ -36,11 +36,11 @@ struct Target
 
 struct Call
 {
-    char const* name;
-    Result (*run)(TessalyConnection& connection, Target const& target);
+    char const* name = "";
+    Result (*run)(TessalyConnection& connection, Target const& target) = nullptr;
     /// What a refusal and a loss look like to its caller.
-    Outcome whenRefused;
-    Outcome whenLost;
+    Outcome whenRefused = Outcome::Refused;
+    Outcome whenLost = Outcome::Lost;
     bool showsSpoiling = true; ///< whether every fault that spoils answers shows in its content
 };
 
