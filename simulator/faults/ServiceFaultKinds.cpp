@@ -1,6 +1,7 @@
 #include "simulator/faults/ServiceFaultKinds.h"
 
-#include <algorithm>
+#include "simulator/faults/FindByName.h"
+
 #include <array>
 
 namespace simulator::faults
@@ -17,10 +18,7 @@ std::span<FaultKind const* const> serviceFaultKinds()
 
 FaultKind const* findServiceFaultKind(QString const& name)
 {
-    auto const kinds = serviceFaultKinds();
-    auto const found = std::find_if(
-        kinds.begin(), kinds.end(), [&name](auto const* kind) { return name == QLatin1String(kind->name); });
-    return found == kinds.end() ? nullptr : *found;
+    return findByName(serviceFaultKinds(), name);
 }
 
 } // namespace simulator::faults

@@ -1,6 +1,8 @@
 #include "simulator/faults/ToxicKinds.h"
 
-#include <algorithm>
+#include "simulator/faults/FindByName.h"
+
+#include <array>
 
 namespace simulator::faults
 {
@@ -14,10 +16,7 @@ std::span<ToxicKind const* const> toxicKinds()
 
 ToxicKind const* findToxicKind(QString const& name)
 {
-    auto const kinds = toxicKinds();
-    auto const found = std::find_if(
-        kinds.begin(), kinds.end(), [&name](auto const* kind) { return name == QLatin1String(kind->name); });
-    return found == kinds.end() ? nullptr : *found;
+    return findByName(toxicKinds(), name);
 }
 
 } // namespace simulator::faults

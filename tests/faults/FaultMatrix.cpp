@@ -8,12 +8,12 @@
 #include <map>
 #include <mutex>
 #include <set>
-#include <thread>
 
 #include <QCoreApplication>
 
 #include "tests/faults/Calls.h"
 #include "tests/faults/Faults.h"
+#include "tests/support/Waiting.h"
 
 namespace
 {
@@ -55,21 +55,6 @@ std::set<Outcome> allowedOutcomes(Fault const& fault, Call const& call)
         return {Outcome::Ok, Outcome::Other, call.whenLost};
     }
     return {};
-}
-
-template <class Condition>
-bool comesTrue(Condition condition)
-{
-    auto const deadline = std::chrono::steady_clock::now() + 30s;
-    while (!condition())
-    {
-        if (std::chrono::steady_clock::now() > deadline)
-        {
-            return false;
-        }
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
 }
 
 /// Runs cells, and collects what is wrong with them.

@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <set>
-#include <thread>
 
 #include <QJsonDocument>
 #include <QUrl>
@@ -19,6 +18,7 @@
 #include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
 #include "tests/support/RawServer.h"
+#include "tests/support/Waiting.h"
 
 using namespace simulator;
 using namespace simulator::faults;
@@ -121,12 +121,7 @@ struct ProxiedServer
 
 bool fires(ToxicInForce const& toxic)
 {
-    auto const deadline = std::chrono::steady_clock::now() + 30s;
-    while (toxic.fired == 0 && std::chrono::steady_clock::now() < deadline)
-    {
-        std::this_thread::yield();
-    }
-    return toxic.fired > 0;
+    return test::comesTrue([&toxic] { return toxic.fired > 0; });
 }
 
 TEST(Toxics, doWhatTheirNamesSay)

@@ -1,10 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <thread>
-
-#include <dirent.h>
-#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
@@ -16,6 +12,7 @@
 #include <platform/threading/Future.h>
 
 #include "tests/support/RawServer.h"
+#include "tests/support/Waiting.h"
 
 namespace test
 {
@@ -31,32 +28,10 @@ inline int repetitions()
     return wanted > 0 ? wanted : 5;
 }
 
-inline int openSockets()
-{
-    DIR* const descriptors = ::opendir("/proc/self/fd");
-    int count = 0;
-    while (dirent const* const entry = ::readdir(descriptors))
-    {
-        struct stat status = {};
-        count += ::fstatat(::dirfd(descriptors), entry->d_name, &status, 0) == 0 && S_ISSOCK(status.st_mode) ? 1 : 0;
-    }
-    ::closedir(descriptors);
-    return count;
-}
-
 /// Waits until no more than `count` sockets are open in this process; false when it takes too long.
 inline bool waitForSockets(int count)
 {
-    auto const deadline = std::chrono::steady_clock::now() + patience;
-    while (openSockets() > count)
-    {
-        if (std::chrono::steady_clock::now() > deadline)
-        {
-            return false;
-        }
-        std::this_thread::yield();
-    }
-    return true;
+    return comesTrue([count] { return openSockets() <= count; });
 }
 
 /// Waits for the future while the events of the calling thread run; false when it takes too long.

@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-#include "tests/support/FaultedService.h"
+#include "tests/support/Waiting.h"
 
 namespace soak
 {

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "tests/soak/Traffic.h"
+#include "tests/support/Waiting.h"
 
 namespace soak
 {
@@ -25,21 +26,6 @@ constexpr bool isSanitized = true;
 #else
 constexpr bool isSanitized = false;
 #endif
-
-template <class Condition>
-bool comesTrue(Condition condition)
-{
-    auto const deadline = std::chrono::steady_clock::now() + patience;
-    while (!condition())
-    {
-        if (std::chrono::steady_clock::now() > deadline)
-        {
-            return false;
-        }
-        std::this_thread::sleep_for(1ms);
-    }
-    return true;
-}
 
 void work(Caller& caller, Stop const& stop)
 {
@@ -145,7 +131,7 @@ void Soak::blowAndCall()
     stop.waitFor(std::clamp<std::chrono::milliseconds>(duration_ / 10, 500ms, 2000ms));
     stop.set();
     all.front().join();
-    if (!comesTrue([&working] { return working == 0; }))
+    if (!test::comesTrue([&working] { return working == 0; }))
     {
         giveUp(std::to_string(working) + " threads still wait");
     }
@@ -167,7 +153,7 @@ catch (std::exception const& error)
 
 void Soak::awaitEnd()
 {
-    if (!comesTrue([this] { return ledger_.openCount() == 0; }))
+    if (!test::comesTrue([this] { return ledger_.openCount() == 0; }))
     {
         giveUp("futures have not finished");
     }
@@ -224,7 +210,7 @@ Resources Soak::measure()
     occupyConnections();
     service_.reset();
     auto const most = static_cast<int>(sockets_ * growth);
-    if (!comesTrue([most] { return test::openSockets() <= most; }))
+    if (!test::comesTrue([most] { return test::openSockets() <= most; }))
     {
         ledger_.violate(
             "sockets are left open: " + std::to_string(test::openSockets()) + " instead of "

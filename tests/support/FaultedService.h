@@ -5,8 +5,6 @@
 #include <stdexcept>
 #include <string>
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -102,17 +100,5 @@ private:
     QString const url_;
     std::unique_ptr<TessalyConnection> control_;
 };
-
-/// The sockets that this process has open.
-inline int openSockets()
-{
-    int count = 0;
-    for (auto const& name : QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System))
-    {
-        auto const target = QFileInfo(QStringLiteral("/proc/self/fd/") + name).symLinkTarget();
-        count += target.contains(QLatin1String("socket:")) ? 1 : 0;
-    }
-    return count;
-}
 
 } // namespace test

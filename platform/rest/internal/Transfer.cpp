@@ -91,7 +91,7 @@ Value Transfer::info(CURLINFO which) const
 
 void Transfer::beginExchange()
 {
-    // libcurl before 8.1.1 uses freed memory when a handle is not new and an answer's first header is a folded line.
+    // libcurl 7.88 uses freed memory when a handle is not new and an answer's first header is a folded line.
     handle_.reset(curl_easy_init());
     attempts_ = 0;
     headerBytes_ = 0;
