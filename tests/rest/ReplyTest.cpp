@@ -1,4 +1,6 @@
 // How answers are classified, and what ends an exchange as a network error.
+#include <thread>
+
 #include <QJsonArray>
 
 #include "tests/rest/RestTestSupport.h"
@@ -38,6 +40,7 @@ TEST(Reply, answersKeepStatusAndDocument)
          1, true},
         {rawReply("HTTP/1.0 200 OK\r\n\r\n{\"a\":1}").thenClose(), 200, 0, true},
         {rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n[1\r\n1\r\n]\r\n0\r\n\r\n"), 200, 0, true},
+        {reply(200, gzippedArray, gzipped), 200, 0, true},
         {reply(200, "{\"a\":\"" + QByteArray(300000, 'x') + "\"}").inSlices(70000, 0ms), 200, 0, true},
     };
     for (Case const& row : cases)
@@ -53,8 +56,31 @@ TEST(Reply, answersKeepStatusAndDocument)
             EXPECT_EQ(answer->errorCode(), row.classification == 0 ? 0 : row.status) << head;
             EXPECT_EQ(answer->errorText().isEmpty(), row.classification == 0) << head;
             EXPECT_EQ(!answer->body().isNull(), row.hasDocument) << head;
+            QByteArray const& text = answer->text();
+            EXPECT_EQ(answer->body(), QJsonDocument::fromJson(text)) << head;
+            EXPECT_TRUE(text.isEmpty() || text.capacity() - text.size() >= rest::replyPadding) << head;
         }
     }
+}
+
+TEST(Reply, documentIsMadeOnceFromAnyThreadOrGiven)
+{
+    using JsonReply = rest::NetworkReply<QJsonDocument>;
+    JsonReply const received(200, 0, 0, {}, QByteArray("[1,[]]"));
+    QJsonDocument const* seen = nullptr;
+    std::thread other([&] { seen = &received.body(); });
+    QJsonDocument const* const own = &received.body();
+    other.join();
+    EXPECT_EQ(own, seen);
+    JsonReply copy;
+    copy = received;
+    JsonReply const given(200, 0, 0, {}, received.body());
+    EXPECT_TRUE(given.text().isNull());
+    for (JsonReply const& reply : {copy, given})
+    {
+        EXPECT_EQ(reply.body().toJson(QJsonDocument::Compact), "[1,[]]");
+    }
+    EXPECT_TRUE(JsonReply(200, 0, 0, {}, {}).body().isNull());
 }
 
 TEST(Reply, brokenAnswersAreNetworkErrors)

@@ -18,7 +18,7 @@ int classify(Outcome const& outcome)
 }
 
 template <class Body>
-std::shared_ptr<NetworkReply<Body>> makeReply(Outcome const& outcome, Body body)
+std::shared_ptr<NetworkReply<Body>> makeReply(Outcome const& outcome, QByteArray body)
 {
     int const classification = classify(outcome);
     int const errorCode = classification == 1 ? outcome.httpStatus : outcome.error;
@@ -52,7 +52,8 @@ Call::~Call() = default;
 
 void JsonCall::complete(Outcome outcome)
 {
-    promise_.setValue(makeReply(outcome, QJsonDocument::fromJson(outcome.body)));
+    QByteArray text = std::move(outcome.body);
+    promise_.setValue(makeReply<QJsonDocument>(outcome, std::move(text)));
 }
 
 void JsonCall::cancel()
@@ -79,7 +80,7 @@ void DownloadCall::complete(Outcome outcome)
         if (callback && !promise_.future().isFinished())
         {
             QByteArray body = outcome.error == 0 ? std::move(outcome.body) : QByteArray();
-            callback(makeReply(outcome, std::move(body)));
+            callback(makeReply<QByteArray>(outcome, std::move(body)));
         }
     }
     catch (...)

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <platform/rest/internal/ReplyBuffer.h>
+
 namespace rest
 {
 
@@ -84,6 +86,7 @@ ContentDecoder::Result ContentDecoder::inflateInput(QByteArray& output, qint64 l
         {
             return Result::TooLarge;
         }
+        makeRoom(output, produced);
         output.append(reinterpret_cast<char const*>(piece.data()), produced);
     } while (outcome == Z_OK && stream_.avail_out == 0);
     if (outcome == Z_STREAM_END)

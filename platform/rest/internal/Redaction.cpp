@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include <platform/rest/internal/ReplyBuffer.h>
+
 namespace rest
 {
 
@@ -19,7 +21,12 @@ void redactCredentials(Outcome& outcome, Request const& request)
     {
         for (QByteArray const& form : forms)
         {
-            text.replace(form, "[redacted]");
+            // Without a find the text stays shared, and as it is.
+            if (text.contains(form))
+            {
+                text.replace(form, "[redacted]");
+                makeRoom(text, 0);
+            }
         }
     };
     if (!isSuccess)

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+#include <platform/rest/internal/ReplyBuffer.h>
+
 namespace rest
 {
 
@@ -348,11 +350,13 @@ bool Transfer::appendBody(char const* data, qsizetype size)
         failure_ = Failure::ReplyTooLarge;
         return false;
     }
+    qint64 expected = size;
     if (body_.isEmpty())
     {
         auto const announced = info<curl_off_t>(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T);
-        body_.reserve(std::clamp<qint64>(announced, size, std::max(largestReservation, qint64(size))));
+        expected = std::clamp<qint64>(announced, size, std::max(largestReservation, qint64(size)));
     }
+    makeRoom(body_, expected);
     body_.append(data, size);
     return true;
 }
