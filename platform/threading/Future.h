@@ -37,11 +37,11 @@ struct TakesValue<F, void> : std::is_invocable<F&>
 };
 
 template <class F, class T>
-decltype(auto) invokeContinuation(F& continuation, Future<T> const& source)
+decltype(auto) invokeContinuation(F& continuation, Future<T>& source)
 {
     if constexpr (!TakesValue<F, T>::value)
     {
-        return continuation(source);
+        return continuation(std::move(source));
     }
     else if constexpr (std::is_void_v<T>)
     {
@@ -54,8 +54,7 @@ decltype(auto) invokeContinuation(F& continuation, Future<T> const& source)
 }
 
 template <class F, class T>
-using ContinuationResult =
-    std::decay_t<decltype(invokeContinuation(std::declval<F&>(), std::declval<Future<T> const&>()))>;
+using ContinuationResult = std::decay_t<decltype(invokeContinuation(std::declval<F&>(), std::declval<Future<T>&>()))>;
 
 } // namespace impl
 
@@ -89,14 +88,32 @@ public:
         }
     }
 
+    /// Waits and gives the value away: moved out if no other handle is left that could ask for it, be it a future, a
+    /// promise or a continuation that waits, else copied; a default-constructed `T` when cancelled. Uses up this
+    /// handle, which no other thread may be using; others may be used meanwhile.
+    T take() &&
+    {
+        impl::Hold<T> const hold = std::move(state_);
+        hold->wait();
+        if constexpr (!std::is_void_v<T>)
+        {
+            T* const value = hold->value();
+            if (value == nullptr)
+            {
+                return T();
+            }
+            return hold->hasOneHandle() ? std::move(*value) : T(*value);
+        }
+    }
+
     /// Finishes the future as cancelled, unless it is finished, and tells whoever works on it to stop.
     /// Futures made from this one with `then` end as cancelled, too; those this one was made from go on.
     void cancel() const { state_->cancel(); }
 
     /// Has `continuation` called with the value (`T const&`; not called when cancelled, and the returned future is then
-    /// cancelled, too) or with the finished future (`Future<T> const&`; always called). It runs on the thread that
-    /// finishes this future, or at once, in this call, if that has happened. Any number may be attached; each runs
-    /// once.
+    /// cancelled, too) or with the finished future (`Future<T> const&`, or `Future<T>` to `take` from; always called).
+    /// It runs on the thread that finishes this future, or at once, in this call, if that has happened. Any number may
+    /// be attached; each runs once.
     template <class F>
     auto then(F continuation) const
     {
@@ -126,9 +143,9 @@ public:
 private:
     friend class Promise<T>;
     template <class F, class U>
-    friend decltype(auto) impl::invokeContinuation(F& continuation, Future<U> const& source);
+    friend decltype(auto) impl::invokeContinuation(F& continuation, Future<U>& source);
 
-    explicit Future(std::shared_ptr<impl::SharedState<T>> state) : state_(std::move(state)) {}
+    explicit Future(impl::Hold<T> state) : state_(std::move(state)) {}
 
     impl::Stored<T> const& result() const { return *state_->value(); }
 
@@ -140,7 +157,7 @@ private:
     }
 
     template <class R, class F>
-    static void run(Future const& source, F& continuation, Promise<R>& promise)
+    static void run(Future& source, F& continuation, Promise<R>& promise)
     {
         if (impl::TakesValue<F, T>::value && source.isCanceled())
         {
@@ -156,7 +173,7 @@ private:
             }
             else
             {
-                promise.setValue(impl::invokeContinuation(continuation, source));
+                std::move(promise).setValue(impl::invokeContinuation(continuation, source));
             }
         }
         catch (...)
@@ -166,7 +183,7 @@ private:
         }
     }
 
-    std::shared_ptr<impl::SharedState<T>> state_;
+    impl::Hold<T> state_;
 };
 
 /// The producer's side of a future. Destroyed without a value, it cancels its future.
@@ -193,22 +210,30 @@ public:
     Future<T> future() const { return state_ ? Future<T>(state_) : Future<T>(); }
 
     /// Finishes the future with `value`; false if it was finished already. May be called from any thread.
-    bool setValue(impl::Stored<T> value) requires(!std::is_void_v<T>)
+    bool setValue(impl::Stored<T> value) & requires(!std::is_void_v<T>)
     {
-        auto const state = state_;
+        auto const state = state_.state();
+        return state && state->setValue(std::move(value));
+    }
+
+    /// As above, but gives this handle up first, so that the consumer's may be the only one: `Future::take` then moves
+    /// the value out, on a thread that waits for it as well as in a continuation.
+    bool setValue(impl::Stored<T> value) && requires(!std::is_void_v<T>)
+    {
+        auto const state = std::move(state_).giveUp();
         return state && state->setValue(std::move(value));
     }
 
     bool setValue() requires(std::is_void_v<T>)
     {
-        auto const state = state_;
+        auto const state = state_.state();
         return state && state->setValue({});
     }
 
     /// Finishes the future as cancelled, unless it is finished.
     void cancel()
     {
-        if (auto const state = state_)
+        if (auto const state = state_.state())
         {
             state->abandon();
         }
@@ -224,7 +249,7 @@ public:
     }
 
 private:
-    std::shared_ptr<impl::SharedState<T>> state_;
+    impl::Hold<T> state_;
 };
 
 /// A future that is finished with `value`.
@@ -251,7 +276,7 @@ Future<std::vector<Future<T>>> whenAll(std::vector<Future<T>> futures)
         {
             if (missing.fetch_sub(1) == 1)
             {
-                promise.setValue(std::move(futures));
+                std::move(promise).setValue(std::move(futures));
             }
         }
     };

@@ -268,7 +268,9 @@ void SharedStateBase::leavePending(Phase phase)
     }
     for (Task& continuation : continuations)
     {
-        continuation();
+        // It goes before the next one runs, which may then have the only handle left.
+        Task once = std::move(continuation);
+        once();
     }
 }
 

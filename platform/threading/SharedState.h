@@ -45,6 +45,14 @@ public:
 
     SharedStateSignals* signalObject();
 
+    /// How many handles there are through which the value can be asked for; kept by `Hold`.
+    void addHandle() noexcept { handles_.fetch_add(1, std::memory_order_relaxed); }
+
+    void dropHandle() noexcept { handles_.fetch_sub(1, std::memory_order_release); }
+
+    /// For the owner of a handle: true if there is no other, and then all that the others did has happened before.
+    bool hasOneHandle() const noexcept { return handles_.load(std::memory_order_acquire) == 1; }
+
 protected:
     ~SharedStateBase();
 
@@ -68,6 +76,7 @@ private:
     void leavePending(Phase phase);
 
     std::atomic<Phase> phase_{Phase::Pending};
+    std::atomic<int> handles_{0};
     bool canceledByConsumer_ = false;
     mutable std::mutex mutex_;
     std::condition_variable finished_;
@@ -100,10 +109,58 @@ public:
     }
 
     /// Null unless finished with a value.
-    Stored<T> const* value() const { return isFinished() && value_ ? &*value_ : nullptr; }
+    Stored<T>* value() { return isFinished() && value_ ? &*value_ : nullptr; }
 
 private:
     std::optional<Stored<T>> value_;
+};
+
+/// A handle through which the value can be asked for: what futures and promises are made of. Whoever merely works on
+/// the state has a plain pointer, which does not count.
+template <class T>
+class Hold
+{
+public:
+    explicit Hold(std::shared_ptr<SharedState<T>> state) : state_(std::move(state))
+    {
+        if (state_)
+        {
+            state_->addHandle();
+        }
+    }
+
+    Hold(Hold const& other) : Hold(other.state_) {}
+    Hold(Hold&& other) noexcept = default;
+
+    Hold& operator=(Hold other) noexcept
+    {
+        state_.swap(other.state_);
+        return *this;
+    }
+
+    ~Hold()
+    {
+        if (state_)
+        {
+            state_->dropHandle();
+        }
+    }
+
+    explicit operator bool() const { return state_ != nullptr; }
+
+    SharedState<T>* operator->() const { return state_.get(); }
+
+    std::shared_ptr<SharedState<T>> const& state() const { return state_; }
+
+    /// The state, on which this is no handle any more.
+    std::shared_ptr<SharedState<T>> giveUp() &&
+    {
+        Hold const last(std::move(*this));
+        return last.state_;
+    }
+
+private:
+    std::shared_ptr<SharedState<T>> state_;
 };
 
 /// A task that, run on any thread, has `task` run in the thread of `context`, through its event loop. Once the context

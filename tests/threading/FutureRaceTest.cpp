@@ -118,6 +118,25 @@ TEST_F(FutureRace, waitAndFinish)
     race([this] { prepare(); }, [this] { EXPECT_EQ(*future.get(), 1); }, [this] { finish(); }, [] {});
 }
 
+TEST_F(FutureRace, takeAndFinishAndGet)
+{
+    Future<std::shared_ptr<int>> other;
+    race(
+        [&]
+        {
+            prepare();
+            other = future;
+        },
+        [this] { EXPECT_NE(std::move(future).take(), nullptr); },
+        [&]
+        {
+            std::move(*promise).setValue(std::make_shared<int>(1));
+            EXPECT_NE(other.get(), nullptr);
+            other = Future<std::shared_ptr<int>>();
+        },
+        [] {});
+}
+
 TEST_F(FutureRace, lastHandlesGoWhileFinishing)
 {
     race(

@@ -2,6 +2,8 @@
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <tuple>
+#include <utility>
 
 #include <QCoreApplication>
 #include <QThread>
@@ -115,6 +117,46 @@ TEST(Future, voidMoveOnlyAndThrowing)
         5);
 }
 
+/// Counts how often it was copied on its way, and is empty once it was moved out.
+struct Cargo
+{
+    explicit Cargo(bool full = false) : isFull(full) {}
+    Cargo(Cargo const& other) : isFull(other.isFull), copies(other.copies + 1) {}
+    Cargo(Cargo&& other) noexcept : isFull(std::exchange(other.isFull, false)), copies(other.copies) {}
+
+    bool isFull = false;
+    int copies = 0;
+};
+
+int copiesOnTheWayOutOf(Future<Cargo> future)
+{
+    Cargo const cargo = std::move(future).take();
+    EXPECT_TRUE(cargo.isFull);
+    return cargo.copies;
+}
+
+TEST(Future, takeMovesOutOfTheOnlyHandle)
+{
+    EXPECT_EQ(copiesOnTheWayOutOf(makeReadyFuture(Cargo(true))), 0);
+    Future<Cargo> const kept = makeReadyFuture(Cargo(true));
+    EXPECT_EQ(copiesOnTheWayOutOf(kept), 1);
+    EXPECT_EQ(copiesOnTheWayOutOf(kept), 1);
+
+    Promise<Cargo> promise;
+    EXPECT_TRUE(promise.setValue(Cargo(true)));
+    EXPECT_EQ(copiesOnTheWayOutOf(promise.future()), 1);
+    EXPECT_EQ(copiesOnTheWayOutOf(promise.future()), 1);
+    Promise<Cargo> used;
+    Future<Cargo> alone = used.future();
+    EXPECT_TRUE(std::move(used).setValue(Cargo(true)));
+    EXPECT_EQ(copiesOnTheWayOutOf(std::move(alone)), 0);
+
+    EXPECT_FALSE(Future<Cargo>().take().isFull);
+    Promise<void> nothing;
+    nothing.setValue();
+    nothing.future().take();
+}
+
 TEST(Future, cancelTellsTheProducerOnce)
 {
     int told = 0;
@@ -222,6 +264,36 @@ TEST(Future, contextDecidesTheThread)
     EXPECT_EQ(promise.future().then(loop.context(), where).get(), loop.thread());
     EXPECT_EQ(promise.future().then(where).get(), QThread::currentThread());
     EXPECT_TRUE(promise.future().then(nullptr, where).isCanceled());
+}
+
+TEST(Future, continuationsMayTakeTheValue)
+{
+    EventLoop loop;
+    auto const copiesSeenBy = [&loop](auto continuation)
+    {
+        Promise<Cargo> direct;
+        Promise<Cargo> relayed;
+        auto const first = direct.future().then(continuation);
+        auto const second = relayed.future().then(loop.context(), continuation);
+        std::move(direct).setValue(Cargo(true));
+        std::move(relayed).setValue(Cargo(true));
+        return first.get() + second.get();
+    };
+    EXPECT_EQ(copiesSeenBy([](Future<Cargo> finished) { return copiesOnTheWayOutOf(std::move(finished)); }), 0);
+    EXPECT_EQ(copiesSeenBy([](Future<Cargo>&& finished) { return copiesOnTheWayOutOf(std::move(finished)); }), 0);
+    EXPECT_EQ(copiesSeenBy([](Future<Cargo> const& finished) { return copiesOnTheWayOutOf(finished); }), 2);
+    EXPECT_EQ(copiesSeenBy([](auto const& cargo) { return cargo.isFull ? cargo.copies : -1; }), 0);
+
+    // Each that waits has a handle; the last one finds itself alone.
+    Promise<Cargo> promise;
+    auto const take = [](Future<Cargo> finished) { return copiesOnTheWayOutOf(std::move(finished)); };
+    auto const first = promise.future().then(take);
+    auto const second = promise.future().then([](Cargo const& cargo) { return cargo; }).then(take);
+    auto const third = promise.future().then(take);
+    auto const nothing = Future<void>().then([](Future<void> finished) { std::move(finished).take(); });
+    std::move(promise).setValue(Cargo(true));
+    EXPECT_EQ(std::tuple(first.get(), second.get(), third.get()), std::tuple(1, 1, 0));
+    EXPECT_FALSE(nothing.isCanceled());
 }
 
 TEST(Future, contextGoneMeansNeverCalled)
