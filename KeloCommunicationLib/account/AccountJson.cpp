@@ -15,3 +15,6 @@ KELO_READABLE(StudyInfo);
 KELO_READABLE(StudyInfoList);
 
 KELO_WRITABLE(VantorStats);
+
+KELO_READABLE(operations::AuthenticationKeys);
+KELO_READABLE(operations::SoftwarePage);

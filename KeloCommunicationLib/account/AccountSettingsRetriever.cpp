@@ -1,5 +1,7 @@
 #include <KeloCommunicationLib/account/AccountSettingsRetriever.h>
 
+#include <utility>
+
 #include <QDebug>
 #include <QLatin1String>
 #include <QMessageLogger>
@@ -21,15 +23,15 @@ struct FailureTexts
 
 /// The value of one step, or nothing, which has then been logged.
 template <class T>
-utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> const& future, FailureTexts const& texts)
+utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> future, FailureTexts const& texts)
 {
-    waitWithEventLoop(future);
+    KeloCommunicationLib::internal::waitWithEventLoop(future);
     if (future.isCanceled())
     {
         QMessageLogger().warning() << "AccountSettingsRetriever::retrieveAccountSettings" << texts.unreachable;
         return std::nullopt;
     }
-    rest::RestReply<T> reply = future.get();
+    rest::RestReply<T> reply = std::move(future).take();
     if (reply.status.kind != 0)
     {
         QMessageLogger().warning().noquote() << QLatin1String(texts.failed) + kelo::errorMessage(reply.status);

@@ -52,3 +52,6 @@ KELO_WRITABLE(CreateCollaborationSessionInfo);
 KELO_WRITABLE(CreateCollaborationSessionWithoutConnectionIdInfo);
 KELO_WRITABLE(StartConnectionRequest);
 KELO_WRITABLE(UpdateConnectionStatusRequest);
+
+KELO_WRITABLE(operations::EmptyBody);
+KELO_WRITABLE(operations::InstallationBody);

@@ -27,4 +27,13 @@ struct KELO_EXPORT ExtendedRequestDetails
         isZelkoPatient; ///< referrals only: the one file is a patient of the application's own format
 };
 
+/// What an entry of a details reply becomes with its partner; one for each kind of entry. `type` tells those requests
+/// apart that share one.
+KELO_EXPORT ExtendedRequestDetails extendedDetails(Partner const& partner, RequestDetails entry, RequestType type);
+KELO_EXPORT ExtendedRequestDetails
+extendedDetails(Partner const& partner, TemplateRequestDetailInfo entry, RequestType type);
+KELO_EXPORT ExtendedRequestDetails extendedDetails(Partner const& partner, RestorationRequest entry, RequestType type);
+KELO_EXPORT ExtendedRequestDetails
+extendedDetails(Partner const& partner, UploadFilesRequestDetailInfo entry, RequestType type);
+
 } // namespace collaboration

@@ -1,10 +1,11 @@
 #include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
 
+#include <algorithm>
 #include <functional>
+#include <type_traits>
 
 #include <QHash>
 
-#include <KeloCommunicationLib/collaboration/internal/DetailsBuilders.h>
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
 #include <platform/core/HostInfo.h>
@@ -23,18 +24,41 @@ QString installationReference()
 
 /// The value of a call that succeeded; nothing when it failed or was cancelled.
 template <class T>
-utility::Optional<T> valueOf(TessalyConnectionInterface::Reply<T> const& finished)
+utility::Optional<T> valueOf(TessalyConnectionInterface::Reply<T> finished)
 {
     if (finished.isCanceled())
     {
         return std::nullopt;
     }
-    rest::RestReply<T> reply = finished.get();
+    rest::RestReply<T> reply = std::move(finished).take();
     if (kelo::errorCode(reply.status) != KeloErrorCode::Success)
     {
         return std::nullopt;
     }
     return std::move(reply.value);
+}
+
+/// The part of an entry that requests of every kind have.
+template <class Entry>
+collaboration::RequestDetails const& common(Entry const& entry)
+{
+    if constexpr (std::is_same_v<Entry, collaboration::RequestDetails>)
+    {
+        return entry;
+    }
+    else
+    {
+        return entry.requestDetails;
+    }
+}
+
+/// A referral that holds nothing from the partner is no news.
+bool isNews(collaboration::RequestDetails const& request, RequestType type)
+{
+    return type != RequestType::Referral
+           || std::any_of(
+               request.files.begin(), request.files.end(),
+               [](collaboration::FileInfo const& file) { return !file.isCreator; });
 }
 
 QHash<QString, QString> transactionsByRequest(std::vector<RequestInfo> const& requests)
@@ -135,13 +159,13 @@ void RequestDetailsRetriever::request(Dispatch& dispatch, RequestType type, Deta
         [this, reply, type, sweep = sweep_]
         {
             reply.then(
-                this, [this, type, sweep](Reply<std::vector<Group>> const& finishedReply)
-                { handleDetails(sweep, type, finishedReply); });
+                this, [this, type, sweep](Reply<std::vector<Group>> finished)
+                { handleDetails(sweep, type, std::move(finished)); });
         });
 }
 
 template <class Group>
-void RequestDetailsRetriever::handleDetails(quint64 sweep, RequestType type, Reply<std::vector<Group>> const& reply)
+void RequestDetailsRetriever::handleDetails(quint64 sweep, RequestType type, Reply<std::vector<Group>> reply)
 {
     auto const mutex = mutex_;
     std::lock_guard const lock(*mutex);
@@ -149,26 +173,24 @@ void RequestDetailsRetriever::handleDetails(quint64 sweep, RequestType type, Rep
     {
         return;
     }
-    auto const groups = valueOf(reply);
+    auto groups = valueOf(std::move(reply));
     if (groups)
     {
-        collect(*groups, type);
+        collect(std::move(*groups), type);
     }
     finishCall(groups.has_value());
 }
 
 template <class Group>
-void RequestDetailsRetriever::collect(std::vector<Group> const& groups, RequestType type)
+void RequestDetailsRetriever::collect(std::vector<Group> groups, RequestType type)
 {
-    using collaboration::details::hasFileOfPartner;
-    for (Group const& group : groups)
+    for (Group& group : groups)
     {
-        for (auto const& entry : group.collaborationRequestDetailInfos)
+        for (auto& entry : group.collaborationRequestDetailInfos)
         {
-            // A referral that holds nothing from the partner is no news.
-            if (type != RequestType::Referral || hasFileOfPartner(collaboration::details::common(entry)))
+            if (isNews(common(entry), type))
             {
-                results_.push_back(collaboration::details::build(group.partner, entry, type));
+                results_.push_back(collaboration::extendedDetails(group.partner, std::move(entry), type));
             }
         }
     }
@@ -197,12 +219,12 @@ void RequestDetailsRetriever::getUpdates(std::vector<RequestType> const& types, 
     }
     connection_.getRequests(installationReference(), std::move(info))
         .then(
-            this, [this, poll, known = known](Reply<std::vector<RequestInfo>> const& reply)
-            { handleList(poll, known, reply); });
+            this, [this, poll, known = known](Reply<std::vector<RequestInfo>> reply)
+            { handleList(poll, known, std::move(reply)); });
 }
 
 void RequestDetailsRetriever::handleList(
-    quint64 poll, std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> const& reply)
+    quint64 poll, std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> reply)
 {
     auto const mutex = mutex_;
     std::lock_guard const lock(*mutex);
@@ -211,7 +233,7 @@ void RequestDetailsRetriever::handleList(
         return;
     }
     handledPoll_ = poll;
-    if (auto const received = valueOf(reply))
+    if (auto const received = valueOf(std::move(reply)))
     {
         handleUpdates(known, *received);
     }
@@ -286,16 +308,17 @@ utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::lookUp(
 {
     GetRequestDetailsInfo info = detailsInfo();
     info.setRequestIds({requestId});
-    auto const reply = (connection_.*operation)(installationReference(), std::move(info));
+    auto reply = (connection_.*operation)(installationReference(), std::move(info));
     // The events that run meanwhile may end the retriever's life, and the life of what the caller passed.
-    waitWithEventLoop(reply);
-    for (auto const& group : valueOf(reply).value_or(std::vector<collaboration::RestorationRequestDetail>()))
+    KeloCommunicationLib::internal::waitWithEventLoop(reply);
+    auto groups = valueOf(std::move(reply)).value_or(std::vector<collaboration::RestorationRequestDetail>());
+    for (auto& group : groups)
     {
-        for (collaboration::RestorationRequest const& entry : group.collaborationRequestDetailInfos)
+        for (collaboration::RestorationRequest& entry : group.collaborationRequestDetailInfos)
         {
             if (entry.requestDetails.id == requestId)
             {
-                return collaboration::details::build(group.partner, entry, type);
+                return collaboration::extendedDetails(group.partner, std::move(entry), type);
             }
         }
     }

@@ -87,12 +87,12 @@ private:
     template <class Group>
     void request(Dispatch& dispatch, collaboration::RequestType type, DetailsOperation<Group> operation);
     template <class Group>
-    void handleDetails(quint64 sweep, collaboration::RequestType type, Reply<std::vector<Group>> const& reply);
+    void handleDetails(quint64 sweep, collaboration::RequestType type, Reply<std::vector<Group>> reply);
     template <class Group>
-    void collect(std::vector<Group> const& groups, collaboration::RequestType type);
+    void collect(std::vector<Group> groups, collaboration::RequestType type);
     void handleList(
         quint64 poll, std::vector<collaboration::RequestInfo> const& known,
-        Reply<std::vector<collaboration::RequestInfo>> const& reply);
+        Reply<std::vector<collaboration::RequestInfo>> reply);
     void handleUpdates(
         std::vector<collaboration::RequestInfo> const& known, std::vector<collaboration::RequestInfo> const& received);
     void finishCall(bool ok);

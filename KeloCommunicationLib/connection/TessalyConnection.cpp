@@ -38,12 +38,7 @@ std::shared_ptr<rest::NetworkReply<QJsonDocument>> TessalyConnection::postReques
     return postRequest(rest::RequestDataCreator::makeRequestData(rest::HttpMethod::Post, url, body, timeout, true));
 }
 
-std::shared_ptr<rest::NetworkReply<QJsonDocument>> TessalyConnection::getBlocking(QString const& path) const
-{
-    return postRequest(rest::RequestDataCreator::makeRequest(rest::HttpMethod::Get, QUrl(path, QUrl::TolerantMode)));
-}
-
 threading::Future<QByteArray> TessalyConnection::download(QString const& path) const
 {
-    return pipeline::download(*this, path);
+    return KeloCommunicationLib::internal::download(*this, QUrl(path, QUrl::TolerantMode));
 }

@@ -136,21 +136,9 @@ public:
 private:
     TessalyConnection();
 
-    /// One exchange through the request pipeline; defined for the library's own sources. An undefined body sends none.
-    template <class T>
-    Reply<T> get(QString const& path) const;
-    template <class T>
-    Reply<T> post(
-        QString const& path, QJsonValue const& body,
-        std::chrono::milliseconds timeout = std::chrono::milliseconds(0)) const;
-    template <class T>
-    Reply<T> put(QString const& path, QJsonValue const& body) const;
-
     std::shared_ptr<rest::NetworkReply<QJsonDocument>> postRequest(rest::HttpRequestData&& request) const;
     std::shared_ptr<rest::NetworkReply<QJsonDocument>> postRequest(
         QUrl const& url, QJsonValue const& body, std::chrono::milliseconds const& timeout) const;
-    /// Sends a GET and waits for the finished reply.
-    std::shared_ptr<rest::NetworkReply<QJsonDocument>> getBlocking(QString const& path) const;
     /// The bytes at the path; empty unless the answer is HTTP 200.
     threading::Future<QByteArray> download(QString const& path) const;
 };

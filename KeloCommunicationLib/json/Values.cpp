@@ -4,13 +4,14 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace jsonSerializer::implementation
 {
 
-void Value<QString>::read(QString& value, QJsonValueConstRef json)
+void Value<QString>::read(QString& value, Scalar& scalar)
 {
-    value = json.toString();
+    value = std::move(scalar.text);
 }
 
 QJsonValue Value<QString>::write(QString const& value)
@@ -19,9 +20,9 @@ QJsonValue Value<QString>::write(QString const& value)
     return value;
 }
 
-void Value<bool>::read(bool& value, QJsonValueConstRef json)
+void Value<bool>::read(bool& value, Scalar& scalar)
 {
-    value = json.toBool(false);
+    value = scalar.boolean;
 }
 
 QJsonValue Value<bool>::write(bool const& value)
@@ -29,9 +30,9 @@ QJsonValue Value<bool>::write(bool const& value)
     return value;
 }
 
-void Value<int>::read(int& value, QJsonValueConstRef json)
+void Value<int>::read(int& value, Scalar& scalar)
 {
-    value = json.toInt(0);
+    value = scalar.toInt();
 }
 
 QJsonValue Value<int>::write(int const& value)
@@ -39,23 +40,21 @@ QJsonValue Value<int>::write(int const& value)
     return value;
 }
 
-void Value<quint64>::read(quint64& value, QJsonValueConstRef json)
+void Value<quint64>::read(quint64& value, Scalar& scalar)
 {
-    // Whole numbers up to 2^63 arrive exactly; a double would lose digits beyond 2^53.
+    // Whole numbers below 2^63 arrive exactly; a double would lose digits beyond 2^53.
     constexpr double limit = 18446744073709551616.0; // 2^64
-    double const number = json.toDouble();
-    qint64 const exact = json.toInteger(-1);
-    if (exact >= 0)
+    if (scalar.is == Scalar::Is::Integer)
     {
-        value = static_cast<quint64>(exact);
+        value = scalar.integer > 0 ? static_cast<quint64>(scalar.integer) : 0;
     }
-    else if (!(number > 0.0))
+    else if (!(scalar.number > 0.0))
     {
         value = 0;
     }
     else
     {
-        value = number < limit ? static_cast<quint64>(number) : std::numeric_limits<quint64>::max();
+        value = scalar.number < limit ? static_cast<quint64>(scalar.number) : std::numeric_limits<quint64>::max();
     }
 }
 
@@ -65,9 +64,9 @@ QJsonValue Value<quint64>::write(quint64 const& value)
                                                                              : QJsonValue(static_cast<double>(value));
 }
 
-void Value<double>::read(double& value, QJsonValueConstRef json)
+void Value<double>::read(double& value, Scalar& scalar)
 {
-    value = json.toDouble(0.0);
+    value = scalar.number;
 }
 
 QJsonValue Value<double>::write(double const& value)
@@ -75,9 +74,9 @@ QJsonValue Value<double>::write(double const& value)
     return value;
 }
 
-void Value<QDate>::read(QDate& value, QJsonValueConstRef json)
+void Value<QDate>::read(QDate& value, Scalar& scalar)
 {
-    value = QDate::fromString(json.toString(), Qt::ISODate);
+    value = QDate::fromString(scalar.text, Qt::ISODate);
 }
 
 QJsonValue Value<QDate>::write(QDate const& value)
@@ -85,9 +84,9 @@ QJsonValue Value<QDate>::write(QDate const& value)
     return value.toString(Qt::ISODate);
 }
 
-void Value<QDateTime>::read(QDateTime& value, QJsonValueConstRef json)
+void Value<QDateTime>::read(QDateTime& value, Scalar& scalar)
 {
-    value = QDateTime::fromString(json.toString(), Qt::ISODateWithMs);
+    value = QDateTime::fromString(scalar.text, Qt::ISODateWithMs);
 }
 
 QJsonValue Value<QDateTime>::write(QDateTime const& value)
@@ -95,9 +94,9 @@ QJsonValue Value<QDateTime>::write(QDateTime const& value)
     return value.toString(Qt::ISODateWithMs);
 }
 
-void Value<QVersionNumber>::read(QVersionNumber& value, QJsonValueConstRef json)
+void Value<QVersionNumber>::read(QVersionNumber& value, Scalar& scalar)
 {
-    value = QVersionNumber::fromString(json.toString());
+    value = QVersionNumber::fromString(scalar.text);
 }
 
 QJsonValue Value<QVersionNumber>::write(QVersionNumber const& value)
@@ -105,9 +104,9 @@ QJsonValue Value<QVersionNumber>::write(QVersionNumber const& value)
     return value.toString();
 }
 
-void Value<QUrl>::read(QUrl& value, QJsonValueConstRef json)
+void Value<QUrl>::read(QUrl& value, Scalar& scalar)
 {
-    value = QUrl(json.toString());
+    value = QUrl(scalar.text);
 }
 
 QJsonValue Value<QUrl>::write(QUrl const& value)

@@ -2,32 +2,35 @@
 #include <QJsonObject>
 
 #include <KeloCommunicationLib/connection/internal/RequestPipeline.h>
+#include <KeloCommunicationLib/orders/OrderOperations.h>
+
+using namespace KeloCommunicationLib::internal;
+using KeloCommunicationLib::CatalogUpdateState;
 
 TempShellDataResponse TessalyConnection::getTempShellCalculationData(QString const& orderReference) const
 {
-    rest::JsonReply const reply = getBlocking(pipeline::path("Orders/%1/files/tempshell", orderReference));
+    rest::JsonReply const reply = postRequest(requestTo(operations::getTempShellCalculationData, {orderReference}));
     return rest::isNetworkError(reply) ? TempShellDataResponse()
                                        : jsonSerializer::fromJson<TempShellDataResponse>(reply->body().array());
 }
 
 threading::Future<QByteArray> TessalyConnection::getTempShellFile(QString const& fileId) const
 {
-    return download(pipeline::path("Orders/file/tempshell/%1", fileId));
+    return download(pathOf(operations::getTempShellFile, {fileId}));
 }
 
 TessalyConnectionInterface::Reply<CatalogUpdateInfo> TessalyConnection::getCatalogUpdateInfo(
     QString const& installationId, QVersionNumber const& version)
 {
-    return get<CatalogUpdateInfo>(
-        (QStringLiteral("Installations/%1/catalog/") + version.toString()).arg(installationId));
+    return call(*this, operations::getCatalogUpdateInfo, {installationId, version.toString()});
 }
 
-KeloCommunicationLib::CatalogUpdateState TessalyConnection::getCatalogUpdateState(
+CatalogUpdateState TessalyConnection::getCatalogUpdateState(
     QString const& installationId, QVersionNumber const& version)
 {
     rest::JsonReply const reply =
-        getBlocking(pipeline::path("/Installations/%1/catalog/%2/status", installationId, version.toString()));
+        postRequest(requestTo(operations::getCatalogUpdateState, {installationId, version.toString()}));
     return rest::isNetworkError(reply)
-               ? KeloCommunicationLib::CatalogUpdateState::NoUpdate
+               ? CatalogUpdateState::NoUpdate
                : jsonSerializer::fromJson<CatalogUpdateInfo>(reply->body().object()).getUpdateStatus();
 }

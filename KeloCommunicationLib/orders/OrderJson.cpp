@@ -12,10 +12,8 @@ KELO_WRITABLE(OrderDetailsRequest);
 KELO_READABLE(OrderItemDetails);
 KELO_READABLE(OrderDetails);
 
-KELO_READABLE(IPSOrderItemInfo);
-KELO_WRITABLE(IPSOrderItemInfo);
-KELO_READABLE(CreateIPSOrderInfo);
-KELO_WRITABLE(CreateIPSOrderInfo);
+KELO_READABLE_AND_WRITABLE(IPSOrderItemInfo);
+KELO_READABLE_AND_WRITABLE(CreateIPSOrderInfo);
 
 KELO_WRITABLE(ServiceOrderItemInfo);
 KELO_WRITABLE(ServiceOrderRequest);
@@ -36,7 +34,10 @@ template <>
 TempShellDataResponse jsonSerializer::fromJson<TempShellDataResponse, QJsonArray>(QJsonArray const& json)
 {
     QList<TempShellFile> files;
-    implementation::Value<QList<TempShellFile>>::readArray(files, json);
+    for (QJsonValueConstRef const element : json)
+    {
+        files.append(fromJson<TempShellFile>(element.toObject()));
+    }
     TempShellDataResponse response;
     response.setTempShellFile(files);
     return response;

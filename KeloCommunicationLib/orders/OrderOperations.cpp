@@ -1,70 +1,69 @@
-#include <chrono>
+#include <KeloCommunicationLib/orders/OrderOperations.h>
 
-#include <QJsonValue>
-#include <QUrl>
+#include <chrono>
 
 #include <KeloCommunicationLib/connection/internal/RequestPipeline.h>
 
-TessalyConnectionInterface::Reply<std::vector<PriceInfoResponse>> TessalyConnection::getPriceInfo(
-    ExtendedPriceInfoRequest const& request) const
+using KeloCommunicationLib::internal::call;
+
+namespace
 {
-    return post<std::vector<PriceInfoResponse>>(
-        pipeline::path("Orders/simulation%1", QString()), jsonSerializer::toJson(request));
+
+template <class T>
+using Reply = TessalyConnectionInterface::Reply<T>;
+
+} // namespace
+
+Reply<std::vector<PriceInfoResponse>> TessalyConnection::getPriceInfo(ExtendedPriceInfoRequest const& request) const
+{
+    return call(*this, operations::getPriceInfo, {}, request);
 }
 
-TessalyConnectionInterface::Reply<OrderRequestResponse> TessalyConnection::createOrder(OrderRequest const& order) const
+Reply<OrderRequestResponse> TessalyConnection::createOrder(OrderRequest const& order) const
 {
-    return post<OrderRequestResponse>(pipeline::path("Orders%1", QString()), jsonSerializer::toJson(order));
+    return call(*this, operations::createOrder, {}, order);
 }
 
-TessalyConnectionInterface::Reply<void> TessalyConnection::createIPSOrder(CreateIPSOrderInfo const& info)
+Reply<void> TessalyConnection::createIPSOrder(CreateIPSOrderInfo const& info)
 {
-    return post<void>(
-        pipeline::path("Orders/ipscasedesigner%1", QString()), jsonSerializer::toJson(info),
-        std::chrono::milliseconds(7000));
+    return call(*this, operations::createIPSOrder, {}, info);
 }
 
-TessalyConnectionInterface::Reply<ServiceOrderRequestResponse> TessalyConnection::createServiceOrder(
-    ServiceOrderRequest const& order) const
+Reply<ServiceOrderRequestResponse> TessalyConnection::createServiceOrder(ServiceOrderRequest const& order) const
 {
-    return post<ServiceOrderRequestResponse>(
-        pipeline::path("Orders/lab/%1", order.installationReference), jsonSerializer::toJson(order));
+    return call(*this, operations::createServiceOrder, {order.installationReference}, order);
 }
 
-TessalyConnectionInterface::Reply<void> TessalyConnection::uploadOrderFile(
-    QString const& fileReference, QByteArray const& content) const
+Reply<void> TessalyConnection::uploadOrderFile(QString const& fileReference, QByteArray const& content) const
 {
-    QUrl const url(pipeline::path("Orders/files/%1", fileReference), QUrl::TolerantMode);
-    return pipeline::send<void>(
-        *this,
-        rest::RequestDataCreator::makeRequest(rest::HttpMethod::Put, url, content, std::chrono::milliseconds(0)));
+    auto const& operation = operations::uploadOrderFile;
+    return KeloCommunicationLib::internal::send<void>(
+        *this, rest::RequestDataCreator::makeRequest(
+                   operation.method, KeloCommunicationLib::internal::urlOf(operation, {fileReference}), content,
+                   operation.timeout));
 }
 
-TessalyConnectionInterface::Reply<void> TessalyConnection::postFinishCadOrder(QString const& orderReference) const
+Reply<void> TessalyConnection::postFinishCadOrder(QString const& orderReference) const
 {
-    return post<void>(pipeline::path("Orders/%1/FinishUpload", orderReference), QJsonValue(QJsonValue::Undefined));
+    return call(*this, operations::postFinishCadOrder, {orderReference});
 }
 
-TessalyConnectionInterface::Reply<void> TessalyConnection::putFinishCadOrder(QString const& orderReference) const
+Reply<void> TessalyConnection::putFinishCadOrder(QString const& orderReference) const
 {
-    return put<void>(pipeline::path("Orders/%1/FinishUpload", orderReference), QJsonValue(QJsonValue::Undefined));
+    return call(*this, operations::putFinishCadOrder, {orderReference});
 }
 
-TessalyConnectionInterface::Reply<std::vector<OrderDetails>> TessalyConnection::getOrderStatus(
-    OrderDetailsRequest const& request) const
+Reply<std::vector<OrderDetails>> TessalyConnection::getOrderStatus(OrderDetailsRequest const& request) const
 {
-    return post<std::vector<OrderDetails>>(
-        pipeline::path("Orders/details%1", QString()), jsonSerializer::toJson(request));
+    return call(*this, operations::getOrderStatus, {}, request);
 }
 
-TessalyConnectionInterface::Reply<OrderShippingAddressList> TessalyConnection::getShippingAddresses(
-    QString const& installationId) const
+Reply<OrderShippingAddressList> TessalyConnection::getShippingAddresses(QString const& installationId) const
 {
-    return get<OrderShippingAddressList>(pipeline::path("/Installations/%1/addresses/shipto", installationId));
+    return call(*this, operations::getShippingAddresses, {installationId});
 }
 
-TessalyConnectionInterface::Reply<AvailableArticlesList> TessalyConnection::getAvailableArticles(
-    QString const& installationId)
+Reply<AvailableArticlesList> TessalyConnection::getAvailableArticles(QString const& installationId)
 {
-    return get<AvailableArticlesList>(pipeline::path("/Installations/%1/articles", installationId));
+    return call(*this, operations::getAvailableArticles, {installationId});
 }

@@ -5,7 +5,7 @@
 #include <QImageReader>
 #include <QMessageLogger>
 
-namespace logos
+namespace KeloCommunicationLib::internal::logos
 {
 
 namespace
@@ -60,4 +60,4 @@ utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner)
     return image;
 }
 
-} // namespace logos
+} // namespace KeloCommunicationLib::internal::logos

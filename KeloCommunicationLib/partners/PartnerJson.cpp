@@ -11,13 +11,10 @@ KELO_WRITABLE(mirashare::Prescription);
 KELO_WRITABLE(mirashare::CreateCaseRequest);
 KELO_READABLE(mirashare::CaseFileId);
 KELO_READABLE(mirashare::CreateCaseResponse);
+KELO_WRITABLE(mirashare::Cases);
 KELO_WRITABLE(mirashare::AddDataRequest);
 KELO_READABLE(mirashare::CaseStatusResponse);
 KELO_WRITABLE(mirashare::SharePartnerCaseRequest);
 KELO_READABLE(mirashare::TestAccountConnectionResponse);
 
-template <>
-KELO_EXPORT QJsonValue jsonSerializer::toJson<mirashare::Cases>(mirashare::Cases const& record)
-{
-    return QJsonArray::fromStringList(record.caseIds);
-}
+KELO_READABLE(operations::PortalCases);

@@ -1,17 +1,17 @@
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QLatin1String>
+#include <KeloCommunicationLib/partners/PartnerOperations.h>
+
+#include <utility>
 
 #include <KeloCommunicationLib/connection/internal/RequestPipeline.h>
 #include <KeloCommunicationLib/partners/internal/LogoChain.h>
 
+using namespace KeloCommunicationLib::internal;
+
 namespace
 {
 
-QString logoPath(QString const& installationId, QString const& partnerId)
-{
-    return pipeline::path("/Installations/%1/partners/%2/logo", installationId, partnerId);
-}
+template <class T>
+using Reply = TessalyConnectionInterface::Reply<T>;
 
 /// Fetches logos over the connection, also from a continuation that runs while the connection is being destroyed.
 ///
@@ -22,88 +22,75 @@ QString logoPath(QString const& installationId, QString const& partnerId)
 logos::Source logoSource(rest::Connection const& connection, QString const& installationId)
 {
     return [&connection, installationId](QString const& partnerId)
-    { return pipeline::download(connection, logoPath(installationId, partnerId)); };
-}
-
-/// The portal's cases stand under "Cases", whatever stands beside them.
-struct MiraShareCases
-{
-    static std::vector<mirashare::MiraShareItemData> read(QJsonDocument const& document)
     {
-        using Converter = jsonSerializer::implementation::FromJSON<std::vector<mirashare::MiraShareItemData>, 1>;
-        return Converter::convert(QJsonDocument(document.object().value(QLatin1String("Cases")).toArray()));
-    }
-};
+        return KeloCommunicationLib::internal::download(
+            connection, urlOf(operations::getPartnerLogo, {installationId, partnerId}));
+    };
+}
 
 } // namespace
 
-TessalyConnectionInterface::Reply<std::vector<PartnerInfo>> TessalyConnection::getPartners(
-    QString const& installationId, bool withLogos) const
+Reply<std::vector<PartnerInfo>> TessalyConnection::getPartners(QString const& installationId, bool withLogos) const
 {
-    auto const list = get<std::vector<PartnerInfo>>(pipeline::path("/Installations/%1/partners", installationId));
-    return withLogos ? logos::addTo(list, logoSource(*this, installationId)) : list;
+    return withLogos ? logos::addTo<PartnerInfo>(
+               *this, requestTo(operations::getPartners, {installationId}), logoSource(*this, installationId))
+                     : call(*this, operations::getPartners, {installationId});
 }
 
 threading::Future<QByteArray> TessalyConnection::getPartnerLogo(
     QString const& installationId, QString const& partnerId) const
 {
-    return download(logoPath(installationId, partnerId));
+    return download(pathOf(operations::getPartnerLogo, {installationId, partnerId}));
 }
 
-TessalyConnectionInterface::Reply<std::vector<PartnerAccountInfo>> TessalyConnection::getPartnerAccounts(
-    QString const& installationId) const
+Reply<std::vector<PartnerAccountInfo>> TessalyConnection::getPartnerAccounts(QString const& installationId) const
 {
-    return get<std::vector<PartnerAccountInfo>>(pipeline::path("/Installations/%1/PartnerConnections", installationId));
+    return call(*this, operations::getPartnerAccounts, {installationId});
 }
 
-TessalyConnectionInterface::Reply<std::vector<PartnerCaseInfo>> TessalyConnection::getPartnerCases(
+Reply<std::vector<PartnerCaseInfo>> TessalyConnection::getPartnerCases(
     QString const& installationId, QString const& patientId) const
 {
-    auto const list = get<std::vector<PartnerCaseInfo>>(
-        pipeline::path("/Installations/%1/PartnerCases/patients/%2", installationId, patientId));
-    return logos::addTo(list, logoSource(*this, installationId));
+    return logos::addTo<PartnerCaseInfo>(
+        *this, requestTo(operations::getPartnerCases, {installationId, patientId}), logoSource(*this, installationId));
 }
 
-TessalyConnectionInterface::Reply<std::vector<mirashare::CaseStatusResponse>>
-TessalyConnection::updatePartnerCasesStatus(QString const& installationId, mirashare::Cases const& cases) const
+Reply<std::vector<mirashare::CaseStatusResponse>> TessalyConnection::updatePartnerCasesStatus(
+    QString const& installationId, mirashare::Cases const& cases) const
 {
-    return post<std::vector<mirashare::CaseStatusResponse>>(
-        pipeline::path("/Installations/%1/partnercases/refresh-status", installationId), jsonSerializer::toJson(cases));
+    return call(*this, operations::updatePartnerCasesStatus, {installationId}, cases);
 }
 
-TessalyConnectionInterface::Reply<mirashare::TestAccountConnectionResponse> TessalyConnection::testAccountConnection(
+Reply<mirashare::TestAccountConnectionResponse> TessalyConnection::testAccountConnection(
     QString const& installationId, QString const& partnerConnectionId) const
 {
-    return get<mirashare::TestAccountConnectionResponse>(pipeline::path(
-        "/Installations/%1/test-connection?partnerConnectionId=%2", installationId, partnerConnectionId));
+    return call(*this, operations::testAccountConnection, {installationId, partnerConnectionId});
 }
 
-TessalyConnectionInterface::Reply<void> TessalyConnection::sharePartnerCaseRequest(
-    mirashare::SharePartnerCaseRequest const& request) const
+Reply<void> TessalyConnection::sharePartnerCaseRequest(mirashare::SharePartnerCaseRequest const& request) const
 {
-    return post<void>(pipeline::path("/%1", QStringLiteral("Cases/share")), jsonSerializer::toJson(request));
+    return call(*this, operations::sharePartnerCaseRequest, {}, request);
 }
 
-TessalyConnectionInterface::Reply<mirashare::CreateCaseResponse> TessalyConnection::createCaseRequest(
+Reply<mirashare::CreateCaseResponse> TessalyConnection::createCaseRequest(
     mirashare::CreateCaseRequest const& request) const
 {
-    return post<mirashare::CreateCaseResponse>(
-        pipeline::path("/%1", QStringLiteral("Cases")), jsonSerializer::toJson(request));
+    return call(*this, operations::createCaseRequest, {}, request);
 }
 
-TessalyConnectionInterface::Reply<std::vector<mirashare::CaseFileId>> TessalyConnection::addNewDataRequest(
+Reply<std::vector<mirashare::CaseFileId>> TessalyConnection::addNewDataRequest(
     mirashare::AddDataRequest const& request) const
 {
-    return post<std::vector<mirashare::CaseFileId>>(
-        pipeline::path("Cases/%1/files?api-version=1.0", request.caseId), jsonSerializer::toJson(request));
+    return call(*this, operations::addNewDataRequest, {request.caseId}, request);
 }
 
-TessalyConnectionInterface::Reply<std::vector<mirashare::MiraShareItemData>> TessalyConnection::getMiraShareCases(
+Reply<std::vector<mirashare::MiraShareItemData>> TessalyConnection::getMiraShareCases(
     QString const& patientId, QString const& installationReference) const
 {
-    QUrl const url(
-        pipeline::path("/Patients/%1/cases?InstallationReference=%2&api-version=0.0", patientId, installationReference),
-        QUrl::TolerantMode);
-    return pipeline::send<std::vector<mirashare::MiraShareItemData>, MiraShareCases>(
-        *this, rest::RequestDataCreator::makeRequest(rest::HttpMethod::Get, url));
+    using Cases = rest::RestReply<std::vector<mirashare::MiraShareItemData>>;
+    return sendFor<operations::PortalCases, Cases>(
+        *this, requestTo(operations::getMiraShareCases, {patientId, installationReference}),
+        [](rest::RestReply<operations::PortalCases>&& reply, threading::Promise<Cases> promise) {
+            std::move(promise).setValue({std::move(reply.status), std::move(reply.value.cases)});
+        });
 }

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <QByteArray>
-#include <QJsonValue>
-#include <QString>
-
 #include <KeloCommunicationLib/account/AccountRecords.h>
 #include <KeloCommunicationLib/account/DocumentRecords.h>
 #include <KeloCommunicationLib/account/UserRecords.h>
 #include <KeloCommunicationLib/account/VantorStats.h>
+#include <KeloCommunicationLib/connection/OperationRecords.h>
 #include <KeloCommunicationLib/json/internal/Fields.h>
 
 /// The keys of the account, document, user and statistics records.
@@ -17,18 +14,20 @@ namespace jsonSerializer::implementation
 // Account and settings
 
 inline constexpr auto accountRows = fields<AccountLicenseInfo>({
-    readField<&AccountLicenseInfo::setAccountId>(u"AccountId"),
-    readField<&AccountLicenseInfo::setAccountName>(u"AccountName"),
+    field<&AccountLicenseInfo::getAccountId, &AccountLicenseInfo::setAccountId>(u"AccountId"),
+    field<&AccountLicenseInfo::getAccountName, &AccountLicenseInfo::setAccountName>(u"AccountName"),
 });
 
 inline constexpr auto siteRows = fields<AccountLicenseInfo>({
-    readField<&AccountLicenseInfo::setEmail>(u"Email"),
-    readField<&AccountLicenseInfo::setToken>(u"Token"),
-    readField<&AccountLicenseInfo::setSiteId>(u"Id"),
-    readField<&AccountLicenseInfo::setZelkoCoreUrlApi>(u"ZelkoCoreUrlApi"),
-    readField<&AccountLicenseInfo::setZelkoCoreUrlScanCenter>(u"ZelkoCoreUrlScanCenter"),
-    readField<&AccountLicenseInfo::setTwoFactorEnabled>(u"TwoFactorEnabled"),
-    readField<&AccountLicenseInfo::setTwoFactorRefreshTime>(u"TwoFactorRefreshTime"),
+    field<&AccountLicenseInfo::getEmail, &AccountLicenseInfo::setEmail>(u"Email"),
+    field<&AccountLicenseInfo::getToken, &AccountLicenseInfo::setToken>(u"Token"),
+    field<&AccountLicenseInfo::getSiteId, &AccountLicenseInfo::setSiteId>(u"Id"),
+    field<&AccountLicenseInfo::getZelkoCoreUrlApi, &AccountLicenseInfo::setZelkoCoreUrlApi>(u"ZelkoCoreUrlApi"),
+    field<&AccountLicenseInfo::getZelkoCoreUrlScanCenter, &AccountLicenseInfo::setZelkoCoreUrlScanCenter>(
+        u"ZelkoCoreUrlScanCenter"),
+    field<&AccountLicenseInfo::isTwoFactorEnabled, &AccountLicenseInfo::setTwoFactorEnabled>(u"TwoFactorEnabled"),
+    field<&AccountLicenseInfo::getTwoFactorRefreshTime, &AccountLicenseInfo::setTwoFactorRefreshTime>(
+        u"TwoFactorRefreshTime"),
 });
 
 template <>
@@ -40,94 +39,111 @@ inline constexpr auto fieldsOf<AccountLicenseInfo> = fields<AccountLicenseInfo>(
 // Some keys are named after the page they open, not after the member they fill.
 template <>
 inline constexpr auto fieldsOf<SettingsLicenseInfo> = fields<SettingsLicenseInfo>({
-    readField<&SettingsLicenseInfo::setVantorStatsUrl>(u"StatsUploadUrl"),
-    readField<&SettingsLicenseInfo::setContactUrl>(u"ContactUrl"),
-    readField<&SettingsLicenseInfo::setHelpUrl>(u"HelpUrl"),
-    readField<&SettingsLicenseInfo::setIfuUrl>(u"IFUUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraUrl>(u"ZelkoMiraUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraSharedCasesPageUrl>(u"SharedCasesUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraSoftwarePageUrl>(u"SoftwarePageUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraPasswordPageUrl>(u"ForgotPasswordPageUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraConnectionPageUrl>(u"FindAccountPageUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraAdditionalResourcesUrl>(u"AdditionalResourcesUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraDownloadImplantFilesPageUrl>(u"DownloadImplantFilesUrl"),
-    readField<&SettingsLicenseInfo::setTrainingVideosUrl>(u"TrainingVideosUrl"),
-    readField<&SettingsLicenseInfo::setZelkoMiraSubscriptionsPageUrl>(u"SubscriptionsUrl"),
-    readField<&SettingsLicenseInfo::setPartnerUrl>(u"RedirectToPartnerUrl"),
+    field<&SettingsLicenseInfo::getVantorStatsUrl, &SettingsLicenseInfo::setVantorStatsUrl>(u"StatsUploadUrl"),
+    field<&SettingsLicenseInfo::getContactUrl, &SettingsLicenseInfo::setContactUrl>(u"ContactUrl"),
+    field<&SettingsLicenseInfo::getHelpUrl, &SettingsLicenseInfo::setHelpUrl>(u"HelpUrl"),
+    field<&SettingsLicenseInfo::getIfuUrl, &SettingsLicenseInfo::setIfuUrl>(u"IFUUrl"),
+    field<&SettingsLicenseInfo::getZelkoMiraUrl, &SettingsLicenseInfo::setZelkoMiraUrl>(u"ZelkoMiraUrl"),
+    field<&SettingsLicenseInfo::getZelkoMiraSharedCasesPageUrl, &SettingsLicenseInfo::setZelkoMiraSharedCasesPageUrl>(
+        u"SharedCasesUrl"),
+    field<&SettingsLicenseInfo::getZelkoMiraSoftwarePageUrl, &SettingsLicenseInfo::setZelkoMiraSoftwarePageUrl>(
+        u"SoftwarePageUrl"),
+    field<&SettingsLicenseInfo::getZelkoMiraPasswordPageUrl, &SettingsLicenseInfo::setZelkoMiraPasswordPageUrl>(
+        u"ForgotPasswordPageUrl"),
+    field<&SettingsLicenseInfo::getZelkoMiraConnectionPageUrl, &SettingsLicenseInfo::setZelkoMiraConnectionPageUrl>(
+        u"FindAccountPageUrl"),
+    field<
+        &SettingsLicenseInfo::getZelkoMiraAdditionalResourcesUrl,
+        &SettingsLicenseInfo::setZelkoMiraAdditionalResourcesUrl>(u"AdditionalResourcesUrl"),
+    field<
+        &SettingsLicenseInfo::getZelkoMiraDownloadImplantFilesPageUrl,
+        &SettingsLicenseInfo::setZelkoMiraDownloadImplantFilesPageUrl>(u"DownloadImplantFilesUrl"),
+    field<&SettingsLicenseInfo::getTrainingVideosUrl, &SettingsLicenseInfo::setTrainingVideosUrl>(u"TrainingVideosUrl"),
+    field<
+        &SettingsLicenseInfo::getZelkoMiraSubscriptionsPageUrl, &SettingsLicenseInfo::setZelkoMiraSubscriptionsPageUrl>(
+        u"SubscriptionsUrl"),
+    field<&SettingsLicenseInfo::getPartnerUrl, &SettingsLicenseInfo::setPartnerUrl>(u"RedirectToPartnerUrl"),
 });
 
 // Documents and software
 
 template <>
 inline constexpr auto fieldsOf<FileIdReference> = fields<FileIdReference>({
-    readField<&FileIdReference::setFileId>(u"FileId"),
+    field<&FileIdReference::getFileId, &FileIdReference::setFileId>(u"FileId"),
 });
 
 template <>
 inline constexpr auto fieldsOf<FileLicenseInfo> = fields<FileLicenseInfo>({
-    readField<&FileLicenseInfo::setFileReference>(u"FileId"),
-    readField<&FileLicenseInfo::setFileName>(u"FileName"),
-    readField<&FileLicenseInfo::setFileSize>(u"FileSize"),
+    field<&FileLicenseInfo::getFileReference, &FileLicenseInfo::setFileReference>(u"FileId"),
+    field<&FileLicenseInfo::getFileName, &FileLicenseInfo::setFileName>(u"FileName"),
+    field<&FileLicenseInfo::getFileSize, &FileLicenseInfo::setFileSize>(u"FileSize"),
 });
 
 template <>
 inline constexpr auto fieldsOf<HelpFileInfo> = fields<HelpFileInfo>({
-    readField<&HelpFileInfo::setLanguageCode>(u"LanguageCode"),
-    readField<&HelpFileInfo::setDisplayName>(u"DisplayName"),
-    readField<&HelpFileInfo::setFileRef>(u"Id"),
+    field<&HelpFileInfo::getLanguageCode, &HelpFileInfo::setLanguageCode>(u"LanguageCode"),
+    field<&HelpFileInfo::getDisplayName, &HelpFileInfo::setDisplayName>(u"DisplayName"),
+    field<&HelpFileInfo::getFileRef, &HelpFileInfo::setFileRef>(u"Id"),
 });
 
 template <>
 inline constexpr auto fieldsOf<SoftwareUpdateInfo> = fields<SoftwareUpdateInfo>({
-    readField<&SoftwareUpdateInfo::setUpdateVersion>(u"Version"),
-    readField<&SoftwareUpdateInfo::setMandatoryUpdate>(u"ForcedUpdate"),
-    readField<&SoftwareUpdateInfo::setReleaseImageUrl>(u"ReleaseImageUrl"),
-    readField<&SoftwareUpdateInfo::setInformationUrl>(u"InformationUrl"),
-    readField<&SoftwareUpdateInfo::setDownloadUrl>(u"DirectDownloadUrl"),
+    field<&SoftwareUpdateInfo::getUpdateVersion, &SoftwareUpdateInfo::setUpdateVersion>(u"Version"),
+    field<&SoftwareUpdateInfo::hasMandatoryUpdate, &SoftwareUpdateInfo::setMandatoryUpdate>(u"ForcedUpdate"),
+    field<&SoftwareUpdateInfo::getReleaseImageUrl, &SoftwareUpdateInfo::setReleaseImageUrl>(u"ReleaseImageUrl"),
+    field<&SoftwareUpdateInfo::getInformationUrl, &SoftwareUpdateInfo::setInformationUrl>(u"InformationUrl"),
+    field<&SoftwareUpdateInfo::getDownloadUrl, &SoftwareUpdateInfo::setDownloadUrl>(u"DirectDownloadUrl"),
 });
 
 // Users and studies
 
 template <>
 inline constexpr auto fieldsOf<TessalyUser> = fields<TessalyUser>({
-    readField<&TessalyUser::setReference>(u"Reference"),
-    readField<&TessalyUser::setFirstName>(u"FirstName"),
-    readField<&TessalyUser::setLastName>(u"LastName"),
-    readField<&TessalyUser::setUserName>(u"UserName"),
-    readField<&TessalyUser::setPasswordHash>(u"PasswordHash"),
-    readField<&TessalyUser::setEmail>(u"Email"),
-    readField<&TessalyUser::setEncryptedTwoFactorKey>(u"TwoFactorKey"),
+    field<&TessalyUser::getReference, &TessalyUser::setReference>(u"Reference"),
+    field<&TessalyUser::getFirstName, &TessalyUser::setFirstName>(u"FirstName"),
+    field<&TessalyUser::getLastName, &TessalyUser::setLastName>(u"LastName"),
+    field<&TessalyUser::getUserName, &TessalyUser::setUserName>(u"UserName"),
+    field<&TessalyUser::getPasswordHash, &TessalyUser::setPasswordHash>(u"PasswordHash"),
+    field<&TessalyUser::getEmail, &TessalyUser::setEmail>(u"Email"),
+    field<&TessalyUser::getEncryptedTwoFactorKey, &TessalyUser::setEncryptedTwoFactorKey>(u"TwoFactorKey"),
 });
 
 template <>
 inline constexpr auto fieldsOf<ClinicalPartner> = fields<ClinicalPartner>({
-    readField<&ClinicalPartner::setId>(u"StudyParticipantId"),
-    readField<&ClinicalPartner::setName>(u"Name"),
+    field<&ClinicalPartner::getId, &ClinicalPartner::setId>(u"StudyParticipantId"),
+    field<&ClinicalPartner::getName, &ClinicalPartner::setName>(u"Name"),
 });
 
 template <>
 inline constexpr auto fieldsOf<StudyInfo> = fields<StudyInfo>({
-    readField<&StudyInfo::setId>(u"Id"),
-    readField<&StudyInfo::setName>(u"Name"),
-    readField<&StudyInfo::setClinicalPartners>(u"ClinicalPartners"),
+    field<&StudyInfo::getId, &StudyInfo::setId>(u"Id"),
+    field<&StudyInfo::getName, &StudyInfo::setName>(u"Name"),
+    field<&StudyInfo::getClinicalPartners, &StudyInfo::setClinicalPartners>(u"ClinicalPartners"),
 });
 
 template <>
 inline constexpr auto fieldsOf<StudyInfoList> = fields<StudyInfoList>({
-    readField<&StudyInfoList::setStudyInfos>(u"StudyInfos"),
+    field<&StudyInfoList::getStudyInfos, &StudyInfoList::setStudyInfos>(u"StudyInfos"),
 });
 
 // Usage statistics
 
-inline QJsonValue base64Text(QByteArray const& bytes)
-{
-    return QString::fromLatin1(bytes.toBase64());
-}
-
 template <>
 inline constexpr auto fieldsOf<VantorStats> = fields<VantorStats>({
     field<&VantorStats::getVantorStatsId>(u"SelectedType"),
-    field<&VantorStats::getData>(u"Data", writtenBy<&base64Text>),
+    field<&VantorStats::getData>(u"Data", base64),
+});
+
+// Replies that the operations take apart
+
+template <>
+inline constexpr auto fieldsOf<operations::AuthenticationKeys> = fields<operations::AuthenticationKeys>({
+    field<&operations::AuthenticationKeys::keys>(u"Keys"),
+});
+
+template <>
+inline constexpr auto fieldsOf<operations::SoftwarePage> = fields<operations::SoftwarePage>({
+    field<&operations::SoftwarePage::softwarePageUrl>(u"SoftwarePageUrl"),
 });
 
 } // namespace jsonSerializer::implementation

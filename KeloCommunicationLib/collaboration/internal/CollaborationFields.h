@@ -8,6 +8,20 @@ namespace jsonSerializer::implementation
 {
 
 template <>
+inline constexpr TextTable<collaboration::RequestType, 8> namesOf<collaboration::RequestType>{
+    {{
+        {latin1("DentalScan"), collaboration::RequestType::DentalScan},
+        {latin1("LabDesign"), collaboration::RequestType::LabDesign},
+        {latin1("TempShell"), collaboration::RequestType::TempShell},
+        {latin1("Template"), collaboration::RequestType::Template},
+        {latin1("Restoration"), collaboration::RequestType::Restoration},
+        {latin1("SurgeryPlan"), collaboration::RequestType::SurgeryPlan},
+        {latin1("CentralizedRestoration"), collaboration::RequestType::CentralizedRestoration},
+        {latin1("Referral"), collaboration::RequestType::Referral},
+    }},
+    collaboration::RequestType::Unset};
+
+template <>
 inline constexpr auto fieldsOf<collaboration::FileInfo> = fields<collaboration::FileInfo>({
     field<&collaboration::FileInfo::id>(u"Id"),
     field<&collaboration::FileInfo::state>(u"State"),

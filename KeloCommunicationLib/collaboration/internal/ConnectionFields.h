@@ -2,6 +2,8 @@
 
 #include <KeloCommunicationLib/collaboration/ConnectionRecords.h>
 #include <KeloCommunicationLib/collaboration/QueryRecords.h>
+#include <KeloCommunicationLib/collaboration/internal/CollaborationFields.h>
+#include <KeloCommunicationLib/connection/OperationRecords.h>
 #include <KeloCommunicationLib/json/internal/Fields.h>
 
 /// The keys of the global records: sessions, connections, restorations and queries.
@@ -21,61 +23,76 @@ inline constexpr TextTable<ConnectionStatus, 7> connectionStatusTexts{
     ConnectionStatus::Unknown};
 
 template <>
+inline constexpr auto namesOf<ConnectionStatus> = connectionStatusTexts;
+
+template <>
 inline constexpr auto fieldsOf<CollaborationSessionId> = fields<CollaborationSessionId>({
-    readField<&CollaborationSessionId::setSessionId>(u"SessionId"),
+    field<&CollaborationSessionId::getSessionId, &CollaborationSessionId::setSessionId>(u"SessionId"),
 });
 
 template <>
 inline constexpr auto fieldsOf<CreateCollaborationSessionInfo> = fields<CreateCollaborationSessionInfo>({
-    field<&CreateCollaborationSessionInfo::getInstallationReference>(u"InstallationReference"),
-    field<&CreateCollaborationSessionInfo::getUserReference>(u"UserReference"),
+    field<
+        &CreateCollaborationSessionInfo::getInstallationReference,
+        &CreateCollaborationSessionInfo::setInstallationReference>(u"InstallationReference"),
+    field<&CreateCollaborationSessionInfo::getUserReference, &CreateCollaborationSessionInfo::setUserReference>(
+        u"UserReference"),
 });
 
 template <>
 inline constexpr auto fieldsOf<CreateCollaborationSessionWithoutConnectionIdInfo> =
     fields<CreateCollaborationSessionWithoutConnectionIdInfo>({
-        field<&CreateCollaborationSessionWithoutConnectionIdInfo::getUserReference>(u"UserReference"),
+        field<
+            &CreateCollaborationSessionWithoutConnectionIdInfo::getUserReference,
+            &CreateCollaborationSessionWithoutConnectionIdInfo::setUserReference>(u"UserReference"),
     });
 
 template <>
 inline constexpr auto fieldsOf<RequestLockState> = fields<RequestLockState>({
-    readField<&RequestLockState::setUnlocked>(u"Unlocked"),
+    field<&RequestLockState::isUnlocked, &RequestLockState::setUnlocked>(u"Unlocked"),
 });
 
 template <>
 inline constexpr auto fieldsOf<UpdateCollaborationRequestStatusInfo> = fields<UpdateCollaborationRequestStatusInfo>({
-    field<&UpdateCollaborationRequestStatusInfo::getInstallationReference>(u"InstallationReference"),
-    field<&UpdateCollaborationRequestStatusInfo::getStatus>(u"Status"),
+    field<
+        &UpdateCollaborationRequestStatusInfo::getInstallationReference,
+        &UpdateCollaborationRequestStatusInfo::setInstallationReference>(u"InstallationReference"),
+    field<&UpdateCollaborationRequestStatusInfo::getStatus, &UpdateCollaborationRequestStatusInfo::setStatus>(
+        u"Status"),
 });
 
 template <>
 inline constexpr auto fieldsOf<StartConnectionRequest> = fields<StartConnectionRequest>({
-    field<&StartConnectionRequest::getUserReference>(u"UserReference"),
-    field<&StartConnectionRequest::getInstallationReference>(u"InstallationReference"),
-    field<&StartConnectionRequest::getNote>(u"Note"),
-    field<&StartConnectionRequest::getConnectionToken>(u"ConnectionToken"),
+    field<&StartConnectionRequest::getUserReference, &StartConnectionRequest::setUserReference>(u"UserReference"),
+    field<&StartConnectionRequest::getInstallationReference, &StartConnectionRequest::setInstallationReference>(
+        u"InstallationReference"),
+    field<&StartConnectionRequest::getNote, &StartConnectionRequest::setNote>(u"Note"),
+    field<&StartConnectionRequest::getConnectionToken, &StartConnectionRequest::setConnectionToken>(u"ConnectionToken"),
 });
 
 template <>
 inline constexpr auto fieldsOf<StartConnectionResponse> = fields<StartConnectionResponse>({
-    readField<&StartConnectionResponse::setConnectionId>(u"ConnectionId"),
-    readField<&StartConnectionResponse::setConnectionStatus>(u"ConnectionStatus", alwaysZero),
+    field<&StartConnectionResponse::getConnectionId, &StartConnectionResponse::setConnectionId>(u"ConnectionId"),
+    field<&StartConnectionResponse::getConnectionStatus, &StartConnectionResponse::setConnectionStatus>(
+        u"ConnectionStatus", alwaysZero),
 });
 
 // The status is sent as a number here and arrives as a text in the record below.
 template <>
 inline constexpr auto fieldsOf<UpdateConnectionStatusRequest> = fields<UpdateConnectionStatusRequest>({
-    field<&UpdateConnectionStatusRequest::getInstallationReference>(u"InstallationReference"),
-    field<&UpdateConnectionStatusRequest::getStatus>(u"Status"),
+    field<
+        &UpdateConnectionStatusRequest::getInstallationReference,
+        &UpdateConnectionStatusRequest::setInstallationReference>(u"InstallationReference"),
+    field<&UpdateConnectionStatusRequest::getStatus, &UpdateConnectionStatusRequest::setStatus>(u"Status"),
 });
 
 template <>
 inline constexpr auto fieldsOf<ConnectionInfo> = fields<ConnectionInfo>({
-    readField<&ConnectionInfo::setId>(u"ConnectionId"),
-    readField<&ConnectionInfo::setName>(u"Name"),
-    readField<&ConnectionInfo::setInitiator>(u"IsInitiator"),
-    readField<&ConnectionInfo::setZipCode>(u"ZipCode"),
-    readField<&ConnectionInfo::setState>(u"Status", texts<connectionStatusTexts>),
+    field<&ConnectionInfo::getId, &ConnectionInfo::setId>(u"ConnectionId"),
+    field<&ConnectionInfo::getName, &ConnectionInfo::setName>(u"Name"),
+    field<&ConnectionInfo::isInitiator, &ConnectionInfo::setInitiator>(u"IsInitiator"),
+    field<&ConnectionInfo::getZipCode, &ConnectionInfo::setZipCode>(u"ZipCode"),
+    field<&ConnectionInfo::getState, &ConnectionInfo::setState>(u"Status", texts<connectionStatusTexts>),
 });
 
 template <>
@@ -103,20 +120,32 @@ inline constexpr auto fieldsOf<CreateRestorationRequestInfo::ImplantConnection> 
 
 template <>
 inline constexpr auto fieldsOf<CreateRestorationRequestInfo> = fields<CreateRestorationRequestInfo>({
-    field<&CreateRestorationRequestInfo::getInstallationReference>(u"InstallationReference"),
-    field<&CreateRestorationRequestInfo::getUserReference>(u"UserReference"),
-    field<&CreateRestorationRequestInfo::getVersionNumber>(u"VersionNumber"),
-    field<&CreateRestorationRequestInfo::getNote>(u"Note"),
-    field<&CreateRestorationRequestInfo::getDueDate>(u"DueDate"),
-    field<&CreateRestorationRequestInfo::getNewFiles>(u"NewFiles"),
-    field<&CreateRestorationRequestInfo::getExistingFiles>(u"ExistingFiles"),
-    field<&CreateRestorationRequestInfo::getTreatingClinician>(u"TreatingClinician"),
-    field<&CreateRestorationRequestInfo::getPatientId>(u"PatientId"),
-    field<&CreateRestorationRequestInfo::getPatientFirstName>(u"PatientFirstName"),
-    field<&CreateRestorationRequestInfo::getPatientLastName>(u"PatientLastName"),
-    field<&CreateRestorationRequestInfo::getPatientGender>(u"PatientGender", writtenBy<&conversions::toString>),
-    field<&CreateRestorationRequestInfo::getPatientBirthdayString>(u"PatientDateOfBirth"),
-    field<&CreateRestorationRequestInfo::getImplantConnections>(u"Connections"),
+    field<
+        &CreateRestorationRequestInfo::getInstallationReference,
+        &CreateRestorationRequestInfo::setInstallationReference>(u"InstallationReference"),
+    field<&CreateRestorationRequestInfo::getUserReference, &CreateRestorationRequestInfo::setUserReference>(
+        u"UserReference"),
+    field<&CreateRestorationRequestInfo::getVersionNumber, &CreateRestorationRequestInfo::setVersionNumber>(
+        u"VersionNumber"),
+    field<&CreateRestorationRequestInfo::getNote, &CreateRestorationRequestInfo::setNote>(u"Note"),
+    field<&CreateRestorationRequestInfo::getDueDate, &CreateRestorationRequestInfo::setDueDate>(u"DueDate"),
+    field<&CreateRestorationRequestInfo::getNewFiles, &CreateRestorationRequestInfo::setNewFiles>(u"NewFiles"),
+    field<&CreateRestorationRequestInfo::getExistingFiles, &CreateRestorationRequestInfo::setExistingFiles>(
+        u"ExistingFiles"),
+    field<&CreateRestorationRequestInfo::getTreatingClinician, &CreateRestorationRequestInfo::setTreatingClinician>(
+        u"TreatingClinician"),
+    field<&CreateRestorationRequestInfo::getPatientId, &CreateRestorationRequestInfo::setPatientId>(u"PatientId"),
+    field<&CreateRestorationRequestInfo::getPatientFirstName, &CreateRestorationRequestInfo::setPatientFirstName>(
+        u"PatientFirstName"),
+    field<&CreateRestorationRequestInfo::getPatientLastName, &CreateRestorationRequestInfo::setPatientLastName>(
+        u"PatientLastName"),
+    field<&CreateRestorationRequestInfo::getPatientGender, &CreateRestorationRequestInfo::setPatientGender>(
+        u"PatientGender", words<&conversions::toString, PatientGender::Other>),
+    field<
+        &CreateRestorationRequestInfo::getPatientBirthdayString,
+        &CreateRestorationRequestInfo::setPatientBirthdayString>(u"PatientDateOfBirth"),
+    field<&CreateRestorationRequestInfo::getImplantConnections, &CreateRestorationRequestInfo::setImplantConnections>(
+        u"Connections"),
 });
 
 template <>
@@ -128,9 +157,13 @@ inline constexpr auto fieldsOf<CreateRestorationResponseInfo::FileInfo> =
 
 template <>
 inline constexpr auto fieldsOf<CreateRestorationResponseInfo> = fields<CreateRestorationResponseInfo>({
-    readField<&CreateRestorationResponseInfo::setCollaborationRequestId>(u"CollaborationRequestId"),
-    readField<&CreateRestorationResponseInfo::setCollaborationRequestKey>(u"CollaborationRequestKey"),
-    readField<&CreateRestorationResponseInfo::setFiles>(u"Files"),
+    field<
+        &CreateRestorationResponseInfo::getCollaborationRequestId,
+        &CreateRestorationResponseInfo::setCollaborationRequestId>(u"CollaborationRequestId"),
+    field<
+        &CreateRestorationResponseInfo::getCollaborationRequestKey,
+        &CreateRestorationResponseInfo::setCollaborationRequestKey>(u"CollaborationRequestKey"),
+    field<&CreateRestorationResponseInfo::getFiles, &CreateRestorationResponseInfo::setFiles>(u"Files"),
 });
 
 template <>
@@ -149,28 +182,45 @@ inline constexpr auto fieldsOf<RestorationDetailsInfo::CollaborationSessionDetai
 
 template <>
 inline constexpr auto fieldsOf<RestorationDetailsInfo> = fields<RestorationDetailsInfo>({
-    readField<&RestorationDetailsInfo::setCollaborationSessionDetailInfos>(u"CollaborationSessionDetailInfos"),
+    field<
+        &RestorationDetailsInfo::getCollaborationSessionDetailInfos,
+        &RestorationDetailsInfo::setCollaborationSessionDetailInfos>(u"CollaborationSessionDetailInfos"),
 });
 
 template <>
 inline constexpr auto fieldsOf<GetRequestDetailsInfo> = fields<GetRequestDetailsInfo>({
-    field<&GetRequestDetailsInfo::getOnlyActiveRequests>(u"GetOnlyActiveRequests"),
-    field<&GetRequestDetailsInfo::getVersionNumber>(u"VersionNumber"),
-    field<&GetRequestDetailsInfo::getRequestIds>(u"RequestIds"),
-    field<&GetRequestDetailsInfo::getType>(u"Type", leftOutWhenUnset),
+    field<&GetRequestDetailsInfo::getOnlyActiveRequests, &GetRequestDetailsInfo::setOnlyActiveRequests>(
+        u"GetOnlyActiveRequests"),
+    field<&GetRequestDetailsInfo::getVersionNumber, &GetRequestDetailsInfo::setVersionNumber>(u"VersionNumber"),
+    field<&GetRequestDetailsInfo::getRequestIds, &GetRequestDetailsInfo::setRequestIds>(u"RequestIds"),
+    field<&GetRequestDetailsInfo::getType, &GetRequestDetailsInfo::setType>(u"Type", leftOutWhenUnset),
 });
 
 template <>
 inline constexpr auto fieldsOf<GetRequestsInfo> = fields<GetRequestsInfo>({
-    field<&GetRequestsInfo::getOnlyActiveRequests>(u"GetOnlyActiveRequests"),
-    field<&GetRequestsInfo::getVersionNumber>(u"VersionNumber"),
-    field<&GetRequestsInfo::getSelectedTypes>(u"SelectedTypes"),
+    field<&GetRequestsInfo::getOnlyActiveRequests, &GetRequestsInfo::setOnlyActiveRequests>(u"GetOnlyActiveRequests"),
+    field<&GetRequestsInfo::getVersionNumber, &GetRequestsInfo::setVersionNumber>(u"VersionNumber"),
+    field<&GetRequestsInfo::getSelectedTypes, &GetRequestsInfo::setSelectedTypes>(u"SelectedTypes"),
 });
 
 template <>
 inline constexpr auto fieldsOf<RequestRestorationDetailsInfo> = fields<RequestRestorationDetailsInfo>({
-    field<&RequestRestorationDetailsInfo::getOnlyActiveRequests>(u"GetOnlyActiveRequests"),
-    field<&RequestRestorationDetailsInfo::getRequestIds>(u"RequestIds"),
+    field<&RequestRestorationDetailsInfo::getOnlyActiveRequests, &RequestRestorationDetailsInfo::setOnlyActiveRequests>(
+        u"GetOnlyActiveRequests"),
+    field<&RequestRestorationDetailsInfo::getRequestIds, &RequestRestorationDetailsInfo::setRequestIds>(u"RequestIds"),
+});
+
+// Bodies that the operations make
+
+template <>
+struct Value<operations::EmptyBody>
+{
+    static constexpr Type type() { return Type{.kind = ValueKind::Record}; }
+};
+
+template <>
+inline constexpr auto fieldsOf<operations::InstallationBody> = fields<operations::InstallationBody>({
+    field<&operations::InstallationBody::installationReference>(u"InstallationReference"),
 });
 
 } // namespace jsonSerializer::implementation

@@ -6,6 +6,9 @@
 #include <platform/threading/Future.h>
 #include <platform/threading/WaitDriver.h>
 
+namespace KeloCommunicationLib::internal
+{
+
 /// Waits until the future is finished, cancelled included, while the calling thread goes on with its events. Without an
 /// application object, or on a thread whose work the future may depend on, it waits as `Future::wait` does.
 template <class T>
@@ -28,3 +31,5 @@ void waitWithEventLoop(threading::Future<T> const& future)
         loop.processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
+
+} // namespace KeloCommunicationLib::internal

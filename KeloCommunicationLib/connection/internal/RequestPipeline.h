@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <initializer_list>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -8,52 +8,69 @@
 
 #include <QByteArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 #include <QUrl>
 
+#include <KeloCommunicationLib/connection/Operation.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <KeloCommunicationLib/json/JsonSerializer.h>
+#include <KeloCommunicationLib/json/internal/TextReader.h>
+#include <KeloCommunicationLib/json/internal/Value.h>
 #include <platform/rest/HttpRequestData.h>
 #include <platform/rest/NetReplyErrorParser.h>
 #include <platform/rest/RestReply.h>
 #include <platform/threading/Future.h>
 
-/// The one way from an operation to the wire and back. An operation names its path, its body and its reply; everything
+/// The one way from an operation to the wire and back. An operation names its route, its body and its reply; everything
 /// else happens here.
-namespace pipeline
+namespace KeloCommunicationLib::internal
 {
 
-/// Fills all placeholders in one pass, so that a value that looks like a placeholder stays as it is. Values are not
-/// percent-encoded.
-template <class... Values>
-QString path(char const* pathTemplate, Values const&... values)
+using Values = std::initializer_list<QString>;
+
+/// The path with the route's values, in the order in which the route names them. They are filled in in one pass, so
+/// that one that looks like a placeholder stays as it is, and are not percent-encoded.
+QString pathOf(operations::Route const& route, Values values);
+QUrl urlOf(operations::Route const& route, Values values);
+
+/// A request without a body.
+rest::HttpRequestData requestTo(operations::Route const& route, Values values);
+
+/// What the reply's type is on the wire.
+template <class T>
+jsonSerializer::implementation::Type const& wireType(T*)
 {
-    return QString::fromLatin1(pathTemplate).arg(values...);
+    return jsonSerializer::implementation::recordType<T>();
 }
 
-/// Reads a reply's body into its value.
 template <class T>
-struct Body
+jsonSerializer::implementation::Type const& wireType(std::vector<T>*)
 {
-    static T read(QJsonDocument const& document)
-    {
-        return document.isObject() ? jsonSerializer::fromJson<T>(document.object()) : T();
-    }
-};
+    static auto const type = jsonSerializer::implementation::listOf<std::vector<T>>(wireType(static_cast<T*>(nullptr)));
+    return type;
+}
 
+/// Reads a reply's body: its text if the platform's reply has it, else its document.
+template <class T, class Reply>
+T readBody(Reply const& reply)
+{
+    auto const& type = wireType(static_cast<T*>(nullptr));
+    if constexpr (requires { reply.text(); })
+    {
+        T value{};
+        if (!reply.text().isEmpty() && jsonSerializer::implementation::readText(type, &value, reply.text()))
+        {
+            return value;
+        }
+    }
+    T value{};
+    jsonSerializer::implementation::readDocument(type, &value, reply.body());
+    return value;
+}
+
+/// Classifies a reply and, if it is a success, reads its body.
 template <class T>
-struct Body<std::vector<T>>
-{
-    static std::vector<T> read(QJsonDocument const& document)
-    {
-        return jsonSerializer::implementation::FromJSON<std::vector<T>, 1>::convert(document);
-    }
-};
-
-/// Classifies a reply and, if it is a success, reads its body with `Reader`.
-template <class T, class Reader = Body<T>>
 rest::RestReply<T> typedReply(rest::NetReplyErrorParser const& parser, rest::JsonReply const& reply)
 {
     rest::RestReply<T> typed;
@@ -62,25 +79,27 @@ rest::RestReply<T> typedReply(rest::NetReplyErrorParser const& parser, rest::Jso
     {
         if (typed.status.kind == 0)
         {
-            typed.value = Reader::read(reply->body());
+            typed.value = readBody<T>(*reply);
         }
     }
     return typed;
 }
 
-/// Sends the request. The returned future finishes with the typed reply on the thread that finishes the exchange;
-/// cancelling it aborts the exchange. The continuation holds the parser, never the connection.
-template <class T, class Reader = Body<T>>
-threading::Future<rest::RestReply<T>> send(rest::Connection const& connection, rest::HttpRequestData request)
+/// Sends the request. On the thread that finishes the exchange, `complete` gets the typed reply and the promise of the
+/// returned future, which it keeps; cancelling that future aborts the exchange. The continuation holds the parser,
+/// never the connection.
+template <class T, class Result, class Complete>
+threading::Future<Result> sendFor(rest::Connection const& connection, rest::HttpRequestData request, Complete complete)
 {
     // Once the request is out, another thread may see its effect and destroy the connection.
     auto parser = connection.getErrorParser();
     rest::FutureJsonReply const exchange = connection.request(std::move(request));
-    threading::Promise<rest::RestReply<T>> promise;
+    threading::Promise<Result> promise;
     auto const result = promise.future();
     promise.onCancel([exchange] { exchange.cancel(); });
     exchange.then(
-        [parser = std::move(parser), promise = std::move(promise)](rest::FutureJsonReply const& finished) mutable
+        [parser = std::move(parser), complete = std::move(complete),
+         promise = std::move(promise)](rest::FutureJsonReply const& finished) mutable
         {
             if (finished.isCanceled())
             {
@@ -88,52 +107,46 @@ threading::Future<rest::RestReply<T>> send(rest::Connection const& connection, r
             }
             else
             {
-                promise.setValue(typedReply<T, Reader>(*parser, finished.get()));
+                complete(typedReply<T>(*parser, finished.get()), std::move(promise));
             }
         });
     return result;
 }
 
-/// Fetches the bytes at the path; they are empty unless the answer is HTTP 200. Cancelling the returned future aborts
-/// the transfer.
-inline threading::Future<QByteArray> download(rest::Connection const& connection, QString const& path)
-{
-    auto promise = std::make_shared<threading::Promise<QByteArray>>();
-    threading::Future<QByteArray> const result = promise->future();
-    threading::Future<void> const transfer = connection.downloadBinary(
-        QUrl(path, QUrl::TolerantMode),
-        [promise](rest::BinaryReply const& reply)
-        { promise->setValue(reply->httpStatusCode() == 200 ? reply->body() : QByteArray()); },
-        std::chrono::milliseconds(0));
-    promise->onCancel([transfer] { transfer.cancel(); });
-    // Aborted on the connection's side (closed, destroyed) there is no reply, and nothing is left that could finish the
-    // promise.
-    transfer.then([promise](threading::Future<void> const&) { promise->cancel(); });
-    return result;
-}
-
-} // namespace pipeline
-
+/// Sends the request for its typed reply.
 template <class T>
-TessalyConnectionInterface::Reply<T> TessalyConnection::get(QString const& path) const
+threading::Future<rest::RestReply<T>> send(rest::Connection const& connection, rest::HttpRequestData request)
 {
-    return pipeline::send<T>(
-        *this, rest::RequestDataCreator::makeRequest(rest::HttpMethod::Get, QUrl(path, QUrl::TolerantMode)));
+    return sendFor<T, rest::RestReply<T>>(
+        connection, std::move(request),
+        [](rest::RestReply<T>&& reply, threading::Promise<rest::RestReply<T>> promise)
+        { std::move(promise).setValue(std::move(reply)); });
 }
 
-template <class T>
-TessalyConnectionInterface::Reply<T> TessalyConnection::post(
-    QString const& path, QJsonValue const& body, std::chrono::milliseconds timeout) const
+/// The request of an operation with a body.
+template <class Body, class Reply>
+rest::HttpRequestData requestOf(operations::Operation<Body, Reply> const& operation, Values values, Body const& body)
 {
-    return pipeline::send<T>(
-        *this, rest::RequestDataCreator::makeRequestData(
-                   rest::HttpMethod::Post, QUrl(path, QUrl::TolerantMode), body, timeout, true));
+    return rest::RequestDataCreator::makeRequestData(
+        operation.method, urlOf(operation, values), jsonSerializer::toJson(body), operation.timeout, true);
 }
 
-template <class T>
-TessalyConnectionInterface::Reply<T> TessalyConnection::put(QString const& path, QJsonValue const& body) const
+/// Calls an operation without a body.
+template <class Reply>
+auto call(rest::Connection const& connection, operations::Operation<void, Reply> const& operation, Values values = {})
 {
-    return pipeline::send<T>(
-        *this, rest::RequestDataCreator::makeRequestData(
-                   rest::HttpMethod::Put, QUrl(path, QUrl::TolerantMode), body, std::chrono::milliseconds(0), true));
+    return send<Reply>(connection, requestTo(operation, values));
 }
+
+template <class Body, class Reply>
+auto call(
+    rest::Connection const& connection, operations::Operation<Body, Reply> const& operation, Values values,
+    Body const& body)
+{
+    return send<Reply>(connection, requestOf(operation, values, body));
+}
+
+/// Fetches bytes; they are empty unless the answer is HTTP 200. Cancelling the returned future aborts the transfer.
+threading::Future<QByteArray> download(rest::Connection const& connection, QUrl const& url);
+
+} // namespace KeloCommunicationLib::internal

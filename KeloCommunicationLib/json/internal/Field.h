@@ -2,44 +2,123 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <span>
+#include <string_view>
 #include <type_traits>
+#include <vector>
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QString>
 #include <QStringView>
 
 #include <KeloCommunicationLib/Export.h>
+#include <KeloCommunicationLib/json/RecordSchema.h>
 
 namespace jsonSerializer::implementation
 {
 
-/// One row of a record's table, without the record's type: which key a member has and how it is read and written.
-struct Field
+/// A value of the wire that is neither a record nor a list, whichever way it came in.
+struct Scalar
 {
-    enum class Placement : int
+    enum class Is : int
     {
-        Member, ///< under its key
-        Flat,   ///< an embedded record whose members stand beside the outer record's own
-        Within  ///< rows of the same record that stand in an object under the key
+        Other, ///< an object or an array where none belongs, or null in a list
+        Text,
+        Boolean,
+        Integer, ///< any number without a fraction that fits into 64 bits
+        Number
     };
 
-    QStringView key{};
-    Placement placement = Placement::Member;
-    /// Member: takes the value, which is there and not null. Null for a row that is only written.
-    void (*read)(void* record, QJsonValueConstRef json) = nullptr;
-    /// Member: undefined leaves the key out. Flat: an object whose members are spread. Null for a row that is only
-    /// read.
-    QJsonValue (*write)(void const* record) = nullptr;
-    void* (*part)(void* record) = nullptr; ///< Flat: the embedded record
-    std::span<Field const> rows{};         ///< Flat: the embedded record's; Within: those in the object
+    Is is = Is::Other;
+    bool boolean = false;
+    qint64 integer = 0;
+    double number = 0; ///< also of an integer
+    QString text{};    ///< null unless it is a text
+
+    /// The integer if it has 32 bits, else 0.
+    int toInt() const
+    {
+        bool const fits = integer >= std::numeric_limits<int>::min() && integer <= std::numeric_limits<int>::max();
+        return fits ? static_cast<int>(integer) : 0;
+    }
+};
+
+/// Takes the address of a value that lives as long as the call.
+template <class Pointer>
+class AddressTaker
+{
+public:
+    template <class Function>
+    AddressTaker(Function& function) // NOLINT(google-explicit-constructor): a lambda goes where one is wanted
+        : context_(const_cast<void*>(static_cast<void const*>(&function))),
+          call_([](void* context, Pointer value) { (*static_cast<Function*>(context))(value); })
+    {
+    }
+
+    void operator()(Pointer value) const { call_(context_, value); }
+
+private:
+    void* context_;
+    void (*call_)(void* context, Pointer value);
+};
+
+using Change = AddressTaker<void*>;
+using Look = AddressTaker<void const*>;
+
+/// One row of a record's table, without the record's type: which key a member has, how one gets at it, and what it is.
+struct Field
+{
+    QStringView key{};               ///< null: an embedded record, whose members stand beside the outer record's own
+    std::array<char, 40> keyBytes{}; ///< the same, as it stands in a text
+    Type const* type = nullptr;
+    /// Where the member is, for one that is there: the short way of `change`. Null for members with accessors.
+    void* (*address)(void* record) = nullptr;
+    /// Calls back with the member, or with a new value that the setter then takes. Null: the member is only written.
+    void (*change)(void* record, Change with) = nullptr;
+    /// Calls back with the member, unless it is an unset optional one.
+    void (*look)(void const* record, Look with) = nullptr;
+    bool isOptional = false;
+
+    bool isEmbedded() const { return key.isNull(); }
 };
 
 using Table = std::span<Field const>;
 
+/// One type of value, without its C++ type.
+struct Type
+{
+    ValueKind kind = ValueKind::Text;
+    WireForm form = WireForm::Usual;
+    std::vector<NamedValue> (*names)() = nullptr;
+
+    // Neither record nor list; `read` is only called for what is there and not null. What is written as undefined is
+    // left out.
+    void (*read)(void* value, Scalar& scalar) = nullptr;
+    QJsonValue (*write)(void const* value) = nullptr;
+
+    // Record
+    std::string_view name{};
+    Table rows{};
+
+    // List
+    Type const* items = nullptr;
+    void (*clear)(void* list) = nullptr;
+    void (*reserve)(void* list, std::size_t size) = nullptr;
+    void* (*append)(void* list) = nullptr;
+    void (*each)(void const* list, Look with) = nullptr;
+};
+
+/// Reads a value that is there and not null.
+KELO_EXPORT void readValue(Type const& type, void* value, QJsonValueConstRef json);
+/// Every element gives an entry.
+KELO_EXPORT void readList(Type const& type, void* list, QJsonArray const& array);
 /// Reads every member that the object has; a key that is missing or null leaves its member alone.
 KELO_EXPORT void readRecord(void* record, Table table, QJsonObject const& object);
 
+KELO_EXPORT QJsonValue writeValue(Type const& type, void const* value);
 /// The record as an object.
 KELO_EXPORT QJsonObject writeRecord(void const* record, Table table);
 

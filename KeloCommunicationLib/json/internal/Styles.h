@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <utility>
+#include <vector>
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QLatin1String>
 #include <QString>
@@ -21,15 +23,16 @@ struct Plain
     template <class T>
     using On = Value<T>;
 };
-inline constexpr Plain plain{};
 
 /// An integer or enumeration as a string that holds its decimal digits.
 struct DecimalText
 {
     template <class T>
-    struct On
+    struct On : Value<T>
     {
-        static void read(T& value, QJsonValueConstRef json) { value = static_cast<T>(json.toString().toInt()); }
+        static constexpr WireForm form = WireForm::DecimalText;
+
+        static void read(T& value, Scalar& scalar) { value = static_cast<T>(scalar.text.toInt()); }
 
         static QJsonValue write(T const& value) { return QString::number(static_cast<int>(value)); }
     };
@@ -39,6 +42,8 @@ inline constexpr DecimalText decimalText{};
 /// An integer or enumeration that is left out when it holds -1.
 struct LeftOutWhenUnset
 {
+    static constexpr bool isOptional = true;
+
     template <class T>
     struct On : Value<T>
     {
@@ -60,7 +65,7 @@ struct TruncatedNumber
     template <class T>
     struct On : Value<T>
     {
-        static void read(T& value, QJsonValueConstRef json) { value = nearestInt(json.toDouble()); }
+        static void read(T& value, Scalar& scalar) { value = nearestInt(scalar.number); }
     };
 };
 inline constexpr TruncatedNumber truncatedNumber{};
@@ -71,7 +76,7 @@ struct AlwaysZero
     template <class T>
     struct On : Value<T>
     {
-        static void read(T& value, QJsonValueConstRef) { value = T{}; }
+        static void read(T& value, Scalar&) { value = T{}; }
     };
 };
 inline constexpr AlwaysZero alwaysZero{};
@@ -82,6 +87,8 @@ struct NullWhenNull
     template <class T>
     struct On : Value<T>
     {
+        static constexpr WireForm form = WireForm::NullOrUsual;
+
         static QJsonValue write(T const& value)
         {
             return value.isNull() ? QJsonValue(QJsonValue::Null) : Value<T>::write(value);
@@ -89,6 +96,37 @@ struct NullWhenNull
     };
 };
 inline constexpr NullWhenNull nullWhenNull{};
+
+/// Bytes as text in standard Base64.
+struct Base64
+{
+    template <class T>
+    struct On
+    {
+        static constexpr ValueKind kind = ValueKind::Text;
+        static constexpr WireForm form = WireForm::Base64;
+
+        static void read(T& value, Scalar& scalar) { value = QByteArray::fromBase64(scalar.text.toLatin1()); }
+
+        static QJsonValue write(T const& value) { return QString::fromLatin1(value.toBase64()); }
+    };
+};
+inline constexpr Base64 base64{};
+
+/// A file as its name without the directory.
+struct FileName
+{
+    template <class T>
+    struct On
+    {
+        static constexpr ValueKind kind = ValueKind::Text;
+
+        static void read(T& value, Scalar& scalar) { value = T(scalar.text); }
+
+        static QJsonValue write(T const& value) { return value.fileName(); }
+    };
+};
+inline constexpr FileName fileName{};
 
 template <std::size_t Size>
 constexpr QLatin1String latin1(char const (&text)[Size])
@@ -128,6 +166,16 @@ struct TextTable
         }
         return QString();
     }
+
+    std::vector<NamedValue> names() const
+    {
+        std::vector<NamedValue> all;
+        for (auto const& [name, value] : rows)
+        {
+            all.push_back({name, static_cast<int>(value)});
+        }
+        return all;
+    }
 };
 
 /// An enumeration that travels as one of the texts of `Table`.
@@ -137,38 +185,52 @@ struct Texts
     template <class T>
     struct On
     {
-        static void read(T& value, QJsonValueConstRef json) { value = Table.valueOf(json.toString()); }
+        static constexpr ValueKind kind = ValueKind::Enumeration;
+        static constexpr WireForm form = WireForm::Texts;
+
+        static void read(T& value, Scalar& scalar) { value = Table.valueOf(scalar.text); }
 
         static QJsonValue write(T const& value) { return Table.textOf(value); }
+
+        static std::vector<NamedValue> names() { return Table.names(); }
     };
 };
 template <auto const& Table>
 inline constexpr Texts<Table> texts{};
 
-/// A member that is only written, as what `Convert` makes of it.
-template <auto Convert>
-struct WrittenBy
+/// An enumeration from 0 to `Last` that travels as the words that `wordOf` has for it; any other word is 0.
+template <auto wordOf, auto Last>
+struct Words
 {
     template <class T>
     struct On
     {
-        static QJsonValue write(T const& value) { return Convert(value); }
-    };
-};
-template <auto Convert>
-inline constexpr WrittenBy<Convert> writtenBy{};
+        static constexpr ValueKind kind = ValueKind::Enumeration;
+        static constexpr WireForm form = WireForm::Texts;
 
-/// A member that is only read, as what `Convert` makes of the value.
-template <auto Convert>
-struct ReadBy
-{
-    template <class T>
-    struct On
-    {
-        static void read(T& value, QJsonValueConstRef json) { value = Convert(json); }
+        static void read(T& value, Scalar& scalar)
+        {
+            value = T{};
+            for (NamedValue const& candidate : names())
+            {
+                value = candidate.name == scalar.text ? static_cast<T>(candidate.value) : value;
+            }
+        }
+
+        static QJsonValue write(T const& value) { return wordOf(value); }
+
+        static std::vector<NamedValue> names()
+        {
+            std::vector<NamedValue> all;
+            for (int value = 0; value <= static_cast<int>(Last); ++value)
+            {
+                all.push_back({wordOf(static_cast<T>(value)), value});
+            }
+            return all;
+        }
     };
 };
-template <auto Convert>
-inline constexpr ReadBy<Convert> readBy{};
+template <auto wordOf, auto Last>
+inline constexpr Words<wordOf, Last> words{};
 
 } // namespace jsonSerializer::implementation

@@ -16,56 +16,58 @@ namespace jsonSerializer::implementation
 
 template <>
 inline constexpr auto fieldsOf<OrderFileInfo> = fields<OrderFileInfo>({
-    field<&OrderFileInfo::getName>(u"Name"),
-    field<&OrderFileInfo::getSize>(u"Size", decimalText),
-    field<&OrderFileInfo::getChunckSize>(u"ChunkSize", decimalText),
-    field<&OrderFileInfo::getCheckSum>(u"CheckSum"),
+    field<&OrderFileInfo::getName, &OrderFileInfo::setName>(u"Name"),
+    field<&OrderFileInfo::getSize, &OrderFileInfo::setSize>(u"Size", decimalText),
+    field<&OrderFileInfo::getChunckSize, &OrderFileInfo::setChunckSize>(u"ChunkSize", decimalText),
+    field<&OrderFileInfo::getCheckSum, &OrderFileInfo::setCheckSum>(u"CheckSum"),
 });
 
 template <>
 inline constexpr auto fieldsOf<OrderItemInfo> = fields<OrderItemInfo>({
-    field<&OrderItemInfo::getArticleNumber>(u"ArticleNumber"),
-    field<&OrderItemInfo::getQuantity>(u"Quantity"),
-    field<&OrderItemInfo::getToothNumberStart>(u"ToothNumberStart"),
-    field<&OrderItemInfo::getToothNumberEnd>(u"ToothNumberEnd"),
-    field<&OrderItemInfo::getRemakeCode>(u"RemakeCode"),
-    field<&OrderItemInfo::getVoucherCode>(u"VoucherCode"),
-    field<&OrderItemInfo::getCadStatus>(u"CadStatus", decimalText),
-    field<&OrderItemInfo::getFiles>(u"Files"),
+    field<&OrderItemInfo::getArticleNumber, &OrderItemInfo::setArticleNumber>(u"ArticleNumber"),
+    field<&OrderItemInfo::getQuantity, &OrderItemInfo::setQuantity>(u"Quantity"),
+    field<&OrderItemInfo::getToothNumberStart, &OrderItemInfo::setToothNumberStart>(u"ToothNumberStart"),
+    field<&OrderItemInfo::getToothNumberEnd, &OrderItemInfo::setToothNumberEnd>(u"ToothNumberEnd"),
+    field<&OrderItemInfo::getRemakeCode, &OrderItemInfo::setRemakeCode>(u"RemakeCode"),
+    field<&OrderItemInfo::getVoucherCode, &OrderItemInfo::setVoucherCode>(u"VoucherCode"),
+    field<&OrderItemInfo::getCadStatus, &OrderItemInfo::setCadStatus>(u"CadStatus", decimalText),
+    field<&OrderItemInfo::getFiles, &OrderItemInfo::setFiles>(u"Files"),
 });
 
 template <>
 inline constexpr auto fieldsOf<OrderRequest> = fields<OrderRequest>({
-    field<&OrderRequest::getInstallationReference>(u"InstallationReference"),
-    field<&OrderRequest::getCreationFrontendVersion>(u"CreationFrontendVersion"),
-    field<&OrderRequest::getFrontendVersion>(u"FrontendVersion"),
-    field<&OrderRequest::getAddressIdentifier>(u"AddressIdentifier"),
-    field<&OrderRequest::getProductionNote>(u"ProductionNote"),
-    field<&OrderRequest::getOriginalOrderNumber>(u"OriginalOrderNumber"),
-    field<&OrderRequest::getInvoiceReference>(u"InvoiceReference"),
-    field<&OrderRequest::getStudyId>(u"StudyId"),
-    field<&OrderRequest::getStudyParticipantId>(u"StudyParticipantId"),
-    field<&OrderRequest::getClinicianZipCode>(u"ClinicianZipCode"),
-    field<&OrderRequest::getClinicianName>(u"ClinicianName"),
-    field<&OrderRequest::getOrderItems>(u"OrderItems"),
+    field<&OrderRequest::getInstallationReference, &OrderRequest::setInstallationReference>(u"InstallationReference"),
+    field<&OrderRequest::getCreationFrontendVersion, &OrderRequest::setCreationFrontendVersion>(
+        u"CreationFrontendVersion"),
+    field<&OrderRequest::getFrontendVersion, &OrderRequest::setFrontendVersion>(u"FrontendVersion"),
+    field<&OrderRequest::getAddressIdentifier, &OrderRequest::setAddressIdentifier>(u"AddressIdentifier"),
+    field<&OrderRequest::getProductionNote, &OrderRequest::setProductionNote>(u"ProductionNote"),
+    field<&OrderRequest::getOriginalOrderNumber, &OrderRequest::setOriginalOrderNumber>(u"OriginalOrderNumber"),
+    field<&OrderRequest::getInvoiceReference, &OrderRequest::setInvoiceReference>(u"InvoiceReference"),
+    field<&OrderRequest::getStudyId, &OrderRequest::setStudyId>(u"StudyId"),
+    field<&OrderRequest::getStudyParticipantId, &OrderRequest::setStudyParticipantId>(u"StudyParticipantId"),
+    field<&OrderRequest::getClinicianZipCode, &OrderRequest::setClinicianZipCode>(u"ClinicianZipCode"),
+    field<&OrderRequest::getClinicianName, &OrderRequest::setClinicianName>(u"ClinicianName"),
+    field<&OrderRequest::getOrderItems, &OrderRequest::setOrderItems>(u"OrderItems"),
 });
 
 template <>
 inline constexpr auto fieldsOf<OrderFile> = fields<OrderFile>({
-    readField<&OrderFile::setName>(u"Name"),
-    readField<&OrderFile::setReference>(u"Reference"),
+    field<&OrderFile::getName, &OrderFile::setName>(u"Name"),
+    field<&OrderFile::getReference, &OrderFile::setReference>(u"Reference"),
 });
 
 template <>
 inline constexpr auto fieldsOf<CadItemInfo> = fields<CadItemInfo>({
-    readField<&CadItemInfo::setArticleNumber>(u"ArticleNumber"),
-    readField<&CadItemInfo::setFiles>(u"Files"),
+    field<&CadItemInfo::getArticleNumber, &CadItemInfo::setArticleNumber>(u"ArticleNumber"),
+    field<&CadItemInfo::getFiles, &CadItemInfo::setFiles>(u"Files"),
 });
 
 inline constexpr auto createdOrder = fields<OrderRequestResponse>({
-    readField<&OrderRequestResponse::setOrderReference>(u"Reference"),
-    readField<&OrderRequestResponse::setProductionIdentifier>(u"ProductionIdentifier"),
-    readField<&OrderRequestResponse::setFiles>(u"OrderItems"),
+    field<&OrderRequestResponse::getOrderReference, &OrderRequestResponse::setOrderReference>(u"Reference"),
+    field<&OrderRequestResponse::getProductionIdentifier, &OrderRequestResponse::setProductionIdentifier>(
+        u"ProductionIdentifier"),
+    field<&OrderRequestResponse::getFiles, &OrderRequestResponse::setFiles>(u"OrderItems"),
 });
 
 template <>
@@ -77,22 +79,22 @@ inline constexpr auto fieldsOf<OrderRequestResponse> = fields<OrderRequestRespon
 
 template <>
 inline constexpr auto fieldsOf<OrderDetailsRequest> = fields<OrderDetailsRequest>({
-    field<&OrderDetailsRequest::getOrderReferences>(u"References"),
+    field<&OrderDetailsRequest::getOrderReferences, &OrderDetailsRequest::setOrderReferences>(u"References"),
 });
 
 template <>
 inline constexpr auto fieldsOf<OrderItemDetails> = fields<OrderItemDetails>({
-    readField<&OrderItemDetails::setArticleNumber>(u"ArticleNumber"),
-    readField<&OrderItemDetails::setState>(u"State"),
-    readField<&OrderItemDetails::setToothNumberStart>(u"ToothNumberStart"),
-    readField<&OrderItemDetails::setToothNumberEnd>(u"ToothNumberEnd"),
+    field<&OrderItemDetails::getArticleNumber, &OrderItemDetails::setArticleNumber>(u"ArticleNumber"),
+    field<&OrderItemDetails::getState, &OrderItemDetails::setState>(u"State"),
+    field<&OrderItemDetails::getToothNumberStart, &OrderItemDetails::setToothNumberStart>(u"ToothNumberStart"),
+    field<&OrderItemDetails::getToothNumberEnd, &OrderItemDetails::setToothNumberEnd>(u"ToothNumberEnd"),
 });
 
 template <>
 inline constexpr auto fieldsOf<OrderDetails> = fields<OrderDetails>({
-    readField<&OrderDetails::setState>(u"State"),
-    readField<&OrderDetails::setReference>(u"Reference"),
-    readField<&OrderDetails::setOrderItems>(u"OrderItems"),
+    field<&OrderDetails::getState, &OrderDetails::setState>(u"State"),
+    field<&OrderDetails::getReference, &OrderDetails::setReference>(u"Reference"),
+    field<&OrderDetails::getOrderItems, &OrderDetails::setOrderItems>(u"OrderItems"),
 });
 
 // Case-designer orders
@@ -216,14 +218,14 @@ inline constexpr auto fieldsOf<AvailableArticlesList> = fields<AvailableArticles
 
 template <>
 inline constexpr auto fieldsOf<TempShellFile> = fields<TempShellFile>({
-    readField<&TempShellFile::setFileId>(u"Id"),
-    readField<&TempShellFile::setFileName>(u"Name"),
-    readField<&TempShellFile::setNumberOfChuncks>(u"NumberOfChunks"),
-    readField<&TempShellFile::setFileSize>(u"FileSize"),
-    readField<&TempShellFile::setChunkSize>(u"ChunkSize"),
-    readField<&TempShellFile::setArticleNumber>(u"ArticleNumber"),
-    readField<&TempShellFile::setToothNumberStart>(u"ToothNumberStart"),
-    readField<&TempShellFile::setToothNumberEnd>(u"ToothNumberEnd"),
+    field<&TempShellFile::getFileId, &TempShellFile::setFileId>(u"Id"),
+    field<&TempShellFile::getFileName, &TempShellFile::setFileName>(u"Name"),
+    field<&TempShellFile::getNumberOfChuncks, &TempShellFile::setNumberOfChuncks>(u"NumberOfChunks"),
+    field<&TempShellFile::getFileSize, &TempShellFile::setFileSize>(u"FileSize"),
+    field<&TempShellFile::getChunkSize, &TempShellFile::setChunkSize>(u"ChunkSize"),
+    field<&TempShellFile::getArticleNumber, &TempShellFile::setArticleNumber>(u"ArticleNumber"),
+    field<&TempShellFile::getToothNumberStart, &TempShellFile::setToothNumberStart>(u"ToothNumberStart"),
+    field<&TempShellFile::getToothNumberEnd, &TempShellFile::setToothNumberEnd>(u"ToothNumberEnd"),
 });
 
 inline constexpr TextTable<KeloCommunicationLib::CatalogUpdateState, 2> catalogUpdateStates{
@@ -236,11 +238,11 @@ inline constexpr TextTable<KeloCommunicationLib::CatalogUpdateState, 2> catalogU
 
 template <>
 inline constexpr auto fieldsOf<CatalogUpdateInfo> = fields<CatalogUpdateInfo>({
-    readField<&CatalogUpdateInfo::setFileReference>(u"FileId"),
-    readField<&CatalogUpdateInfo::setFileName>(u"FileName"),
-    readField<&CatalogUpdateInfo::setFileSize>(u"FileSize"),
-    readField<&CatalogUpdateInfo::setCatalogVersion>(u"Version"),
-    readField<&CatalogUpdateInfo::setUpdateStatusString>(u"Status"),
+    field<&CatalogUpdateInfo::getFileReference, &CatalogUpdateInfo::setFileReference>(u"FileId"),
+    field<&CatalogUpdateInfo::getFileName, &CatalogUpdateInfo::setFileName>(u"FileName"),
+    field<&CatalogUpdateInfo::getFileSize, &CatalogUpdateInfo::setFileSize>(u"FileSize"),
+    field<&CatalogUpdateInfo::getCatalogVersion, &CatalogUpdateInfo::setCatalogVersion>(u"Version"),
+    field<&CatalogUpdateInfo::getUpdateStatusString, &CatalogUpdateInfo::setUpdateStatusString>(u"Status"),
 });
 
 } // namespace jsonSerializer::implementation

@@ -9,13 +9,14 @@
 #include <QByteArray>
 #include <QString>
 
+#include <KeloCommunicationLib/connection/internal/RequestPipeline.h>
 #include <KeloCommunicationLib/partners/PartnerRecords.h>
 #include <platform/rest/RestReply.h>
 #include <platform/threading/Future.h>
 #include <platform/utility/Optional.h>
 
 /// How the records of a list reply get their partners' logos.
-namespace logos
+namespace KeloCommunicationLib::internal::logos
 {
 
 /// The partner whose logo a record shows.
@@ -73,35 +74,29 @@ void fetchAll(ListReply<Record> list, Source const& source, threading::Promise<L
         });
     using Stored = std::vector<threading::Future<void>>;
     threading::whenAll(std::move(stored))
-        .then([reply, promise = std::move(promise)](Stored const&) mutable { promise.setValue(std::move(*reply)); });
+        .then([reply, promise = std::move(promise)](Stored const&) mutable
+              { std::move(promise).setValue(std::move(*reply)); });
 }
 
-/// The reply of `list` with the logos of its records; a reply without success as it is. Cancelling the returned future
-/// cancels the list request and the logo requests.
+/// Sends the request for a list and gives its records their logos; a reply without success stays as it is. Cancelling
+/// the returned future cancels the list request and the logo requests.
 template <class Record>
-threading::Future<ListReply<Record>> addTo(threading::Future<ListReply<Record>> const& list, Source source)
+threading::Future<ListReply<Record>> addTo(
+    rest::Connection const& connection, rest::HttpRequestData request, Source source)
 {
-    threading::Promise<ListReply<Record>> promise;
-    auto const result = promise.future();
-    promise.onCancel([list] { list.cancel(); });
-    list.then(
-        [source = std::move(source),
-         promise = std::move(promise)](threading::Future<ListReply<Record>> const& finished) mutable
+    return sendFor<std::vector<Record>, ListReply<Record>>(
+        connection, std::move(request),
+        [source = std::move(source)](ListReply<Record>&& list, threading::Promise<ListReply<Record>> promise)
         {
-            if (finished.isCanceled())
+            if (list.status.kind != 0)
             {
-                promise.cancel();
-            }
-            else if (ListReply<Record> reply = finished.get(); reply.status.kind != 0)
-            {
-                promise.setValue(std::move(reply));
+                std::move(promise).setValue(std::move(list));
             }
             else
             {
-                fetchAll(std::move(reply), source, std::move(promise));
+                fetchAll(std::move(list), source, std::move(promise));
             }
         });
-    return result;
 }
 
-} // namespace logos
+} // namespace KeloCommunicationLib::internal::logos

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QJsonValue>
 #include <QLatin1String>
 
+#include <KeloCommunicationLib/connection/OperationRecords.h>
 #include <KeloCommunicationLib/json/internal/Fields.h>
 #include <KeloCommunicationLib/partners/MiraShareRecords.h>
 #include <KeloCommunicationLib/partners/PartnerRecords.h>
@@ -17,22 +15,25 @@ namespace jsonSerializer::implementation
 
 template <>
 inline constexpr auto fieldsOf<PartnerInfo> = fields<PartnerInfo>({
-    readField<&PartnerInfo::setId>(u"PartnerId"),
-    readField<&PartnerInfo::setName>(u"PartnerName"),
-    readField<&PartnerInfo::setShouldCreatePartnerConnection>(u"ShouldCreatePartnerConnection"),
-    readField<&PartnerInfo::setIsAnonymizeRequired>(u"ShouldAnonymizeCaseData"),
-    readField<&PartnerInfo::setCreatePartnerConnectionUrl>(u"CreatePartnerConnectionUrl"),
+    field<&PartnerInfo::getId, &PartnerInfo::setId>(u"PartnerId"),
+    field<&PartnerInfo::getName, &PartnerInfo::setName>(u"PartnerName"),
+    field<&PartnerInfo::getShouldCreatePartnerConnection, &PartnerInfo::setShouldCreatePartnerConnection>(
+        u"ShouldCreatePartnerConnection"),
+    field<&PartnerInfo::isAnonymizeRequired, &PartnerInfo::setIsAnonymizeRequired>(u"ShouldAnonymizeCaseData"),
+    field<&PartnerInfo::getCreatePartnerConnectionUrl, &PartnerInfo::setCreatePartnerConnectionUrl>(
+        u"CreatePartnerConnectionUrl"),
 });
 
 template <>
 inline constexpr auto fieldsOf<PartnerAccountInfo> = fields<PartnerAccountInfo>({
-    readField<&PartnerAccountInfo::setUserName>(u"UserName"),
-    readField<&PartnerAccountInfo::setGivenName>(u"GivenName"),
-    readField<&PartnerAccountInfo::setId>(u"PartnerConnectionId"),
-    readField<&PartnerAccountInfo::setPartnerId>(u"PartnerId"),
-    readField<&PartnerAccountInfo::setPartnerName>(u"PartnerName"),
-    readField<&PartnerAccountInfo::setConnected>(u"IsConnected"),
-    readField<&PartnerAccountInfo::setManagePartnerConnectionUrl>(u"ManagePartnerConnectionUrl"),
+    field<&PartnerAccountInfo::getUserName, &PartnerAccountInfo::setUserName>(u"UserName"),
+    field<&PartnerAccountInfo::getGivenName, &PartnerAccountInfo::setGivenName>(u"GivenName"),
+    field<&PartnerAccountInfo::getId, &PartnerAccountInfo::setId>(u"PartnerConnectionId"),
+    field<&PartnerAccountInfo::getPartnerId, &PartnerAccountInfo::setPartnerId>(u"PartnerId"),
+    field<&PartnerAccountInfo::getPartnerName, &PartnerAccountInfo::setPartnerName>(u"PartnerName"),
+    field<&PartnerAccountInfo::getConnectedStatus, &PartnerAccountInfo::setConnected>(u"IsConnected"),
+    field<&PartnerAccountInfo::getManagePartnerConnectionUrl, &PartnerAccountInfo::setManagePartnerConnectionUrl>(
+        u"ManagePartnerConnectionUrl"),
 });
 
 inline constexpr TextTable<PartnerCaseInfo::Status, 5> partnerCaseStates{
@@ -47,15 +48,16 @@ inline constexpr TextTable<PartnerCaseInfo::Status, 5> partnerCaseStates{
 
 template <>
 inline constexpr auto fieldsOf<PartnerCaseInfo> = fields<PartnerCaseInfo>({
-    readField<&PartnerCaseInfo::setId>(u"CaseId"),
-    readField<&PartnerCaseInfo::setStatusString>(u"CaseStatus"),
-    readField<&PartnerCaseInfo::setCreationTimeString>(u"CreatedAt"),
-    readField<&PartnerCaseInfo::setPartnerId>(u"PartnerId"),
-    readField<&PartnerCaseInfo::setPartnerName>(u"PartnerName"),
-    readField<&PartnerCaseInfo::setConnectionId>(u"PartnerConnectionId"),
-    readField<&PartnerCaseInfo::setConnectionUserName>(u"PartnerConnectionUserName"),
-    readField<&PartnerCaseInfo::setCaseUpdatesAllowed>(u"AllowCaseUpdates"),
-    readField<&PartnerCaseInfo::setPlatformCaseId>(u"PartnerPlatformCaseId"),
+    field<&PartnerCaseInfo::getId, &PartnerCaseInfo::setId>(u"CaseId"),
+    field<&PartnerCaseInfo::getStatus, &PartnerCaseInfo::setStatus>(u"CaseStatus", texts<partnerCaseStates>),
+    field<&PartnerCaseInfo::getCreationTime, &PartnerCaseInfo::setCreationTime>(u"CreatedAt"),
+    field<&PartnerCaseInfo::getPartnerId, &PartnerCaseInfo::setPartnerId>(u"PartnerId"),
+    field<&PartnerCaseInfo::getPartnerName, &PartnerCaseInfo::setPartnerName>(u"PartnerName"),
+    field<&PartnerCaseInfo::getConnectionId, &PartnerCaseInfo::setConnectionId>(u"PartnerConnectionId"),
+    field<&PartnerCaseInfo::getConnectionUserName, &PartnerCaseInfo::setConnectionUserName>(
+        u"PartnerConnectionUserName"),
+    field<&PartnerCaseInfo::areCaseUpdatesAllowed, &PartnerCaseInfo::setCaseUpdatesAllowed>(u"AllowCaseUpdates"),
+    field<&PartnerCaseInfo::getPlatformCaseId, &PartnerCaseInfo::setPlatformCaseId>(u"PartnerPlatformCaseId"),
 });
 
 // Cases on the portal
@@ -73,26 +75,22 @@ inline constexpr TextTable<mirashare::MiraShareItemData::Status, 8> miraShareSta
     }},
     mirashare::MiraShareItemData::Status::Open};
 
-/// The "Name" of every object in an array.
-inline QList<QString> namesIn(QJsonValueConstRef json)
-{
-    QList<QString> names;
-    for (QJsonValueConstRef const element : json.toArray())
-    {
-        names.append(element[QLatin1String("Name")].toString());
-    }
-    return names;
-}
+// Of the sites that share a case only the names are kept.
+inline constexpr auto siteFields = fields<QString>({itself<QString>(u"Name", typeOf<QString>)});
 
 template <>
 inline constexpr auto fieldsOf<mirashare::MiraShareItemData> = fields<mirashare::MiraShareItemData>({
-    readField<&mirashare::MiraShareItemData::setCaseName>(u"Name"),
-    readField<&mirashare::MiraShareItemData::setStatus>(u"Status", texts<miraShareStates>),
-    readField<&mirashare::MiraShareItemData::setCreatedBy>(u"CreatedBy"),
-    readField<&mirashare::MiraShareItemData::setMiraLink>(u"CaseUrl"),
-    readField<&mirashare::MiraShareItemData::setCreationDateString>(u"CreationTimestamp"),
-    readField<&mirashare::MiraShareItemData::setCreatedByThisUser>(u"IsCreator"),
-    readField<&mirashare::MiraShareItemData::setSharedWith>(u"SharedWithSites", readBy<&namesIn>),
+    field<&mirashare::MiraShareItemData::getCaseName, &mirashare::MiraShareItemData::setCaseName>(u"Name"),
+    field<&mirashare::MiraShareItemData::getStatus, &mirashare::MiraShareItemData::setStatus>(
+        u"Status", texts<miraShareStates>),
+    field<&mirashare::MiraShareItemData::getCreatedBy, &mirashare::MiraShareItemData::setCreatedBy>(u"CreatedBy"),
+    field<&mirashare::MiraShareItemData::getMiraLink, &mirashare::MiraShareItemData::setMiraLink>(u"CaseUrl"),
+    field<&mirashare::MiraShareItemData::getCreationDate, &mirashare::MiraShareItemData::setCreationDate>(
+        u"CreationTimestamp"),
+    field<&mirashare::MiraShareItemData::isCreatedByThisUser, &mirashare::MiraShareItemData::setCreatedByThisUser>(
+        u"IsCreator"),
+    field<&mirashare::MiraShareItemData::getSharedWith, &mirashare::MiraShareItemData::setSharedWith>(
+        u"SharedWithSites", objectsOf<siteFields>),
 });
 
 template <>
@@ -106,21 +104,15 @@ inline constexpr auto fieldsOf<mirashare::CaseFileInfo> = fields<mirashare::Case
     field<&mirashare::CaseFileInfo::paddingBytesAdded>(u"PaddingBytesAdded", decimalText),
 });
 
-/// The file's name without its directory.
-inline QJsonValue fileName(QFileInfo const& file)
-{
-    return file.fileName();
-}
-
 template <>
 inline constexpr auto fieldsOf<mirashare::Prescription> = fields<mirashare::Prescription>({
-    field<&mirashare::Prescription::file>(u"Name", writtenBy<&fileName>),
+    field<&mirashare::Prescription::file>(u"Name", fileName),
     field<&mirashare::Prescription::acquisitionTimestamp>(u"AcquisitionTimestamp", nullWhenNull),
     field<&mirashare::Prescription::type>(u"Type"),
 });
 
 /// The gender's word with only its first letter in upper case; empty when it is not set.
-inline QJsonValue capitalizedGender(PatientGender::Gender const& gender)
+inline QString capitalizedGender(PatientGender::Gender gender)
 {
     if (gender == PatientGender::NotSet)
     {
@@ -139,7 +131,8 @@ inline constexpr auto fieldsOf<mirashare::CreateCaseRequest> = fields<mirashare:
     field<&mirashare::CreateCaseRequest::patientId>(u"PatientId"),
     field<&mirashare::CreateCaseRequest::patientReference>(u"PatientReference"),
     field<&mirashare::CreateCaseRequest::patientDateOfBirth>(u"PatientDateOfBirth"),
-    field<&mirashare::CreateCaseRequest::patientGender>(u"PatientGender", writtenBy<&capitalizedGender>),
+    field<&mirashare::CreateCaseRequest::patientGender>(
+        u"PatientGender", words<&capitalizedGender, PatientGender::Other>),
     field<&mirashare::CreateCaseRequest::locatorInfoNote>(u"LocatorInfoNote"),
     field<&mirashare::CreateCaseRequest::caseFiles>(u"CaseFiles"),
     field<&mirashare::CreateCaseRequest::prescriptionTemplates>(u"PrescriptionTemplates"),
@@ -157,6 +150,12 @@ inline constexpr auto fieldsOf<mirashare::CreateCaseResponse> = fields<mirashare
     field<&mirashare::CreateCaseResponse::caseUrl>(u"CaseUrl"),
     field<&mirashare::CreateCaseResponse::caseFiles>(u"CaseFiles"),
 });
+
+template <>
+struct Value<mirashare::Cases>
+{
+    static constexpr Type type() { return bareList<&mirashare::Cases::caseIds>(); }
+};
 
 template <>
 inline constexpr auto fieldsOf<mirashare::AddDataRequest> = fields<mirashare::AddDataRequest>({
@@ -185,5 +184,10 @@ inline constexpr auto fieldsOf<mirashare::TestAccountConnectionResponse> =
         field<&mirashare::TestAccountConnectionResponse::isConnected>(u"IsConnected"),
         field<&mirashare::TestAccountConnectionResponse::managePartnerConnectionUrl>(u"ManagePartnerConnectionUrl"),
     });
+
+template <>
+inline constexpr auto fieldsOf<operations::PortalCases> = fields<operations::PortalCases>({
+    field<&operations::PortalCases::cases>(u"Cases"),
+});
 
 } // namespace jsonSerializer::implementation

@@ -1,0 +1,455 @@
+#include <KeloCommunicationLib/json/internal/TextReader.h>
+
+#include <array>
+#include <atomic>
+#include <bitset>
+#include <cfloat>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <simdjson.h>
+
+#include <KeloCommunicationLib/json/JsonSerializer.h>
+
+namespace jsonSerializer::implementation
+{
+
+namespace
+{
+
+namespace ondemand = simdjson::ondemand;
+
+/// Thrown when the document has to decide.
+struct OutOfTheOrdinary
+{
+};
+
+void require(bool isOrdinary)
+{
+    if (!isOrdinary)
+    {
+        throw OutOfTheOrdinary();
+    }
+}
+
+bool contains(std::string_view text, char character)
+{
+    return std::memchr(text.data(), character, text.size()) != nullptr;
+}
+
+bool isAscii(std::string_view text)
+{
+    std::uint64_t bits = 0;
+    std::size_t at = 0;
+    for (; at + sizeof(bits) <= text.size(); at += sizeof(bits))
+    {
+        std::uint64_t piece = 0;
+        std::memcpy(&piece, text.data() + at, sizeof(piece));
+        bits |= piece;
+    }
+    for (; at < text.size(); ++at)
+    {
+        bits |= static_cast<unsigned char>(text[at]);
+    }
+    return (bits & 0x8080808080808080U) == 0;
+}
+
+/// The members of one object: those of the record with those of embedded records.
+class Members
+{
+public:
+    struct Member
+    {
+        Field const* field;
+        void* owner;
+        std::size_t size; ///< of the key
+    };
+
+    Members(void* record, Table table) { add(record, table); }
+
+    /// The member whose key begins here, if it is the next row's; services write members in one order. A key that comes
+    /// twice is for the document: the last one counts, even if it is null.
+    Member const* findNext(char const* key)
+    {
+        bool const isNext = next_ < size_ && isKey(members_[next_], key, members_[next_].size);
+        return isNext ? take(next_) : nullptr;
+    }
+
+    /// Null for a key that the record does not have.
+    Member const* find(std::string_view key)
+    {
+        for (std::size_t at = 0; at < size_; ++at)
+        {
+            if (members_[at].size == key.size() && isKey(members_[at], key.data(), key.size()))
+            {
+                return take(at);
+            }
+        }
+        return nullptr;
+    }
+
+private:
+    static constexpr std::size_t capacity = 64;
+
+    void add(void* record, Table table)
+    {
+        for (Field const& field : table)
+        {
+            if (field.isEmbedded())
+            {
+                auto const addPart = [&](void* part) { add(part, field.type->rows); };
+                field.change(record, addPart);
+            }
+            else
+            {
+                require(size_ < capacity);
+                members_[size_++] = {&field, record, static_cast<std::size_t>(field.key.size())};
+            }
+        }
+    }
+
+    static bool isKey(Member const& member, char const* key, std::size_t size)
+    {
+        return key[size] == '"' && std::equal(key, key + size, member.field->keyBytes.data());
+    }
+
+    Member const* take(std::size_t at)
+    {
+        require(!seen_[at]);
+        seen_[at] = true;
+        next_ = at + 1;
+        return &members_[at];
+    }
+
+    std::array<Member, capacity> members_; // NOLINT: only the first `size_` are ever looked at
+    std::bitset<capacity> seen_;
+    std::size_t size_ = 0;
+    std::size_t next_ = 0;
+};
+
+/// Walks a text once, in its order, and leaves nothing unlooked at: what is not JSON anywhere is not JSON at all.
+class TextReader
+{
+public:
+    explicit TextReader(QByteArray const& text) : end_(text.constEnd()) {}
+
+    void readWhole(ondemand::document& document, Type const& type, void* target)
+    {
+        ondemand::json_type const is = document.type();
+        if (is == ondemand::json_type::array)
+        {
+            require(type.kind == ValueKind::List);
+            readElements(document.get_array(), type, target);
+        }
+        else
+        {
+            require(is == ondemand::json_type::object);
+            type.kind == ValueKind::List ? readOnlyMember(document.get_object(), type, target)
+                                         : readMembers(document.get_object(), type.rows, target);
+        }
+        require(document.current_location().error() == simdjson::OUT_OF_BOUNDS);
+    }
+
+private:
+    /// As deep as any reply is; the document goes deeper.
+    static constexpr int deepest = 128;
+
+    template <class Result>
+    static auto&& checked(Result&& result)
+    {
+        require(result.error() == simdjson::SUCCESS);
+        return std::forward<Result>(result).value_unsafe();
+    }
+
+    class Level
+    {
+    public:
+        explicit Level(int& depth) : depth_(depth) { require(++depth_ <= deepest); }
+        Level(Level const&) = delete;
+        Level& operator=(Level const&) = delete;
+        ~Level() { --depth_; }
+
+    private:
+        int& depth_;
+    };
+
+    void read(ondemand::value& json, Type const& type, void* target)
+    {
+        ondemand::json_type const is = json.type();
+        if (type.kind == ValueKind::Record && is == ondemand::json_type::object)
+        {
+            readMembers(json.get_object(), type.rows, target);
+        }
+        else if (type.kind == ValueKind::List)
+        {
+            type.clear(target);
+            is == ondemand::json_type::array ? readElements(json.get_array(), type, target) : pass(json);
+        }
+        else
+        {
+            Scalar scalar;
+            take(json, is, scalar);
+            if (type.kind != ValueKind::Record)
+            {
+                type.read(target, scalar);
+            }
+        }
+    }
+
+    void readMembers(ondemand::object object, Table table, void* record)
+    {
+        Level const level(depth_);
+        Members members(record, table);
+        for (auto result : object)
+        {
+            ondemand::field&& field = checked(std::move(result));
+            Members::Member const* member = members.findNext(field.key().raw());
+            if (member == nullptr)
+            {
+                member = members.find(keyOf(field));
+            }
+            ondemand::value& json = field.value();
+            if (member == nullptr || member->field->change == nullptr || json.type() == ondemand::json_type::null)
+            {
+                pass(json);
+            }
+            else
+            {
+                readMember(json, *member->field, member->owner);
+            }
+        }
+    }
+
+    void readMember(ondemand::value& json, Field const& field, void* owner)
+    {
+        if (field.address != nullptr)
+        {
+            read(json, *field.type, field.address(owner));
+            return;
+        }
+        auto const readIt = [&](void* target) { read(json, *field.type, target); };
+        field.change(owner, readIt);
+    }
+
+    void readElements(ondemand::array array, Type const& list, void* target)
+    {
+        Level const level(depth_);
+        for (auto result : array)
+        {
+            ondemand::value&& element = checked(std::move(result));
+            read(element, *list.items, list.append(target));
+        }
+    }
+
+    /// A list as the one member of an object, whatever its key. The document warns of any other object.
+    void readOnlyMember(ondemand::object object, Type const& list, void* target)
+    {
+        int count = 0;
+        for (auto result : object)
+        {
+            ondemand::field&& field = checked(std::move(result));
+            require(++count == 1);
+            keyOf(field);
+            readElements(field.value().get_array(), list, target);
+        }
+        require(count == 1);
+    }
+
+    /// The value if it is a scalar; one of any other type is passed.
+    void take(ondemand::value& json, ondemand::json_type is, Scalar& scalar)
+    {
+        switch (is)
+        {
+        case ondemand::json_type::string:
+            scalar.is = Scalar::Is::Text;
+            scalar.text = textOf(json);
+            break;
+        case ondemand::json_type::boolean:
+            scalar.is = Scalar::Is::Boolean;
+            scalar.boolean = json.get_bool();
+            break;
+        case ondemand::json_type::number:
+            takeNumber(json, scalar);
+            break;
+        default:
+            pass(json);
+        }
+    }
+
+    static void takeNumber(ondemand::value& json, Scalar& scalar)
+    {
+        constexpr double limit = 9223372036854775808.0; // 2^63
+        std::string_view const token = json.raw_json_token();
+        ondemand::number const number = json.get_number();
+        scalar.is = Scalar::Is::Integer;
+        if (number.is_int64())
+        {
+            scalar.integer = number.get_int64();
+            scalar.number = static_cast<double>(scalar.integer);
+            return;
+        }
+        scalar.number = number.as_double();
+        if (std::abs(scalar.number) < DBL_MIN)
+        {
+            // Zero, or so small that it becomes zero or loses digits: that is no number for the document.
+            require(token.substr(0, token.find_first_of("eE")).find_first_of("123456789") == std::string_view::npos);
+            scalar.number = 0;
+        }
+        else if (scalar.number >= -limit && scalar.number < limit && std::trunc(scalar.number) == scalar.number)
+        {
+            scalar.integer = static_cast<qint64>(scalar.number);
+        }
+        else
+        {
+            scalar.is = Scalar::Is::Number;
+        }
+    }
+
+    QString textOf(ondemand::value& json) const
+    {
+        std::string_view const token = json.raw_json_token();
+        std::string_view text;
+        if (contains(token, '\\'))
+        {
+            text = json.get_string();
+        }
+        else
+        {
+            json.get_raw_json_string().error();
+            std::size_t const quote = token.find_last_not_of(" \t\r\n");
+            require(quote != 0 && token[quote] == '"');
+            text = token.substr(1, quote - 1);
+        }
+        if (isAscii(text))
+        {
+            return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
+        }
+        // Qt takes it for a byte order mark in one of its two ways from bytes to text.
+        require(text.substr(0, 3) != "\xEF\xBB\xBF");
+        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    }
+
+    std::string_view keyOf(ondemand::field& field) const
+    {
+        char const* const begin = field.key().raw();
+        auto const* const quote =
+            static_cast<char const*>(std::memchr(begin, '"', static_cast<std::size_t>(end_ - begin)));
+        require(quote != nullptr);
+        std::string_view const key(begin, static_cast<std::size_t>(quote - begin));
+        require(!contains(key, '\\'));
+        return key;
+    }
+
+    /// Goes through a value that nobody wants.
+    void pass(ondemand::value& json)
+    {
+        Level const level(depth_);
+        switch (ondemand::json_type const is = json.type(); is)
+        {
+        case ondemand::json_type::array:
+            for (auto result : json.get_array())
+            {
+                ondemand::value&& element = checked(std::move(result));
+                pass(element);
+            }
+            break;
+        case ondemand::json_type::object:
+            for (auto result : json.get_object())
+            {
+                ondemand::field&& field = checked(std::move(result));
+                keyOf(field);
+                pass(field.value());
+            }
+            break;
+        case ondemand::json_type::null:
+            require(json.is_null());
+            break;
+        default:
+            Scalar unwanted;
+            take(json, is, unwanted);
+        }
+    }
+
+    char const* end_;
+    int depth_ = 0;
+};
+
+/// A parser for one text. One is kept for the next, unless a large text has made it large.
+class ParserLoan
+{
+public:
+    ParserLoan() : parser_(idle.exchange(nullptr))
+    {
+        if (parser_ == nullptr)
+        {
+            parser_ = std::make_unique<ondemand::parser>();
+        }
+    }
+
+    ParserLoan(ParserLoan const&) = delete;
+    ParserLoan& operator=(ParserLoan const&) = delete;
+
+    ~ParserLoan()
+    {
+        // Not quite six bytes for each of the text.
+        constexpr std::size_t mostMemory = 16 * 1024 * 1024;
+        if (parser_->capacity() <= mostMemory / 6)
+        {
+            parser_.reset(idle.exchange(parser_.release()));
+        }
+    }
+
+    ondemand::parser& operator*() const { return *parser_; }
+
+private:
+    static inline std::atomic<ondemand::parser*> idle{nullptr};
+
+    std::unique_ptr<ondemand::parser> parser_;
+};
+
+} // namespace
+
+bool readText(Type const& type, void* value, QByteArray const& text)
+{
+    auto const size = static_cast<std::size_t>(text.size());
+    if (static_cast<std::size_t>(text.capacity()) < size + simdjson::SIMDJSON_PADDING)
+    {
+        QByteArray padded;
+        padded.reserve(text.size() + static_cast<qsizetype>(simdjson::SIMDJSON_PADDING));
+        padded.append(text.constData(), text.size());
+        return readText(type, value, padded);
+    }
+    try
+    {
+        ParserLoan const parser;
+        ondemand::document document = (*parser).iterate(text.constData(), size, size + simdjson::SIMDJSON_PADDING);
+        TextReader(text).readWhole(document, type, value);
+        return true;
+    }
+    catch (OutOfTheOrdinary const&)
+    {
+        return false;
+    }
+    catch (simdjson::simdjson_error const&)
+    {
+        return false;
+    }
+}
+
+void readDocument(Type const& type, void* value, QJsonDocument const& document)
+{
+    if (type.kind == ValueKind::Record)
+    {
+        readRecord(value, type.rows, document.object());
+    }
+    else if (auto const list = listIn(document))
+    {
+        readList(type, value, *list);
+    }
+}
+
+} // namespace jsonSerializer::implementation
