@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QDebug>
 #include <QImageReader>
-#include <QMessageLogger>
 
 namespace logos
 {
@@ -54,7 +53,7 @@ utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner)
     QImage image = imageIn(QByteArray::fromBase64(body));
     if (image.isNull())
     {
-        QMessageLogger().warning() << "Failed to download logo for Partner:" << partner.name << partner.id;
+        qWarning() << "Failed to download logo for Partner:" << partner.name << partner.id;
         return std::nullopt;
     }
     return image;
