@@ -196,8 +196,9 @@ public:
     virtual Reply<std::vector<PriceInfoResponse>> getPriceInfo(ExtendedPriceInfoRequest const& request) const = 0;
     /// The states of orders. POST Orders/details.
     virtual Reply<std::vector<OrderDetails>> getOrderStatus(OrderDetailsRequest const& request) const = 0;
-    /// The temporary shells of an order. Blocks; any network failure gives an empty list. GET
-    /// Orders/{reference}/files/tempshell.
+    /// The temporary shells of an order. Blocks. A network failure gives an empty list. The body of an HTTP error is
+    /// read as if it were the answer: the service's list of errors gives a shell without an id for each of them, what
+    /// is no list an empty list. GET Orders/{reference}/files/tempshell.
     virtual TempShellDataResponse getTempShellCalculationData(QString const& orderReference) const = 0;
     /// Tells the service that all files of an order are uploaded. PUT Orders/{reference}/FinishUpload.
     virtual Reply<void> putFinishCadOrder(QString const& orderReference) const = 0;
