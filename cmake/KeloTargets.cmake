@@ -26,6 +26,8 @@ function(kelo_add_library target)
   add_library(${target} ${arg_SOURCES})
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+  # Log lines carry no file, line or function, in no build type and not in a host either that wants them in its own lines.
+  target_compile_options(${target} PRIVATE -DQT_NO_MESSAGELOGCONTEXT -UQT_MESSAGELOGCONTEXT)
   target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:kelo_warnings>)
   set(generated "${PROJECT_BINARY_DIR}/include")
   target_include_directories(${target} PUBLIC

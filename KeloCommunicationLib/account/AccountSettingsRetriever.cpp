@@ -4,7 +4,6 @@
 
 #include <QDebug>
 #include <QLatin1String>
-#include <QMessageLogger>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
@@ -28,13 +27,13 @@ utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> future, Fail
     KeloCommunicationLib::internal::waitWithEventLoop(future);
     if (future.isCanceled())
     {
-        QMessageLogger().warning() << "AccountSettingsRetriever::retrieveAccountSettings" << texts.unreachable;
+        qWarning() << "AccountSettingsRetriever::retrieveAccountSettings" << texts.unreachable;
         return std::nullopt;
     }
     rest::RestReply<T> reply = std::move(future).take();
     if (reply.status.kind != 0)
     {
-        QMessageLogger().warning().noquote() << QLatin1String(texts.failed) + kelo::errorMessage(reply.status);
+        qWarning().noquote() << QLatin1String(texts.failed) + kelo::errorMessage(reply.status);
         return std::nullopt;
     }
     return std::move(reply.value);

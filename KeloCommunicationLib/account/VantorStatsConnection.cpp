@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include <QDebug>
-#include <QMessageLogger>
 #include <QUrl>
 
 #include <KeloCommunicationLib/json/JsonSerializer.h>
@@ -23,8 +22,8 @@ VantorStatsConnection::Result VantorStatsConnection::uploadVantorStats(VantorSta
         rest::HttpMethod::Post, QUrl(), jsonSerializer::toJson(stats), std::chrono::milliseconds(0), true));
     if (rest::isNetworkError(reply))
     {
-        QMessageLogger().warning() << "VantorStatsConnection : Upload of Stats file failed:" << reply->errorCode()
-                                   << reply->errorText();
+        qWarning() << "VantorStatsConnection : Upload of Stats file failed:" << reply->errorCode()
+                   << reply->errorText();
         return {false, reply->errorCode()};
     }
     return {true, reply->errorCode()};

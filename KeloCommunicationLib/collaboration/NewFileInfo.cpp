@@ -3,7 +3,6 @@
 #include <QCryptographicHash>
 #include <QDebug>
 #include <QFile>
-#include <QMessageLogger>
 
 utility::Optional<CreateRestorationRequestInfo::NewFileInfo> CreateRestorationRequestInfo::NewFileInfo::create(
     QFileInfo const& file, unsigned long long chunkSize)
@@ -13,13 +12,13 @@ utility::Optional<CreateRestorationRequestInfo::NewFileInfo> CreateRestorationRe
     // one.
     if (!device.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
     {
-        QMessageLogger().warning().noquote() << "Failed to open file:" << device.errorString();
+        qWarning().noquote() << "Failed to open file:" << device.errorString();
         return std::nullopt;
     }
     QCryptographicHash hash(QCryptographicHash::Md5);
     if (!hash.addData(&device))
     {
-        QMessageLogger().warning() << "Was unable to add data to the QCryptographicHash class.";
+        qWarning() << "Was unable to add data to the QCryptographicHash class.";
         return std::nullopt;
     }
     NewFileInfo info;

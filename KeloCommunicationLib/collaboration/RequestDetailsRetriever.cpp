@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include <QHash>
+#include <QSet>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
@@ -61,14 +62,21 @@ bool isNews(collaboration::RequestDetails const& request, RequestType type)
                [](collaboration::FileInfo const& file) { return !file.isCreator; });
 }
 
-QHash<QString, QString> transactionsByRequest(std::vector<RequestInfo> const& requests)
+/// The transactions of each request; several if a list holds the request more than once.
+QHash<QString, QSet<QString>> transactionsByRequest(std::vector<RequestInfo> const& requests)
 {
-    QHash<QString, QString> transactions;
+    QHash<QString, QSet<QString>> transactions;
     for (RequestInfo const& request : requests)
     {
-        transactions.insert(request.requestId, request.transactionId);
+        transactions[request.requestId].insert(request.transactionId);
     }
     return transactions;
+}
+
+/// Whether the service has details of such a request.
+bool hasDetails(RequestInfo const& request)
+{
+    return request.requestType >= RequestType::DentalScan && request.requestType <= RequestType::Referral;
 }
 
 } // namespace
@@ -112,11 +120,6 @@ void RequestDetailsRetriever::setOnlyActiveRequests(bool onlyActiveRequests)
 
 void RequestDetailsRetriever::execute()
 {
-    startSweep();
-}
-
-bool RequestDetailsRetriever::startSweep()
-{
     using Interface = TessalyConnectionInterface;
     Dispatch dispatch;
     {
@@ -141,7 +144,6 @@ bool RequestDetailsRetriever::startSweep()
     {
         attach();
     }
-    return !dispatch.attachments.empty();
 }
 
 template <class Group>
@@ -228,26 +230,27 @@ void RequestDetailsRetriever::handleList(
 {
     auto const mutex = mutex_;
     std::lock_guard const lock(*mutex);
-    if (poll < handledPoll_)
+    auto const received = valueOf(std::move(reply));
+    if (!received)
     {
-        return;
+        Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
     }
-    handledPoll_ = poll;
-    if (auto const received = valueOf(std::move(reply)))
+    else if (poll < handledPoll_)
     {
-        handleUpdates(known, *received);
+        Q_EMIT finished();
     }
     else
     {
-        Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
+        handledPoll_ = poll;
+        handleUpdates(known, *received);
     }
 }
 
 void RequestDetailsRetriever::handleUpdates(
     std::vector<RequestInfo> const& known, std::vector<RequestInfo> const& received)
 {
-    QHash<QString, QString> const knownTransactions = transactionsByRequest(known);
-    QHash<QString, QString> const receivedTransactions = transactionsByRequest(received);
+    auto const knownTransactions = transactionsByRequest(known);
+    auto const receivedTransactions = transactionsByRequest(received);
     removedRequestIds_.clear();
     for (RequestInfo const& request : known)
     {
@@ -259,18 +262,24 @@ void RequestDetailsRetriever::handleUpdates(
     std::vector<RequestInfo> changed;
     for (RequestInfo const& request : received)
     {
-        auto const transaction = knownTransactions.constFind(request.requestId);
-        if (transaction == knownTransactions.constEnd() || *transaction != request.transactionId)
+        if (knownTransactions.value(request.requestId) != QSet<QString>{request.transactionId})
         {
             changed.push_back(request);
         }
     }
     setRequestIds(changed);
-    // Nothing has changed, or nothing of a kind that has details: the host still waits for the end.
-    if (!startSweep())
+    if (std::any_of(changed.begin(), changed.end(), &hasDetails))
     {
-        Q_EMIT finished();
+        execute();
+        return;
     }
+    // There is nothing to fetch. What a sweep that still runs has gathered is not this poll's to clear.
+    if (pendingCalls_ == 0)
+    {
+        success_ = true;
+        results_.clear();
+    }
+    Q_EMIT finished();
 }
 
 std::vector<ExtendedRequestDetails> RequestDetailsRetriever::getAllRequestDetails() const

@@ -18,7 +18,8 @@
 /// Gathers the details of requests of mixed kinds in one sweep, and polls for requests that are new, changed or gone.
 ///
 /// Replies are handled in this object's thread, which therefore needs an event loop; nothing is handled once the object
-/// is gone. A sweep that is started while another one runs takes its place: the replies of the older one are ignored.
+/// is gone. A sweep that is started while another one runs takes its place: the replies of the older one are ignored,
+/// and the end of the newer one is the end of both.
 ///
 /// `execute`, `getUpdates` and the setters may be called from any thread. The results are read in this object's thread
 /// or in a receiver of `finished()`; the getters do not lock. Signals are emitted while the retriever is locked: a
@@ -41,20 +42,27 @@ public:
     void setOnlyActiveRequests(bool onlyActiveRequests);
 
     /// Starts a sweep, which ends with `finished()`. Without a request of a known type nothing is sent and nothing
-    /// emitted.
+    /// emitted, not even for a sweep whose place this one takes.
     void execute();
 
-    /// Compares the service's list of requests of the given types with `known`, then fetches the details of those that
-    /// are new or have changed. Ends with `finished()`, or with `failed()` when the list cannot be had. `known` is
-    /// copied in this call. A list that arrives after that of a later poll is ignored.
+    /// Compares the service's list of requests of the given types with `known`, then starts a sweep for those that are
+    /// new or have changed. `known` is copied in this call; a request that it holds more than once has changed unless
+    /// all its transactions are the service's.
+    ///
+    /// Every poll ends with a signal. When its list cannot be had, that is `failed()`. When there is nothing to fetch,
+    /// or when the list of a later poll came first and makes this one void, it is `finished()`, emitted at once: a
+    /// sweep that runs meanwhile keeps what it has gathered, goes on and ends with a `finished()` of its own. Otherwise
+    /// it is the `finished()` of the poll's sweep.
     void getUpdates(
         std::vector<collaboration::RequestType> const& types, std::vector<collaboration::RequestInfo>& known);
 
-    /// The details gathered by the last sweep, in the order of arrival.
+    /// The details gathered by the last sweep so far, in the order of arrival; none after a poll with nothing to fetch
+    /// while no sweep ran.
     std::vector<collaboration::ExtendedRequestDetails> getAllRequestDetails() const;
     /// The known requests that the last poll did not find any more.
     QList<QString> const& getRemovedRequestIds() const;
-    /// False once a call of the last sweep has failed or was cancelled.
+    /// False once a call of the last sweep has failed or was cancelled; true again after a poll with nothing to fetch
+    /// while no sweep ran.
     bool isSuccess() const;
 
     /// The details of one restoration request; nothing when the call fails, is cancelled or does not find it. The
@@ -66,7 +74,7 @@ public:
         collaboration::RequestInfo const& request) const;
 
 Q_SIGNALS:
-    /// The sweep is over, whether its calls succeeded or not; emitted once a sweep.
+    /// A sweep is over, whether its calls succeeded or not, or a poll that needed none; emitted once for each.
     void finished();
     /// The list of requests could not be had; results and request ids are as before.
     void failed(QString const& message);
@@ -82,8 +90,6 @@ private:
     using RestorationOperation = DetailsOperation<collaboration::RestorationRequestDetail>;
     struct Dispatch;
 
-    /// Starts a sweep; false if there was nothing to send.
-    bool startSweep();
     template <class Group>
     void request(Dispatch& dispatch, collaboration::RequestType type, DetailsOperation<Group> operation);
     template <class Group>
@@ -112,5 +118,5 @@ private:
     QList<QString> removedRequestIds_;
     quint64 sweep_ = 0;       ///< number of the sweep whose replies count
     quint64 lastPoll_ = 0;    ///< number of the latest poll
-    quint64 handledPoll_ = 0; ///< number of the latest poll whose list was handled
+    quint64 handledPoll_ = 0; ///< number of the latest poll whose list was had and handled
 };

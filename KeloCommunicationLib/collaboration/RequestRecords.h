@@ -33,6 +33,8 @@ struct KELO_EXPORT FileInfo
 struct KELO_EXPORT NoteInfo
 {
     QString text;
+    /// From ISO 8601 text: with "Z" or an offset it is that instant, without one it is local time. Milliseconds are
+    /// optional.
     QDateTime createdAt;
     QString createdBy;
     bool isCreator = false; ///< this user wrote the note
@@ -66,7 +68,7 @@ struct KELO_EXPORT RequestDetails
     QVersionNumber versionNumber;
     QString metadata; ///< the application's own, opaque text
     QDate dueDate;
-    QDateTime creationTimestamp;
+    QDateTime creationTimestamp; ///< read as `NoteInfo::createdAt` is
     std::vector<FileInfo> files;
     std::vector<NoteInfo> noteInfos;
     QString internalCaseIdentifier;
@@ -86,7 +88,7 @@ struct KELO_EXPORT RequestInfo
 /// How an implant is connected to a restoration.
 struct KELO_EXPORT ImplantConnection
 {
-    int toothNumber = 0;
+    int toothNumber = 0; ///< in FDI two-digit notation: quadrant, then position, as in 36
     QString implantConnectionId;
     QString manufacturerId;
     QString implantCategory;
@@ -97,8 +99,8 @@ struct KELO_EXPORT ImplantConnection
 struct KELO_EXPORT Restoration
 {
     std::vector<ImplantConnection> implantConnections;
-    int toothNumberStart = 0;
-    int toothNumberEnd = 0;
+    int toothNumberStart = 0; ///< first tooth, numbered as `ImplantConnection::toothNumber`
+    int toothNumberEnd = 0;   ///< last tooth
     QString type;
     QString material;
     QString color;

@@ -40,7 +40,7 @@ public:
     struct KELO_EXPORT ImplantConnection
     {
         QString implantConnectionId;
-        int toothNumber = 0;
+        int toothNumber = 0; ///< in FDI two-digit notation: quadrant, then position, as in 36
     };
 
     QString const& getSessionId() const { return sessionId_; }

@@ -13,6 +13,8 @@
 class KELO_EXPORT TessalyConnectionBase : public rest::Connection
 {
 public:
+    /// A session without an address; `initialize` gives it one.
+    TessalyConnectionBase();
     ~TessalyConnectionBase() override;
 
     /// As `rest::Connection::initialize`, then installs a copy of `m_callback`.
@@ -21,7 +23,4 @@ public:
     /// The process-wide trace hook. Read without a lock whenever a connection is initialised, so set it before the
     /// first one is made.
     static std::function<void(rest::TraceData const&)> m_callback;
-
-protected:
-    TessalyConnectionBase();
 };

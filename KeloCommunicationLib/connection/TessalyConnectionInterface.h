@@ -162,8 +162,8 @@ public:
     /// A patient's cases on the portal. GET Patients/{id}/cases.
     virtual Reply<std::vector<mirashare::MiraShareItemData>> getMiraShareCases(
         QString const& patientId, QString const& installationReference) const = 0;
-    /// The partner platforms, with their logos if asked for; a logo that is missing or cannot be decoded stays empty.
-    /// GET Installations/{id}/partners.
+    /// The partner platforms, with their logos if asked for; a logo that is missing, cannot be decoded or has more than
+    /// 4096 x 4096 pixels stays empty. GET Installations/{id}/partners.
     virtual Reply<std::vector<PartnerInfo>> getPartners(QString const& installationId, bool withLogos) const = 0;
     /// A partner's logo as Base64 text; empty when the download failed. GET Installations/{id}/partners/{partner}/logo.
     virtual threading::Future<QByteArray> getPartnerLogo(
@@ -173,7 +173,7 @@ public:
     /// Whether a partner connection works. GET Installations/{id}/test-connection.
     virtual Reply<mirashare::TestAccountConnectionResponse> testAccountConnection(
         QString const& installationId, QString const& partnerConnectionId) const = 0;
-    /// The cases of a patient that were sent to partners, with the partners' logos. GET
+    /// The cases of a patient that were sent to partners, with the partners' logos as `getPartners` gives them. GET
     /// Installations/{id}/PartnerCases/patients/{patient}.
     virtual Reply<std::vector<PartnerCaseInfo>> getPartnerCases(
         QString const& installationId, QString const& patientId) const = 0;
@@ -196,8 +196,9 @@ public:
     virtual Reply<std::vector<PriceInfoResponse>> getPriceInfo(ExtendedPriceInfoRequest const& request) const = 0;
     /// The states of orders. POST Orders/details.
     virtual Reply<std::vector<OrderDetails>> getOrderStatus(OrderDetailsRequest const& request) const = 0;
-    /// The temporary shells of an order. Blocks; any network failure gives an empty list. GET
-    /// Orders/{reference}/files/tempshell.
+    /// The temporary shells of an order. Blocks. A network failure gives an empty list. The body of an HTTP error is
+    /// read as if it were the answer: the service's list of errors gives a shell without an id for each of them, what
+    /// is no list an empty list. GET Orders/{reference}/files/tempshell.
     virtual TempShellDataResponse getTempShellCalculationData(QString const& orderReference) const = 0;
     /// Tells the service that all files of an order are uploaded. PUT Orders/{reference}/FinishUpload.
     virtual Reply<void> putFinishCadOrder(QString const& orderReference) const = 0;

@@ -34,12 +34,12 @@ public:
 
     void setState(int const& state) { state_ = static_cast<OrderItemState>(state); }
 
-    /// First tooth of the item.
+    /// First tooth of the item, in FDI two-digit notation: quadrant, then position, as in 36.
     int getToothNumberStart() const { return toothNumberStart_; }
 
     void setToothNumberStart(int toothNumberStart) { toothNumberStart_ = toothNumberStart; }
 
-    /// Last tooth of the item.
+    /// Last tooth of the item, in the same notation.
     int getToothNumberEnd() const { return toothNumberEnd_; }
 
     void setToothNumberEnd(int toothNumberEnd) { toothNumberEnd_ = toothNumberEnd; }

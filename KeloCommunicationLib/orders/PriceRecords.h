@@ -31,8 +31,8 @@ struct KELO_EXPORT PriceInfoRequest
 {
     QString articleNumber;
     int quantity = 0;
-    int toothNumberStart = 0; ///< first tooth of the item
-    int toothNumberEnd = 0;   ///< last tooth of the item
+    int toothNumberStart = 0; ///< first tooth of the item, in FDI two-digit notation: quadrant, then position, as in 36
+    int toothNumberEnd = 0;   ///< last tooth of the item, in the same notation
     QString voucherCode;      ///< empty for none
     bool isLocalProductionArticle = false;
 };
@@ -51,8 +51,8 @@ struct KELO_EXPORT PriceInfoResponse
     double articlePrice = 0.0;   ///< in `currency`
     QString originalVoucherCode; ///< the voucher code that the item carried
     int quantity = 0;
-    int toothNumberStart = 0;          ///< first tooth of the item
-    int toothNumberEnd = 0;            ///< last tooth of the item
+    int toothNumberStart = 0; ///< first tooth of the item, in FDI two-digit notation: quadrant, then position, as in 36
+    int toothNumberEnd = 0;   ///< last tooth of the item, in the same notation
     double voucherDiscountPrice = 0.0; ///< in `currency`
     QString currency;                  ///< currency code
     PriceType priceType{};             ///< 0, whatever the service sends

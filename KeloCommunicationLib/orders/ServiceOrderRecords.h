@@ -15,8 +15,8 @@ struct KELO_EXPORT ServiceOrderItemInfo
     QString articleNumber;
     QString manufacturerReference;
     int quantity = 0;
-    int toothNumberStart = 0;   ///< first tooth of the item
-    int toothNumberEnd = 0;     ///< last tooth of the item
+    int toothNumberStart = 0; ///< first tooth of the item, in FDI two-digit notation: quadrant, then position, as in 36
+    int toothNumberEnd = 0;   ///< last tooth of the item, in the same notation
     QList<OrderFileInfo> files; ///< the files that will be uploaded for the item
 };
 

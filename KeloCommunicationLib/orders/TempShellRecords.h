@@ -39,12 +39,12 @@ public:
 
     void setArticleNumber(QString const& articleNumber) { articleNumber_ = articleNumber; }
 
-    /// First tooth of the shell.
+    /// First tooth of the shell, in FDI two-digit notation: quadrant, then position, as in 36.
     int getToothNumberStart() const { return toothNumberStart_; }
 
     void setToothNumberStart(int const& toothNumberStart) { toothNumberStart_ = toothNumberStart; }
 
-    /// Last tooth of the shell.
+    /// Last tooth of the shell, in the same notation.
     int getToothNumberEnd() const { return toothNumberEnd_; }
 
     void setToothNumberEnd(int const& toothNumberEnd) { toothNumberEnd_ = toothNumberEnd; }

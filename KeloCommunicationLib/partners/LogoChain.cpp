@@ -3,7 +3,6 @@
 #include <QBuffer>
 #include <QDebug>
 #include <QImageReader>
-#include <QMessageLogger>
 
 namespace KeloCommunicationLib::internal::logos
 {
@@ -14,9 +13,9 @@ namespace
 /// Logos come from outside: a few bytes can claim an image of gigabytes.
 constexpr qint64 mostPixels = qint64{4096} * 4096;
 
-bool isSane(QSize size)
+bool isTooLarge(QSize size)
 {
-    return !size.isEmpty() && qint64{size.width()} * size.height() <= mostPixels;
+    return qint64{size.width()} * size.height() > mostPixels;
 }
 
 QImage imageIn(QByteArray bytes)
@@ -24,13 +23,14 @@ QImage imageIn(QByteArray bytes)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    if (!isSane(reader.size()))
+    if (isTooLarge(reader.size()))
     {
         return QImage();
     }
-    // An icon may hold a larger image than it claims, up to Qt's own limit for one image.
+    // Some decoders do not know the size before, and an icon may hold a larger image than it claims. Until here, Qt's
+    // own limit for one image applies.
     QImage image = reader.read();
-    return isSane(image.size()) ? image : QImage();
+    return isTooLarge(image.size()) ? QImage() : image;
 }
 
 } // namespace
@@ -54,7 +54,7 @@ utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner)
     QImage image = imageIn(QByteArray::fromBase64(body));
     if (image.isNull())
     {
-        QMessageLogger().warning() << "Failed to download logo for Partner:" << partner.name << partner.id;
+        qWarning() << "Failed to download logo for Partner:" << partner.name << partner.id;
         return std::nullopt;
     }
     return image;

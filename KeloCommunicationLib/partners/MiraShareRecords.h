@@ -53,7 +53,8 @@ public:
 
     void setCreationDate(QDateTime const& creationDate) { creationDate_ = creationDate; }
 
-    /// Takes ISO 8601 text; unreadable text is an invalid time.
+    /// Takes ISO 8601 text: with "Z" or an offset it is that instant, without one it is local time. Milliseconds are
+    /// optional; unreadable text is an invalid time.
     void setCreationDateString(QString const& text) { creationDate_ = QDateTime::fromString(text, Qt::ISODate); }
 
     bool isCreatedByThisUser() const { return createdByThisUser_; }
@@ -97,8 +98,10 @@ struct KELO_EXPORT Prescription
     {
     }
 
-    QFileInfo file;                 ///< sent as its name without the directory
-    QDateTime acquisitionTimestamp; ///< sent as null when null
+    QFileInfo file; ///< sent as its name without the directory
+    /// Sent as ISO 8601 text with milliseconds and, unless it is a local time, with "Z" or its offset; as null when
+    /// null.
+    QDateTime acquisitionTimestamp;
     QString type = QStringLiteral("Full");
 };
 

@@ -162,7 +162,8 @@ public:
 
     void setCreationTime(QDateTime const& creationTime) { creationTime_ = creationTime; }
 
-    /// Takes ISO 8601 text; unreadable text is an invalid time.
+    /// Takes ISO 8601 text: with "Z" or an offset it is that instant, without one it is local time. Milliseconds are
+    /// optional; unreadable text is an invalid time.
     void setCreationTimeString(QString const& text) { creationTime_ = QDateTime::fromString(text, Qt::ISODate); }
 
     QString const& getPartnerId() const { return partnerId_; }

@@ -42,6 +42,32 @@ TEST(BlockingCalls, AuthenticationKeysOfAnyAnswer)
     }
 }
 
+TEST(BlockingCalls, ShellsOfAnyAnswer)
+{
+    struct
+    {
+        test::Action answer;
+        QStringList fileIds;
+    } const rows[] = {
+        {test::reply(200, R"([{"Id":"a"},{"Id":"b"}])"), {QStringLiteral("a"), QStringLiteral("b")}},
+        {test::reply(200, R"({"Shells":[{"Id":"a"}]})"), {}},
+        {test::reply(404, R"([{"Code":"17","Message":"x"}])"), {QString()}},
+        {test::reply(404, R"([{"Id":"a"}])"), {QStringLiteral("a")}},
+        {test::reply(500, ""), {}},
+        {test::closeNow(), {}},
+    };
+    for (auto const& row : rows)
+    {
+        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        QStringList fileIds;
+        for (auto const& shell : connectTo(server)->getTempShellCalculationData(QStringLiteral("R")).getTempShellFile())
+        {
+            fileIds.append(shell.getFileId());
+        }
+        EXPECT_EQ(fileIds, row.fileIds) << row.answer.bytes.toStdString();
+    }
+}
+
 TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
 {
     struct

@@ -253,27 +253,38 @@ TEST_F(RequestDetailsRetrieverTest, KeepsReferralsWithAFileOfThePartner)
 TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
 {
     PendingReply<std::vector<RequestInfo>> list;
-    EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, AsksFor(QList<QString>{u"new"_qs, u"changed"_qs})))
+    QList<QString> const fetched{u"new"_qs, u"changed"_qs, u"in two states"_qs, u"in two states too"_qs};
+    EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, AsksFor(fetched)))
         .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"new"_qs)))));
     startPoll(
         list, {{u"gone"_qs, u"1"_qs, RequestType::LabDesign},
                {u"same"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"same"_qs, u"1"_qs, RequestType::LabDesign},
                {u"changed"_qs, u"1"_qs, RequestType::LabDesign},
-               {u"gone too"_qs, u"1"_qs, RequestType::LabDesign}});
+               {u"gone too"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"in two states"_qs, u"1"_qs, RequestType::LabDesign},
+               {u"in two states"_qs, u"2"_qs, RequestType::LabDesign},
+               {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign},
+               {u"in two states too"_qs, u"1"_qs, RequestType::LabDesign}});
     list.setValue(test::success(std::vector<RequestInfo>{
         {u"new"_qs, u"1"_qs, RequestType::LabDesign},
         {u"same"_qs, u"1"_qs, RequestType::LabDesign},
-        {u"changed"_qs, u"2"_qs, RequestType::LabDesign}}));
+        {u"changed"_qs, u"2"_qs, RequestType::LabDesign},
+        {u"in two states"_qs, u"2"_qs, RequestType::LabDesign},
+        {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign}}));
     runEvents();
     EXPECT_EQ(finished_, 1);
     EXPECT_EQ(retriever_->getRemovedRequestIds(), (QList<QString>{u"gone"_qs, u"gone too"_qs}));
     EXPECT_EQ(idsOf(*retriever_), QStringList{u"new"_qs});
 }
 
-TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnce)
+TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSparesARunningSweep)
 {
-    for (RequestInfo const& received :
-         {RequestInfo{u"same"_qs, u"1"_qs, RequestType::LabDesign}, {u"other"_qs, u"1"_qs, RequestType::Unset}})
+    expectThreeKinds();
+    retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    template_.cancel();
+    auto const poll = [this](RequestInfo const& received)
     {
         PendingReply<std::vector<RequestInfo>> list;
         finished_ = 0;
@@ -281,8 +292,22 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnce)
         list.setValue(test::success(std::vector{received}));
         runEvents();
         EXPECT_EQ(finished_, 1) << qPrintable(received.requestId);
-        EXPECT_TRUE(retriever_->isSuccess());
+    };
+    RequestInfo const unchanged{u"same"_qs, u"1"_qs, RequestType::LabDesign};
+    for (RequestInfo const& received : {unchanged, {u"other"_qs, u"1"_qs, RequestType::Unset}})
+    {
+        poll(received);
+        EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
+        EXPECT_FALSE(retriever_->isSuccess());
     }
+    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
+    runEvents();
+    EXPECT_EQ(finished_, 2) << "one for the last poll, one for the sweep";
+    EXPECT_EQ(idsOf(*retriever_), (QStringList{u"s"_qs, u"r"_qs}));
+    EXPECT_FALSE(retriever_->isSuccess());
+    poll(unchanged);
+    EXPECT_EQ(idsOf(*retriever_), QStringList());
+    EXPECT_TRUE(retriever_->isSuccess());
 }
 
 TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
@@ -304,18 +329,33 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
     EXPECT_EQ(finished_, 0);
 }
 
-TEST_F(RequestDetailsRetrieverTest, ListOfAnOvertakenPollIsIgnored)
+TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOlderOneVoid)
 {
-    PendingReply<std::vector<RequestInfo>> older;
-    PendingReply<std::vector<RequestInfo>> newer;
-    startPoll(older, {});
-    startPoll(newer, {{u"gone"_qs, {}, RequestType::LabDesign}});
-    newer.setValue(test::success(std::vector<RequestInfo>()));
-    runEvents();
-    older.setValue(test::success(std::vector<RequestInfo>{{u"stale"_qs, {}, RequestType::LabDesign}}));
-    runEvents();
-    EXPECT_EQ(finished_, 1);
-    EXPECT_EQ(retriever_->getRemovedRequestIds(), QList<QString>{u"gone"_qs});
+    auto const good = test::success(std::vector<RequestInfo>());
+    auto const bad = test::refusal<std::vector<RequestInfo>>();
+    struct
+    {
+        rest::RestReply<std::vector<RequestInfo>> newer;
+        rest::RestReply<std::vector<RequestInfo>> older;
+        int finished;
+        char const* removed;
+    } const rows[] = {{good, good, 2, "by the newer"}, {bad, good, 1, "by the older"}, {good, bad, 1, "by the newer"}};
+    for (auto const& row : rows)
+    {
+        finished_ = 0;
+        failures_.clear();
+        PendingReply<std::vector<RequestInfo>> older;
+        PendingReply<std::vector<RequestInfo>> newer;
+        startPoll(older, {{u"by the older"_qs, {}, RequestType::LabDesign}});
+        startPoll(newer, {{u"by the newer"_qs, {}, RequestType::LabDesign}});
+        newer.setValue(row.newer);
+        runEvents();
+        older.setValue(row.older);
+        runEvents();
+        EXPECT_EQ(finished_, row.finished);
+        EXPECT_EQ(failures_.size(), 2 - row.finished);
+        EXPECT_EQ(retriever_->getRemovedRequestIds(), QList<QString>{QString::fromLatin1(row.removed)});
+    }
 }
 
 } // namespace

@@ -186,14 +186,18 @@ TEST(ErrorModel, TheTraceHookIsInstalledByInitialize)
 {
     test::RawServer const server;
     std::atomic<int> traced = 0;
+    TessalyConnectionBase base;
     auto const before = connectTo(server);
     TessalyConnectionBase::m_callback = [&traced](rest::TraceData const&) { ++traced; };
     auto const after = connectTo(server);
+    base.initialize(server.url(), QString(), QString(), QString());
     TessalyConnectionBase::m_callback = {};
     before->getShippingAddresses(u"I"_s).wait();
     EXPECT_EQ(traced, 0);
     after->getShippingAddresses(u"I"_s).wait();
     EXPECT_EQ(traced, 1);
+    base.request(rest::RequestDataCreator::makeRequest(rest::HttpMethod::Get, QUrl(u"x"_s))).wait();
+    EXPECT_EQ(traced, 2);
 }
 
 } // namespace

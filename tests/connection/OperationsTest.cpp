@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <concepts>
 #include <functional>
 #include <span>
@@ -513,6 +514,18 @@ void expectSentOnce(Write const& write, test::Action const& drop, bool reused)
     ASSERT_EQ(requests.size(), before + 1);
     // Without a body, only a new connection keeps the transport from sending again.
     EXPECT_EQ(requests.back().connection, reused && requests.back().body.isEmpty() ? 2 : 1);
+}
+
+TEST(Operations, ACaseDesignerOrderHasATimeOutOfItsOwn)
+{
+    test::RawServer const server([](test::RawRequest const&) { return test::stall(); });
+    auto const connection = connectTo(server);
+    connection->setDefaultTimeout(std::chrono::milliseconds(50));
+    auto const caseDesignerOrder = connection->createIPSOrder(ipsOrder());
+    ASSERT_TRUE(server.waitForRequests(1));
+    EXPECT_EQ(connection->createOrder(order()).get().status.kind, 1U);
+    EXPECT_FALSE(caseDesignerOrder.isFinished()) << "though it was sent before";
+    caseDesignerOrder.cancel();
 }
 
 TEST(Operations, AWriteIsNeverSentTwice)

@@ -8,9 +8,10 @@
 #include <QCoreApplication>
 #include <QThread>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <platform/threading/Future.h>
+#include <tests/support/LogCapture.h>
 
 namespace test
 {
@@ -107,11 +108,16 @@ TEST(Future, voidMoveOnlyAndThrowing)
     auto const always = promise.future().then([](Future<void> const& future) { return future.isFinished(); });
     auto const thrown = promise.future().then([]() -> int { throw std::runtime_error("expected in this test"); });
     auto const odd = promise.future().then([] { throw 1; });
+    LogCapture const log;
     promise.setValue();
     EXPECT_EQ(moveOnly.get(), 2);
     EXPECT_TRUE(always.get());
     EXPECT_TRUE(thrown.isCanceled());
     EXPECT_TRUE(odd.isCanceled());
+    EXPECT_THAT(
+        log.warnings(),
+        testing::ElementsAre(
+            "An exception left a continuation: expected in this test", "An exception left a continuation."));
     EXPECT_EQ(
         makeReadyFuture(std::make_shared<int>(5)).then([](std::shared_ptr<int> const& value) { return *value; }).get(),
         5);

@@ -30,9 +30,9 @@ Partner partnerOf(PartnerInfo const& partner);
 Partner partnerOf(PartnerCaseInfo const& partnerCase);
 
 /// The image in `body`, the service's Base64 text. Empty when there is none: silently for an empty body, which stands
-/// for a failed request, with a warning that names the partner for one that cannot be decoded or claims more pixels
-/// than any logo has. An image that was cut short is a logo as far as its decoder takes it: PNG not at all, JPEG and
-/// BMP with the rest blank.
+/// for a failed request, with a warning that names the partner for one that cannot be decoded or has more than 4096 x
+/// 4096 pixels. Such an image is not even decoded if it tells its size beforehand. One that was cut short is a logo as
+/// far as its decoder takes it: PNG not at all, JPEG and BMP with the rest blank.
 utility::Optional<QImage> decode(QByteArray const& body, Partner const& partner);
 
 /// Starts the request for a partner's logo.
