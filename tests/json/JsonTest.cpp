@@ -1,12 +1,7 @@
-#include <limits>
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <gmock/gmock.h>
 
 #include <KeloCommunicationLib/json/internal/Converters.h>
+#include <tests/support/BothWays.h>
 #include <tests/support/LogCapture.h>
 
 namespace
@@ -96,6 +91,21 @@ QJsonObject afterReading(QByteArray const& json)
     return jsonSerializer::toJson(jsonSerializer::fromJson<Sample>(object(json))).toObject();
 }
 
+/// Reads the text both ways, as whatever may stand in a reply.
+void expectTheSame(QByteArray const& text)
+{
+    for (test::WireType const& type :
+         {test::wireType<Sample>(), test::wireType<std::vector<Sample>>(), test::wireType<std::vector<QString>>(),
+          test::wireType<std::vector<std::vector<double>>>()})
+    {
+        test::LogCapture const log;
+        QJsonValue const content = test::readFromText(type, text).content;
+        auto const warnings = log.warnings();
+        EXPECT_EQ(content, test::readFromDocument(type, QJsonDocument::fromJson(text)).content) << text.toStdString();
+        EXPECT_EQ(log.warnings().size(), 2 * warnings.size()) << text.toStdString();
+    }
+}
+
 std::vector<int> numbersOf(QByteArray const& json)
 {
     using Converter = jsonSerializer::implementation::FromJSON<std::vector<Inner>, 1>;
@@ -128,6 +138,8 @@ TEST(Json, AMemberIsReadByItsTypesRule)
         {"Int", "3000000000", "0"},
         {"Int", R"("7")", "0"},
         {"Size", "9007199254740993", "9007199254740993"},
+        {"Size", "9223372036854775807", "9223372036854775807"},
+        {"Size", "1e300", "18446744073709551615"},
         {"Size", "7.9", "7"},
         {"Size", "-7", "0"},
         {"Size", R"("7")", "0"},
@@ -183,13 +195,6 @@ TEST(Json, MissingAndNullMembersKeepTheirDefaults)
     EXPECT_EQ(afterReading(R"({"Within":{"Text":null},"text":"t"})"), defaults);
 }
 
-TEST(Json, EnumerationsOutsideOfObjects)
-{
-    EXPECT_EQ((jsonSerializer::fromJson<Kind, QJsonValue>(QJsonValue(42))), Kind(42));
-    EXPECT_EQ((jsonSerializer::fromJson<Kind, QJsonValue>(QJsonValue(u"1"_s))), Kind::Other);
-    EXPECT_EQ((jsonSerializer::fromJson<Kind, QJsonValue>(QJsonValue(QJsonValue::Undefined))), Kind::Other);
-}
-
 TEST(Json, ListReplies)
 {
     test::LogCapture const log;
@@ -209,16 +214,95 @@ TEST(Json, ListReplies)
     }
 }
 
-TEST(Json, WholeNumbersKeepTheirDigits)
+QByteArrayList words(char const* text)
 {
-    Sample sample;
-    for (quint64 const size : {quint64(0), (quint64(1) << 53) + 1, quint64(std::numeric_limits<qint64>::max())})
+    return QByteArray(text).simplified().split(' ');
+}
+
+TEST(Json, TextAndDocumentReadAsTheSameWhateverStandsUnderAKey)
+{
+    QByteArrayList const values =
+        words(R"(null true false tru nul nullx truefalse True [] {} [[[7]]] {"Number":7} [{"Number":7},5,null,{}] ,
+            ["a",null,["b"],{"c":1}] {"a":[1]} {"a":[1],"b":[2]} 0 -0 0.0 -0.0 0e5 -0e-5 7 7.0 7.5 70e-1 7e0 7E+2
+            2147483647 2147483648 -2147483648 -2147483649 2147483647.5 4294967303 9007199254740991 9007199254740992
+            9007199254740993 -9007199254740993 9007199254740993.0 9223372036854775807 9223372036854775808
+            -9223372036854775808 -9223372036854775809 9223372036854775807.0 9223372036854774784.0 18446744073709551615
+            18446744073709551616 1e18 1e19 1e300 1e308 1e309 1e999 -1e999 1e-300 1e-308 2.2250738585072014e-308
+            2.2250738585072011e-308 5e-324 1e-400 -1e-400 0.1 0.30000000000000004 123456789012345678901234567890
+            0.000000000000000000000000000000000000000000000000000000000000000001 1. .5 01 -01 00 +1 - 1e 1e+ 0x10 1_0
+            NaN Infinity -Infinity 1.5.5 --1 "" "text" "ä€😀" "\u00e4\u20AC\ud83d\ude00" "\"\\\/\b\f\n\r\t" "\u0000"
+            "\x" "\u12" "\u12G4" "\ud800" "\ud800x" "\udc00" "\ud800\u0041" "\ud800\ud800\udc00" "\uFFFF" "\uFEFFx"
+            "x\uFEFF" "a a" a" "a\ "a\" "a""b" 'a' "2024-01-31" "2024-01-31T10:20:30.4+02:00" "1.2-beta" "Known")")
+        + QByteArrayList{
+            "",
+            "1 2",
+            "\"a\" ",
+            "\"\xEF\xBB\xBFx\"",
+            "\"\xEF\xBB\xBF\"",
+            "\"x\xEF\xBB\xBF\"",
+            "\"\xEF\xBF\xBF\"",
+            "\"\x80\"",
+            "\"a\xC3\"",
+            "\"\xC0\x80\"",
+            "\"\xED\xA0\x80\"",
+            "\"\xF4\x90\x80\x80\"",
+            "\"\xFF\"",
+            "\"a\x01\x1F\x7F\"",
+            "\"a\nb\tc\"",
+            QByteArray("\"a\0b\"", 5)};
+    QByteArrayList const places =
+        words(R"(@ @x @@ [@] [@,7] [7,@ {"Other":@} {"Other":[@],"Int":7} {"Other":{"a":@,"b":[{"c":@}]},"Int":7}
+            {"Text":@} {"Flag":@,"Int":7} {"Int":@} {"Size":@} {"Ratio":@} {"Date":@,"Time":@,"Version":@}
+            {"Kind":@,"Named":@,"Generic":@} {"Inner":@} {"Inner":{"Number":@},"Int":7} {"Texts":@} {"Texts":["a",@]}
+            {"List":@,"Int":7} {"List":[{"Number":@},@]} {"Within":@} {"Within":{"Text":@}} {"Number":@} {@:7}
+            {"Int":@,"Int":7} {"Int":7,"Int":@} {"Inner":@,"Inner":@} {"List":[{"Number":1}],"List":@}
+            {"Other":@,"Other":@,"Int":7} {"a":[{"b":@,"b":7}],"Int":7})")
+        + QByteArrayList{" @\r\n\t", "@ x", "{ \"Int\" : @\n}"};
+    for (QByteArray const& place : places)
     {
-        sample.size = size;
-        QJsonObject const json = object(QJsonDocument(jsonSerializer::toJson(sample).toObject()).toJson());
-        EXPECT_EQ(jsonSerializer::fromJson<Sample>(json).size, size);
+        for (QByteArray const& value : values)
+        {
+            expectTheSame(QByteArray(place).replace('@', value));
+        }
     }
-    EXPECT_EQ(jsonSerializer::fromJson<Sample>(object(R"({"Size":1e300})")).size, std::numeric_limits<quint64>::max());
+}
+
+TEST(Json, TextAndDocumentReadAsTheSameWhateverTheShape)
+{
+    QByteArrayList texts =
+        words(R"({"\u0049nt":7} {"Int":1,"\u0049nt":7} {"Other":{"\u0061":1}} {"In\u0000t":7} {"":7,"Int":7} {"Int":7,}
+            {,"Int":7} {"Int"7} {"Int"=7} {Int:7} {"Int":7"Size":7} {"Int":7,"Size"} {7:7} {"Int":7]} [{"Int":7},] [,]
+            [7,,7] [} {] [7} {}{} [][] {"Int":7}/**/ {"Other":/**/1,"Int":7})")
+        + QByteArrayList{
+            "",
+            " ",
+            "{\"Int\":7 \"Size\":7}",
+            "{\"Int\xFF\":7}",
+            "{\"Oth\ner\":1,\"Int\":7}",
+            "\f{}",
+            "\xEF\xBB\xBF",
+            "\xEF\xBB\xBF{\"Int\":7}",
+            QByteArray("\0", 1),
+            QByteArray("{\"Int\":7}\0 ", 11),
+            QByteArray("\xFE\xFF\0{\0}", 6)};
+    for (qsizetype const depth : {1, 2, 126, 127, 128, 129, 511, 512, 513, 1022, 1023, 1024, 1025, 1026, 1000000})
+    {
+        for (auto const& [open, close] : {std::pair("[", "]"), {R"({"List":)", "}"}, {R"([{"a":)", "}]"}})
+        {
+            QByteArray const opened = QByteArray(open).repeated(depth);
+            QByteArray const nested = opened + "[7]" + QByteArray(close).repeated(depth);
+            texts += {opened, nested, R"({"Int":7,"Other":)" + nested + '}', "[[7.5]," + nested + ']'};
+        }
+    }
+    QByteArray const whole = QJsonDocument(QJsonArray{defaults, defaults}).toJson();
+    for (qsizetype size = 1; size <= whole.size(); ++size)
+    {
+        texts += {whole.first(size), whole.sliced(1, size - 1)};
+    }
+    for (QByteArray const& text : texts)
+    {
+        expectTheSame(text);
+    }
 }
 
 } // namespace

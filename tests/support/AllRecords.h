@@ -1,6 +1,7 @@
 #pragma once
 
-#include <algorithm>
+#include <memory>
+#include <vector>
 
 #include <KeloCommunicationLib/account/internal/AccountFields.h>
 #include <KeloCommunicationLib/collaboration/internal/CollaborationFields.h>
@@ -11,9 +12,24 @@
 namespace test
 {
 
+/// A type of value that stands on the wire, with its C++ type taken away.
+struct WireType
+{
+    jsonSerializer::implementation::Type const* type;
+    std::shared_ptr<void> (*make)();
+};
+
+template <class T>
+WireType wireType()
+{
+    return {&jsonSerializer::implementation::typeOf<T>, [] { return std::shared_ptr<void>(std::make_shared<T>()); }};
+}
+
 template <class... Records>
 struct RecordList
 {
+    static std::vector<WireType> records() { return {wireType<Records>()...}; }
+    static std::vector<WireType> lists() { return {wireType<std::vector<Records>>()...}; }
 };
 
 /// Every record that has a table.
@@ -41,19 +57,7 @@ using AllRecords = RecordList<
     OrderShippingAddressList, AvailableArticlesList, TempShellFile, CatalogUpdateInfo, PartnerInfo, PartnerAccountInfo,
     PartnerCaseInfo, mirashare::MiraShareItemData, mirashare::CaseFileInfo, mirashare::Prescription,
     mirashare::CreateCaseRequest, mirashare::CaseFileId, mirashare::CreateCaseResponse, mirashare::AddDataRequest,
-    mirashare::CaseStatusResponse, mirashare::SharePartnerCaseRequest, mirashare::TestAccountConnectionResponse>;
-
-/// Whether all members are both read and written.
-inline bool goesBothWays(jsonSerializer::implementation::Table table)
-{
-    using jsonSerializer::implementation::Field;
-    return std::all_of(
-        table.begin(), table.end(),
-        [](Field const& field)
-        {
-            return field.placement == Field::Placement::Member ? field.read != nullptr && field.write != nullptr
-                                                               : goesBothWays(field.rows);
-        });
-}
+    mirashare::CaseStatusResponse, mirashare::SharePartnerCaseRequest, mirashare::TestAccountConnectionResponse,
+    operations::InstallationBody, operations::PortalCases, operations::AuthenticationKeys, operations::SoftwarePage>;
 
 } // namespace test
