@@ -1,5 +1,6 @@
 #include <KeloCommunicationLib/json/internal/TextReader.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <bitset>
@@ -157,6 +158,7 @@ public:
 private:
     /// As deep as any reply is; the document goes deeper.
     static constexpr int deepest = 128;
+    static constexpr std::size_t sampleSize = 32;
 
     template <class Result>
     static auto&& checked(Result&& result)
@@ -238,11 +240,33 @@ private:
     void readElements(ondemand::array array, Type const& list, void* target)
     {
         Level const level(depth_);
+        std::size_t count = 0;
+        char const* first = nullptr;
         for (auto result : array)
         {
             ondemand::value&& element = checked(std::move(result));
+            if (depth_ == 1 && count <= sampleSize)
+            {
+                char const* const here = element.raw_json_token().data();
+                first = count == 0 ? here : first;
+                if (count == sampleSize)
+                {
+                    reserveLike(first, here, list, target);
+                }
+                ++count;
+            }
             read(element, *list.items, list.append(target));
         }
+    }
+
+    /// Growing in steps costs a long list as much as reading it. Makes room for as many elements as the whole text has
+    /// if they are like the first ones, but for no more than the text is long.
+    void reserveLike(char const* first, char const* here, Type const& list, void* target) const
+    {
+        auto const length = static_cast<std::size_t>(end_ - first);
+        auto const sample = static_cast<std::size_t>(here - first);
+        std::size_t const count = length / sample * sampleSize + length % sample * sampleSize / sample + 1;
+        list.reserve(target, std::min(count, length / list.entrySize));
     }
 
     /// A list as the one member of an object, whatever its key. The document warns of any other object.

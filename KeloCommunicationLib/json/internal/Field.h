@@ -106,6 +106,7 @@ struct Type
     // List
     Type const* items = nullptr;
     void (*clear)(void* list) = nullptr;
+    std::size_t entrySize = 0;
     void (*reserve)(void* list, std::size_t size) = nullptr;
     void* (*append)(void* list) = nullptr;
     void (*each)(void const* list, Look with) = nullptr;

@@ -105,6 +105,7 @@ constexpr Type listOf(Type const& items)
     list.kind = ValueKind::List;
     list.items = &items;
     list.clear = [](void* value) { static_cast<List*>(value)->clear(); };
+    list.entrySize = sizeof(typename List::value_type);
     list.reserve = [](void* value, std::size_t size)
     { static_cast<List*>(value)->reserve(static_cast<typename List::size_type>(size)); };
     list.append = [](void* value) -> void* { return &static_cast<List*>(value)->emplace_back(); };
