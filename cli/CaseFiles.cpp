@@ -2,10 +2,8 @@
 
 #include <limits>
 
-#include <QJsonArray>
-
+#include "cli/Listing.h"
 #include "cli/Outcome.h"
-#include "cli/Output.h"
 
 namespace cli
 {
@@ -57,25 +55,14 @@ std::vector<mirashare::CaseFileInfo> CaseFileArguments::read() const
     return files;
 }
 
-QJsonObject announcedFiles(std::vector<mirashare::CaseFileId> const& files)
-{
-    QJsonArray list;
-    for (auto const& file : files)
-    {
-        list.append(QJsonObject{{u"Id"_s, file.id}, {u"Name"_s, file.name}});
-    }
-    return {{u"CaseFiles"_s, list}};
-}
-
 QString filesText(std::vector<mirashare::CaseFileId> const& files)
 {
-    std::vector<QStringList> rows;
-    rows.reserve(files.size());
-    for (auto const& file : files)
-    {
-        rows.push_back({file.id, file.name});
-    }
-    return rows.empty() ? QString() : tableText({u"FILE"_s, u"NAME"_s}, rows);
+    return files.empty() ? QString()
+                         : tableOf(
+                             {u"FILE"_s, u"NAME"_s}, files,
+                             [](mirashare::CaseFileId const& file) {
+                                 return QStringList{file.id, file.name};
+                             });
 }
 
 } // namespace cli

@@ -3,7 +3,6 @@
 #include <vector>
 
 #include <QFileInfo>
-#include <QJsonObject>
 #include <QString>
 
 #include <KeloCommunicationLib/partners/MiraShareRecords.h>
@@ -32,7 +31,6 @@ private:
 };
 
 /// The identities under which announced files are to be uploaded.
-QJsonObject announcedFiles(std::vector<mirashare::CaseFileId> const& files);
 QString filesText(std::vector<mirashare::CaseFileId> const& files);
 
 } // namespace cli

@@ -103,6 +103,12 @@ Context::Context(CommonOptions const& options) : output_(options.json)
     connection_ = TessalyConnection::makeConnection(url_, user_, environment.password);
 }
 
+void Context::check(rest::RestReplyStatus const& status, Shape shape) const
+{
+    checkStatus(status);
+    checkNewExchanges(shape, 1);
+}
+
 void Context::checkNewExchanges(Shape shape, std::optional<std::size_t> count) const
 {
     auto exchanges = exchanges_->takeNew();

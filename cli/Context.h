@@ -50,6 +50,9 @@ public:
     /// Checks the options and throws a Failure for the first mistake. Nothing is sent.
     explicit Context(CommonOptions const& options);
 
+    /// For a command that needs no service: there is only the output.
+    explicit Context(Output output) : output_(output) {}
+
     TessalyConnection& connection() const { return *connection_; }
 
     QString const& installation() const { return installation_; }
@@ -59,16 +62,17 @@ public:
 
     Output const& output() const { return output_; }
 
-    /// Waits for the reply of a call and returns its value; throws a Failure when there is none.
+    /// Waits for the reply of a call and returns its value; throws a Failure when there is none. The reply must have
+    /// the shape that its type tells, unless another is given.
     template <class T>
-    T valueOf(threading::Future<rest::RestReply<T>> const& future) const
+    T valueOf(threading::Future<rest::RestReply<T>> future, Shape shape = shapeOf<T>) const
     {
-        rest::RestReply<T> const reply = finished(future).get();
-        checkStatus(reply.status);
-        checkNewExchanges(shapeOf<T>, 1);
+        finished(future);
+        auto reply = std::move(future).take();
+        check(reply.status, shape);
         if constexpr (!std::is_void_v<T>)
         {
-            return reply.value;
+            return std::move(reply.value);
         }
     }
 
@@ -83,6 +87,9 @@ public:
         }
         return future;
     }
+
+    /// Throws a Failure unless a call has succeeded, and its first exchange was answered in that shape.
+    void check(rest::RestReplyStatus const& status, Shape shape) const;
 
     /// Throws a Failure if the exchanges since the last check (or only the first `count` of them) hold one that failed
     /// or was answered in another shape: a service that is not the wanted one must not pass for one without data.

@@ -1,11 +1,13 @@
 #include "cli/Input.h"
 
 #include <algorithm>
-#include <array>
-#include <span>
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <KeloCommunicationLib/collaboration/RequestRecords.h>
+#include <KeloCommunicationLib/json/RecordSchema.h>
+#include <KeloCommunicationLib/partners/MiraShareRecords.h>
 
 #include "cli/Outcome.h"
 
@@ -17,47 +19,55 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-// The place of a name is the number that goes over the wire.
-constexpr std::array typeNames{
-    "DentalScan", "LabDesign", "TempShell", "Template", "Restoration", "SurgeryPlan", "CentralizedRestoration",
-    "Referral"};
-constexpr std::array connectionStatusNames{"Created",  "InvitationSent",    "Accepted", "Connected",
-                                           "Rejected", "RejectionNotified", "Stopped"};
-constexpr std::array genderNames{"NotSet", "Male", "Female", "Other"};
+using Names = std::vector<jsonSerializer::NamedValue>;
 
-QString listOf(std::span<char const* const> names)
+/// The names that a member's values have.
+template <class Record>
+Names namesIn(QStringView key)
 {
-    QStringList list;
-    for (char const* const name : names)
+    for (auto const& member : jsonSerializer::schemaOf<Record>().members())
     {
-        list << QString::fromLatin1(name);
+        if (member.key() == key)
+        {
+            return member.kind() == jsonSerializer::ValueKind::List ? member.items().names() : member.names();
+        }
     }
-    return list.join(", "_L1);
+    return {};
 }
 
-int numberOf(char const* what, std::span<char const* const> names, QString const& text)
+Names typeNames()
 {
-    auto const found = std::find_if(
-        names.begin(), names.end(),
-        [&text](char const* name) { return text.compare(QLatin1String(name), Qt::CaseInsensitive) == 0; });
-    if (found != names.end())
-    {
-        return static_cast<int>(found - names.begin());
-    }
+    return namesIn<collaboration::RequestInfo>(u"RequestType");
+}
+
+Names connectionStatusNames()
+{
+    return namesIn<ConnectionInfo>(u"Status");
+}
+
+int numberOf(char const* what, Names const& names, QString const& text)
+{
     bool isNumber = false;
     int const number = text.toInt(&isNumber);
-    if (!isNumber || number < 0 || number >= static_cast<int>(names.size()))
+    QStringList wanted;
+    for (auto const& [name, value] : names)
     {
-        throw badInput(u"Unknown %1 \"%2\": it is one of %3, or its number from 0."_s.arg(
-            QLatin1String(what), text, listOf(names)));
+        if (text.compare(name, Qt::CaseInsensitive) == 0 || (isNumber && number == value))
+        {
+            return value;
+        }
+        wanted << name;
     }
-    return number;
+    wanted.removeAll(QString());
+    throw badInput(
+        u"Unknown %1 \"%2\": it is one of %3, or its number."_s.arg(QLatin1String(what), text, wanted.join(", "_L1)));
 }
 
-QString nameAt(std::span<char const* const> names, int number)
+QString nameIn(Names const& names, int number)
 {
-    auto const index = static_cast<std::size_t>(number);
-    return number >= 0 && index < names.size() ? QString::fromLatin1(names[index]) : QString::number(number);
+    auto const found =
+        std::find_if(names.begin(), names.end(), [number](auto const& named) { return named.value == number; });
+    return found != names.end() ? found->name : QString::number(number);
 }
 
 FileDescription describeFile(QString const& path, int chunkSize)
@@ -97,7 +107,7 @@ QString identifier(char const* what, QString const& text)
 
 collaboration::RequestType requestType(QString const& text)
 {
-    return static_cast<collaboration::RequestType>(numberOf("request type", typeNames, text));
+    return static_cast<collaboration::RequestType>(numberOf("request type", typeNames(), text));
 }
 
 std::vector<collaboration::RequestType> requestTypes(QStringList const& texts)
@@ -109,23 +119,41 @@ std::vector<collaboration::RequestType> requestTypes(QStringList const& texts)
 
 QString nameOf(collaboration::RequestType type)
 {
-    return nameAt(typeNames, static_cast<int>(type));
+    return nameIn(typeNames(), static_cast<int>(type));
 }
 
 ConnectionStatus connectionStatus(QString const& text)
 {
-    return static_cast<ConnectionStatus>(numberOf("connection status", connectionStatusNames, text));
+    return static_cast<ConnectionStatus>(numberOf("connection status", connectionStatusNames(), text));
 }
 
 QString nameOf(ConnectionStatus status)
 {
-    return status == ConnectionStatus::Unknown ? u"Unknown"_s : nameAt(connectionStatusNames, static_cast<int>(status));
+    return status == ConnectionStatus::Unknown ? u"Unknown"_s
+                                               : nameIn(connectionStatusNames(), static_cast<int>(status));
+}
+
+QString nameOf(KeloCommunicationLib::CatalogUpdateState state)
+{
+    using State = KeloCommunicationLib::CatalogUpdateState;
+    return state == State::Optional ? u"Optional"_s : state == State::Mandatory ? u"Mandatory"_s : u"NoUpdate"_s;
 }
 
 PatientGender::Gender gender(QString const& text)
 {
-    return text.isEmpty() ? PatientGender::NotSet
-                          : static_cast<PatientGender::Gender>(numberOf("gender", genderNames, text));
+    return static_cast<PatientGender::Gender>(
+        numberOf("gender", namesIn<mirashare::CreateCaseRequest>(u"PatientGender"), text));
+}
+
+QVersionNumber versionOf(QString const& text)
+{
+    qsizetype end = 0;
+    auto const version = QVersionNumber::fromString(text, &end);
+    if (version.isNull() || end != text.size())
+    {
+        throw badInput(u"\"%1\" is no version such as 4.2."_s.arg(text));
+    }
+    return version;
 }
 
 QDate day(char const* what, QString const& text)

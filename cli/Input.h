@@ -7,10 +7,12 @@
 #include <QDate>
 #include <QString>
 #include <QStringList>
+#include <QVersionNumber>
 
 #include <KeloCommunicationLib/collaboration/ConnectionRecords.h>
 #include <KeloCommunicationLib/collaboration/RequestTypes.h>
 #include <KeloCommunicationLib/collaboration/RestorationRecords.h>
+#include <KeloCommunicationLib/orders/CatalogRecords.h>
 
 /// Texts of the command line to values. Every function throws a Failure that names a text it cannot take.
 namespace cli
@@ -28,8 +30,13 @@ QString nameOf(collaboration::RequestType type);
 ConnectionStatus connectionStatus(QString const& text);
 QString nameOf(ConnectionStatus status);
 
+QString nameOf(KeloCommunicationLib::CatalogUpdateState state);
+
 /// A gender by its name, in any case; none for an empty text.
 PatientGender::Gender gender(QString const& text);
+
+/// A version in the form 1.2.3.
+QVersionNumber versionOf(QString const& text);
 
 /// A day in the form 2026-12-31; an invalid date for an empty text.
 QDate day(char const* what, QString const& text);

@@ -3,13 +3,12 @@
 #include <algorithm>
 
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QSaveFile>
 
-#include "cli/Outcome.h"
-#include "cli/RequestView.h"
+#include "cli/Input.h"
+#include "cli/Listing.h"
+#include "cli/StrictReader.h"
 
 namespace cli
 {
@@ -24,36 +23,37 @@ auto hasId(QString const& id)
     return [id](collaboration::RequestInfo const& request) { return request.requestId == id; };
 }
 
+Form formOfFile()
+{
+    using jsonSerializer::ValueKind;
+    Form request = formOf(jsonSerializer::schemaOf<collaboration::RequestInfo>());
+    request[u"RequestId"].isRequired = true;
+    request[u"Type"].kind = ValueKind::Text; // earlier versions wrote the type's name, too
+    return {
+        .kind = ValueKind::Record,
+        .parts = {
+            {.key = u"Installation"_s, .isRequired = true},
+            {.key = u"Requests"_s, .kind = ValueKind::List, .isRequired = true, .parts = {request}}}};
+}
+
 } // namespace
 
 KnownRequests::KnownRequests(QString const& path, QString const& installation)
     : path_(path), installation_(installation)
 {
-    QFile file(path);
-    if (path.isEmpty() || !file.exists())
+    if (path.isEmpty() || !QFile::exists(path))
     {
         return;
     }
-    if (!file.open(QIODevice::ReadOnly))
+    auto const json = readStrictly(path, contentOf("file of known requests", path), formOfFile());
+    QString const owner = json[u"Installation"].toString();
+    if (owner != installation)
     {
-        throw badInput(u"Cannot read the file of known requests \"%1\": %2."_s.arg(path, file.errorString()));
-    }
-    auto const json = QJsonDocument::fromJson(file.readAll()).object();
-    if (!json[u"Requests"].isArray())
-    {
-        throw badInput(u"\"%1\" is not a file of known requests."_s.arg(path));
-    }
-    if (json[u"Installation"].toString() != installation)
-    {
-        throw badInput(u"The file of known requests \"%1\" belongs to the installation \"%2\"."_s.arg(
-            path, json[u"Installation"].toString()));
+        throw badInput(u"The file of known requests \"%1\" belongs to the installation \"%2\"."_s.arg(path, owner));
     }
     for (auto const& entry : json[u"Requests"].toArray())
     {
-        requests_.push_back(
-            {.requestId = entry[u"RequestId"].toString(),
-             .transactionId = entry[u"TransactionId"].toString(),
-             .requestType = static_cast<collaboration::RequestType>(entry[u"RequestType"].toInt(-1))});
+        requests_.push_back(jsonSerializer::fromDescription<collaboration::RequestInfo>(entry.toObject()));
     }
 }
 
@@ -97,7 +97,7 @@ void KnownRequests::save() const
         return;
     }
     QSaveFile file(path_);
-    QJsonObject const json{{u"Installation"_s, installation_}, {u"Requests"_s, listJson(requests_)}};
+    QJsonObject const json{{u"Installation"_s, installation_}, {u"Requests"_s, described(requests_)}};
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(json).toJson()) < 0 || !file.commit())
     {
         throw badInput(u"Cannot write the file of known requests \"%1\": %2."_s.arg(path_, file.errorString()));

@@ -1,7 +1,5 @@
 #include "cli/Listing.h"
 
-#include "cli/Output.h"
-
 namespace cli
 {
 
@@ -12,6 +10,17 @@ QString cellText(QJsonValue const& value)
     if (value.isBool())
     {
         return value.toBool() ? u"yes"_s : u"no"_s;
+    }
+    if (value.isObject())
+    {
+        // What it is called first: the members are in the order of the alphabet.
+        QStringList texts;
+        for (auto const& member : value.toObject())
+        {
+            texts << cellText(member);
+        }
+        QString const first = texts.takeFirst();
+        return texts.isEmpty() ? first : u"%1 (%2)"_s.arg(first, texts.join(", "_L1));
     }
     if (value.isArray())
     {
@@ -25,18 +34,23 @@ QString cellText(QJsonValue const& value)
     return value.toVariant().toString();
 }
 
-void showTable(Output const& output, QJsonArray const& objects, QStringList const& keys, QStringList const& titles)
+void showTable(Output const& output, QJsonValue const& objects, std::vector<Column> const& columns)
 {
-    std::vector<QStringList> rows;
-    for (auto const& object : objects)
+    QStringList titles;
+    for (Column const& column : columns)
     {
-        QStringList& row = rows.emplace_back();
-        for (QString const& key : keys)
-        {
-            row << cellText(object[key]);
-        }
+        titles << column.title;
     }
-    output.show(objects, tableText(titles, rows));
+    auto const rowOf = [&columns](QJsonValue const& object)
+    {
+        QStringList row;
+        for (Column const& column : columns)
+        {
+            row << cellText(object[column.key]);
+        }
+        return row;
+    };
+    output.show(objects, tableOf(titles, objects.toArray(), rowOf));
 }
 
 void showObject(Output const& output, QJsonObject const& object)
@@ -47,6 +61,33 @@ void showObject(Output const& output, QJsonObject const& object)
         fields.emplace_back(member.key(), cellText(member.value()));
     }
     output.show(object, fieldsText(fields));
+}
+
+QJsonValue withoutSecrets(QJsonValue const& json)
+{
+    if (json.isArray())
+    {
+        QJsonArray array;
+        for (auto const& element : json.toArray())
+        {
+            array.append(withoutSecrets(element));
+        }
+        return array;
+    }
+    if (!json.isObject())
+    {
+        return json;
+    }
+    QJsonObject object = json.toObject();
+    for (QString const& key : {u"PasswordHash"_s, u"TwoFactorKey"_s})
+    {
+        object.remove(key);
+    }
+    for (auto member : object)
+    {
+        member = withoutSecrets(member);
+    }
+    return object;
 }
 
 } // namespace cli

@@ -1,56 +1,67 @@
 #pragma once
 
-#include <functional>
 #include <vector>
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
+
+#include <KeloCommunicationLib/json/RecordSchema.h>
+
+#include "cli/Output.h"
 
 namespace cli
 {
 
-class Output;
-
-/// One member of a record: its key in JSON, the head of its column, and its value.
-template <class T>
+/// One member of an object: its key and the head of its column.
 struct Column
 {
     QString key;
     QString title;
-    std::function<QJsonValue(T const&)> value;
 };
+
+/// Records, or other values, in the service's own form.
+template <class T>
+QJsonValue described(T const& value)
+{
+    if constexpr (requires { value.begin(); })
+    {
+        QJsonArray array;
+        for (auto const& element : value)
+        {
+            array.append(described(element));
+        }
+        return array;
+    }
+    else
+    {
+        return jsonSerializer::describe(value);
+    }
+}
+
+/// A row for each element below the header.
+template <class List, class Writer>
+QString tableOf(QStringList const& header, List const& list, Writer const& rowOf)
+{
+    std::vector<QStringList> rows;
+    for (auto const& element : list)
+    {
+        rows.push_back(rowOf(element));
+    }
+    return tableText(header, rows);
+}
 
 /// What a table's cell holds of a JSON value.
 QString cellText(QJsonValue const& value);
 
-/// Shows objects as they are, or as a table with a row for each of them and a column for each of the keys.
-void showTable(Output const& output, QJsonArray const& objects, QStringList const& keys, QStringList const& titles);
+/// Shows objects as they are, or as a table with a row for each of them.
+void showTable(Output const& output, QJsonValue const& objects, std::vector<Column> const& columns);
 
 /// Shows one object as it is, or a line for each of its members that is not empty.
 void showObject(Output const& output, QJsonObject const& object);
 
-/// Shows records as objects, or as a table.
-template <class T>
-void showList(Output const& output, std::vector<T> const& records, std::vector<Column<T>> const& columns)
-{
-    QStringList keys, titles;
-    for (auto const& column : columns)
-    {
-        keys << column.key;
-        titles << column.title;
-    }
-    QJsonArray objects;
-    for (auto const& record : records)
-    {
-        QJsonObject object;
-        for (auto const& column : columns)
-        {
-            object.insert(column.key, column.value(record));
-        }
-        objects.append(object);
-    }
-    showTable(output, objects, keys, titles);
-}
+/// The value without members that hold a user's secrets.
+QJsonValue withoutSecrets(QJsonValue const& json);
 
 } // namespace cli

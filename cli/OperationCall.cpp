@@ -10,44 +10,102 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-rest::TraceData first(Context const& context)
+auto const installationArgument = "INSTALLATION"_L1;
+
+QString usageOf(Argument const& argument)
 {
-    auto const exchanges = context.exchanges();
-    if (exchanges.empty())
+    switch (argument.kind)
     {
-        throw context.unfinished();
+    case ArgumentKind::Flag:
+        return argument.name + "(true|false)"_L1;
+    case ArgumentKind::Version:
+        return argument.name + "(1.2.3)"_L1;
+    case ArgumentKind::Path:
+        return argument.name + "(path)"_L1;
+    case ArgumentKind::Ids:
+        return argument.name + "(ID,ID)"_L1;
+    case ArgumentKind::Json:
+        return argument.name + "(JSON)"_L1;
+    case ArgumentKind::Id:
+        break;
     }
-    return exchanges.front();
+    return argument.name;
+}
+
+/// The sender's references are filled in where they are missing.
+void addSender(Form& form, Context const& context)
+{
+    for (Form& member : form.parts)
+    {
+        if (member.key == "InstallationReference"_L1)
+        {
+            member.otherwise = context.installation();
+            member.isId = true;
+        }
+        else if (member.key.compare("UserReference"_L1, Qt::CaseInsensitive) == 0)
+        {
+            member.otherwise = context.user();
+        }
+    }
 }
 
 } // namespace
 
-QString const installationArgument = u"INSTALLATION"_s;
+QStringList Operation::usage() const
+{
+    QStringList words;
+    for (Argument const& argument : arguments)
+    {
+        if (argument.name != installationArgument)
+        {
+            words << usageOf(argument);
+        }
+    }
+    return words;
+}
+
+std::optional<Form> Operation::form() const
+{
+    if (arguments.empty() || arguments.back().kind != ArgumentKind::Json)
+    {
+        return std::nullopt;
+    }
+    Form form = formOf(*schema.body);
+    if (!pathMember.isEmpty())
+    {
+        Form& member = form[pathMember];
+        member.isRequired = true;
+        member.isId = true;
+    }
+    return form;
+}
+
+QJsonValue Operation::call(Context const& context, QStringList const& words) const
+{
+    CallArguments given(context, *this, words);
+    return run(given);
+}
 
 QString CallArguments::nextWord()
 {
-    QString const& name = names_.at(position_++);
+    auto const& name = operation_.arguments.at(position_++).name;
     return name == installationArgument ? context_.installation() : words_.takeFirst();
 }
 
 QJsonObject CallArguments::nextObject()
 {
-    QString const& name = names_.at(position_);
+    Form form = *operation_.form();
+    addSender(form, context_);
+    QString const& name = argument().name;
     QString const word = nextWord();
-    auto const text = word.startsWith(u'@') ? contentOf("JSON file", word.mid(1)) : word.toUtf8();
-    QJsonParseError error;
-    auto const document = QJsonDocument::fromJson(text, &error);
-    if (!document.isObject())
-    {
-        throw badInput(u"The argument %1 is no JSON object%2."_s.arg(
-            name, error.error == QJsonParseError::NoError ? QString() : u": "_s + error.errorString()));
-    }
-    return document.object();
+    bool const isFile = word.startsWith(u'@');
+    return readStrictly(
+        isFile ? word.mid(1) : name, isFile ? contentOf("JSON file", word.mid(1)) : word.toUtf8(), form);
 }
 
 void CallArguments::read(QString& id)
 {
-    auto const name = names_.at(position_).toLatin1();
+    auto const name = argument().name.toLatin1();
     id = identifier(name.constData(), nextWord());
 }
 
@@ -63,28 +121,12 @@ void CallArguments::read(bool& value)
 
 void CallArguments::read(QVersionNumber& version)
 {
-    QString const word = nextWord();
-    qsizetype end = 0;
-    version = QVersionNumber::fromString(word, &end);
-    if (version.isNull() || end != word.size())
-    {
-        throw badInput(u"The argument \"%1\" is no version of the form 1.2.3."_s.arg(word));
-    }
+    version = versionOf(nextWord());
 }
 
 void CallArguments::read(QByteArray& content)
 {
     content = contentOf("file", nextWord());
-}
-
-void CallArguments::read(collaboration::RequestKeyRequest& search)
-{
-    read(search.requestKey);
-}
-
-void CallArguments::read(collaboration::SalesOrderNumberRequest& search)
-{
-    read(search.salesOrderNumber);
 }
 
 void CallArguments::read(mirashare::Cases& cases)
@@ -95,71 +137,63 @@ void CallArguments::read(mirashare::Cases& cases)
     }
 }
 
-QJsonValue firstReply(Context const& context)
+void CallArguments::checkReply(rest::RestReplyStatus const& status) const
 {
-    auto const reply = QJsonDocument::fromJson(first(context).responseBody);
-    return reply.isArray() ? QJsonValue(reply.array()) : QJsonValue(reply.object());
+    auto const& reply = operation_.schema.reply;
+    context_.check(
+        status, !reply                                             ? Shape::Anything
+                : reply->kind() == jsonSerializer::ValueKind::List ? Shape::List
+                                                                   : Shape::Object);
 }
 
-QJsonValue firstStatus(Context const& context)
+QJsonValue CallArguments::httpStatus() const
 {
-    return QJsonObject{{u"HttpStatus"_s, first(context).httpStatus}};
+    return QJsonObject{{u"HttpStatus"_s, context_.exchanges().front().httpStatus}};
 }
 
-QJsonValue resultOf(Context const& context, Interface::Reply<std::vector<mirashare::MiraShareItemData>> const& future)
+QJsonValue CallArguments::shown(threading::Future<QByteArray> const& future) const
 {
-    context.finished(future);
-    context.checkNewExchanges(Shape::Object);
-    return firstReply(context);
-}
-
-QJsonValue resultOf(Context const& context, threading::Future<QByteArray> const& future)
-{
-    auto const bytes = context.finished(future).get();
-    context.checkNewExchanges(Shape::Anything);
+    auto const bytes = context_.finished(future).get();
+    context_.checkNewExchanges(Shape::Anything);
     return QJsonObject{{u"Size"_s, bytes.size()}, {u"Base64"_s, QString::fromLatin1(bytes.toBase64())}};
 }
 
-QJsonValue resultOf(Context const& context, threading::Future<std::pair<QString, KeloErrorCode>> const& future)
+QJsonValue CallArguments::shown(threading::Future<std::pair<QString, KeloErrorCode>> const& future) const
 {
-    auto const [url, code] = context.finished(future).get();
-    context.checkNewExchanges(Shape::Object);
+    auto const [url, code] = context_.finished(future).get();
+    context_.checkNewExchanges(Shape::Object);
     if (code != KeloErrorCode::Success)
     {
-        throw context.unfinished();
+        throw context_.unfinished();
     }
-    return QJsonObject{{u"Url"_s, url}};
+    return shown(url);
 }
 
-QJsonValue resultOf(Context const& context, KeloCommunicationLib::CatalogUpdateState state)
+QJsonValue CallArguments::shown(KeloCommunicationLib::CatalogUpdateState state) const
 {
-    using State = KeloCommunicationLib::CatalogUpdateState;
-    context.checkNewExchanges(Shape::Anything);
-    QString const name = state == State::Optional    ? u"Optional"_s
-                         : state == State::Mandatory ? u"Mandatory"_s
-                                                     : u"NoUpdate"_s;
-    return QJsonObject{{u"State"_s, name}};
+    context_.checkNewExchanges(Shape::Anything);
+    return QJsonObject{{u"State"_s, nameOf(state)}};
 }
 
-QJsonValue resultOf(Context const& context, TempShellDataResponse const& /*response*/)
+QJsonValue CallArguments::shown(TempShellDataResponse const& response) const
 {
-    context.checkNewExchanges(Shape::List);
-    return firstReply(context);
+    context_.checkNewExchanges(Shape::List);
+    return described(response.getTempShellFile());
 }
 
-QJsonValue resultOf(Context const& context, std::pair<KeloErrorCode, std::vector<QString>> const& keys)
+QJsonValue CallArguments::shown(std::pair<KeloErrorCode, std::vector<QString>> const& keys) const
 {
-    context.checkNewExchanges(Shape::Anything);
+    context_.checkNewExchanges(Shape::Anything);
     if (keys.first != KeloErrorCode::Success)
     {
-        throw context.unfinished();
+        throw context_.unfinished();
     }
     return QJsonArray::fromStringList(QStringList(keys.second.begin(), keys.second.end()));
 }
 
-QJsonValue resultOf(Context const& context, QString const& url)
+QJsonValue CallArguments::shown(QString const& url) const
 {
-    context.checkNewExchanges(Shape::Object);
+    context_.checkNewExchanges(Shape::Object);
     return QJsonObject{{u"Url"_s, url}};
 }
 

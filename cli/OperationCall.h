@@ -1,15 +1,16 @@
 #pragma once
 
-#include <string>
-#include <tuple>
+#include <array>
+#include <cstddef>
+#include <span>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include "cli/Context.h"
+#include "cli/Listing.h"
 #include "cli/Operations.h"
 #include "cli/RecordMembers.h"
 
@@ -19,21 +20,43 @@ namespace cli
 
 using Interface = TessalyConnectionInterface;
 
-/// Hands out the words of the command line, each as what the operation wants.
+template <class T>
+inline constexpr ArgumentKind kindOf = ArgumentKind::Json;
+template <>
+inline constexpr ArgumentKind kindOf<QString> = ArgumentKind::Id;
+template <>
+inline constexpr ArgumentKind kindOf<collaboration::RequestKeyRequest> = ArgumentKind::Id;
+template <>
+inline constexpr ArgumentKind kindOf<collaboration::SalesOrderNumberRequest> = ArgumentKind::Id;
+template <>
+inline constexpr ArgumentKind kindOf<bool> = ArgumentKind::Flag;
+template <>
+inline constexpr ArgumentKind kindOf<QVersionNumber> = ArgumentKind::Version;
+template <>
+inline constexpr ArgumentKind kindOf<QByteArray> = ArgumentKind::Path;
+template <>
+inline constexpr ArgumentKind kindOf<mirashare::Cases> = ArgumentKind::Ids;
+
+/// Hands out the words of the command line, each as what the operation wants, and shows what it returns.
 class CallArguments
 {
 public:
-    CallArguments(Context const& context, std::vector<QString> names, QStringList words)
-        : context_(context), names_(std::move(names)), words_(std::move(words))
+    CallArguments(Context const& context, Operation const& operation, QStringList words)
+        : context_(context), operation_(operation), words_(std::move(words))
     {
     }
+
+    Interface& connection() const { return context_.connection(); }
 
     template <class T>
     T next()
     {
-        if constexpr (MembersReadable<T>)
+        if constexpr (kindOf<T> == ArgumentKind::Json)
         {
-            return readRecord<T>(nextObject(), {context_.installation(), context_.user()});
+            auto const json = nextObject();
+            auto record = jsonSerializer::fromDescription<T>(json);
+            setPathMember(record, pathMember<T>, json);
+            return record;
         }
         else
         {
@@ -43,131 +66,151 @@ public:
         }
     }
 
+    // Waits for what an operation returns, throws a Failure if it has not succeeded, and gives what there is to show.
+    template <class T>
+    QJsonValue shown(Interface::Reply<T> future) const
+    {
+        context_.finished(future);
+        auto const reply = std::move(future).take();
+        checkReply(reply.status);
+        if constexpr (std::is_void_v<T>)
+        {
+            return httpStatus();
+        }
+        else
+        {
+            return described(reply.value);
+        }
+    }
+    QJsonValue shown(threading::Future<QByteArray> const& future) const;
+    QJsonValue shown(threading::Future<std::pair<QString, KeloErrorCode>> const& future) const;
+    QJsonValue shown(KeloCommunicationLib::CatalogUpdateState state) const;
+    QJsonValue shown(TempShellDataResponse const& response) const;
+    QJsonValue shown(std::pair<KeloErrorCode, std::vector<QString>> const& keys) const;
+    QJsonValue shown(QString const& url) const;
+
 private:
+    Argument const& argument() const { return operation_.arguments.at(position_); }
+
     /// The next word; that of the installation comes from the context.
     QString nextWord();
     /// JSON, or the content of the file behind an "@".
     QJsonObject nextObject();
+    void checkReply(rest::RestReplyStatus const& status) const;
+    QJsonValue httpStatus() const;
+
     void read(QString& id);
     void read(bool& value);
     void read(QVersionNumber& version);
     void read(QByteArray& content);
-    void read(collaboration::RequestKeyRequest& search);
-    void read(collaboration::SalesOrderNumberRequest& search);
+    void read(collaboration::RequestKeyRequest& search) { read(search.requestKey); }
+    void read(collaboration::SalesOrderNumberRequest& search) { read(search.salesOrderNumber); }
     void read(mirashare::Cases& cases);
 
+    template <class Record>
+    static void setPathMember(Record& /*record*/, std::nullptr_t /*none*/, QJsonObject const& /*json*/)
+    {
+    }
+    template <class Record>
+    static void setPathMember(Record& record, PathMember<QString Record::*> const& member, QJsonObject const& json)
+    {
+        record.*member.target = json[QLatin1String(member.key)].toString();
+    }
+    template <class Record>
+    static void setPathMember(
+        Record& record, PathMember<void (Record::*)(QString)> const& member, QJsonObject const& json)
+    {
+        (record.*member.target)(json[QLatin1String(member.key)].toString());
+    }
+
     Context const& context_;
-    std::vector<QString> names_;
+    Operation const& operation_;
     QStringList words_;
     std::size_t position_ = 0;
 };
 
-/// What the command line has to give for an argument of the type.
-template <class T>
-QString formOf(QString const& name)
+/// An operation as a row of the table.
+struct Row
 {
-    if constexpr (MembersReadable<T>)
-    {
-        return name + QStringLiteral("(JSON)");
-    }
-    else if constexpr (std::is_same_v<T, bool>)
-    {
-        return name + QStringLiteral("(true|false)");
-    }
-    else if constexpr (std::is_same_v<T, QVersionNumber>)
-    {
-        return name + QStringLiteral("(1.2.3)");
-    }
-    else if constexpr (std::is_same_v<T, QByteArray>)
-    {
-        return name + QStringLiteral("(path)");
-    }
-    else if constexpr (std::is_same_v<T, mirashare::Cases>)
-    {
-        return name + QStringLiteral("(ID,ID)");
-    }
-    else
-    {
-        return name;
-    }
+    operations::OperationSchema (*schema)();
+    std::array<char const*, 2> names;
+    std::array<ArgumentKind, 2> kinds;
+    char const* pathMember;
+    bool isSecret;
+    QJsonValue (*run)(CallArguments& arguments);
+};
+
+/// The rows of sessions, connections and requests; in a file of their own because the table takes long to compile.
+extern std::span<Row const> const collaborationRows;
+
+template <class Target>
+constexpr char const* keyOf(PathMember<Target> const& member)
+{
+    return member.key;
 }
 
-// Waits for what an operation returns, throws a Failure if it has not succeeded, and gives what there is to show.
-
-/// The reply that came first: those of logos follow the list's.
-QJsonValue firstReply(Context const& context);
-QJsonValue firstStatus(Context const& context);
-
-template <class T>
-QJsonValue resultOf(Context const& context, Interface::Reply<T> const& future)
+constexpr char const* keyOf(std::nullptr_t /*none*/)
 {
-    context.valueOf(future);
-    if constexpr (std::is_void_v<T>)
-    {
-        return firstStatus(context);
-    }
-    else
-    {
-        return firstReply(context);
-    }
-}
-QJsonValue resultOf(Context const& context, Interface::Reply<std::vector<mirashare::MiraShareItemData>> const& future);
-QJsonValue resultOf(Context const& context, threading::Future<QByteArray> const& future);
-QJsonValue resultOf(Context const& context, threading::Future<std::pair<QString, KeloErrorCode>> const& future);
-QJsonValue resultOf(Context const& context, KeloCommunicationLib::CatalogUpdateState state);
-QJsonValue resultOf(Context const& context, TempShellDataResponse const& response);
-QJsonValue resultOf(Context const& context, std::pair<KeloErrorCode, std::vector<QString>> const& keys);
-QJsonValue resultOf(Context const& context, QString const& url);
-
-extern QString const installationArgument;
-
-template <class Function, class Result, class... Arguments>
-Operation makeOperation(char const* name, std::vector<char const*> const& argumentNames, Function function)
-{
-    std::vector<QString> names;
-    names.reserve(argumentNames.size());
-    for (char const* const argument : argumentNames)
-    {
-        names.push_back(QString::fromLatin1(argument));
-    }
-    Operation operation;
-    operation.name = QString::fromLatin1(name);
-    std::size_t index = 0;
-    [[maybe_unused]] auto const describe = [&]<class T>(T*)
-    {
-        QString const& argument = names.at(index++);
-        if (argument != installationArgument)
-        {
-            operation.arguments << formOf<T>(argument);
-        }
-        operation.members += membersOf<T>();
-    };
-    (describe(static_cast<std::remove_cvref_t<Arguments>*>(nullptr)), ...);
-    operation.isSecret = std::is_same_v<Result, std::pair<KeloErrorCode, std::vector<QString>>>;
-    operation.run = [names, function](Context const& context, QStringList const& words)
-    {
-        [[maybe_unused]] CallArguments arguments(context, names, words);
-        // The braces keep the arguments in order, and all are read before the call.
-        std::tuple<std::remove_cvref_t<Arguments>...> values{arguments.next<std::remove_cvref_t<Arguments>>()...};
-        Interface& connection = context.connection();
-        return std::apply(
-            [&](auto const&... value) { return resultOf(context, (connection.*function)(value...)); }, values);
-    };
-    return operation;
+    return "";
 }
 
-template <class Result, class... Arguments>
-Operation operation(
-    char const* name, std::vector<char const*> const& argumentNames, Result (Interface::*function)(Arguments...))
+/// What is given and shown by a call of the function.
+template <auto function>
+struct Call
 {
-    return makeOperation<decltype(function), Result, Arguments...>(name, argumentNames, function);
+    template <class... Values>
+    explicit Call(CallArguments& arguments, Values const&... values)
+        : result(arguments.shown((arguments.connection().*function)(values...)))
+    {
+    }
+
+    QJsonValue result;
+};
+
+template <auto function, class... Arguments>
+QJsonValue run(CallArguments& arguments)
+{
+    // The braces keep the arguments in order, and all are read before the call.
+    return Call<function>{arguments, arguments.next<Arguments>()...}.result;
 }
 
-template <class Result, class... Arguments>
-Operation operation(
-    char const* name, std::vector<char const*> const& argumentNames, Result (Interface::*function)(Arguments...) const)
+template <auto const& operation>
+operations::OperationSchema schema()
 {
-    return makeOperation<decltype(function), Result, Arguments...>(name, argumentNames, function);
+    return operations::schemaOf(operation);
+}
+
+/// The row of an operation that the interface's member function does. The names are those of its arguments.
+template <auto const& operation, auto function, class Result, class... Arguments>
+constexpr Row makeRow(std::array<char const*, 2> names)
+{
+    char const* pathKey = "";
+    ((pathKey = kindOf<Arguments> == ArgumentKind::Json ? keyOf(pathMember<Arguments>) : pathKey), ...);
+    return {
+        schema<operation>,
+        names,
+        {kindOf<Arguments>...},
+        pathKey,
+        std::is_same_v<Result, std::pair<KeloErrorCode, std::vector<QString>>>,
+        run<function, Arguments...>};
+}
+
+template <auto const& operation, auto function, class Result, class... Arguments>
+constexpr Row makeRow(std::array<char const*, 2> names, Result (Interface::* /*function*/)(Arguments...))
+{
+    return makeRow<operation, function, Result, std::remove_cvref_t<Arguments>...>(names);
+}
+
+template <auto const& operation, auto function, class Result, class... Arguments>
+constexpr Row makeRow(std::array<char const*, 2> names, Result (Interface::* /*function*/)(Arguments...) const)
+{
+    return makeRow<operation, function, Result, std::remove_cvref_t<Arguments>...>(names);
+}
+
+template <auto const& operation, auto function>
+constexpr Row row(std::array<char const*, 2> names)
+{
+    return makeRow<operation, function>(names, function);
 }
 
 } // namespace cli

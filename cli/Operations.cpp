@@ -1,5 +1,9 @@
 #include "cli/Operations.h"
 
+#include <KeloCommunicationLib/account/AccountOperations.h>
+#include <KeloCommunicationLib/orders/OrderOperations.h>
+#include <KeloCommunicationLib/partners/PartnerOperations.h>
+
 #include "cli/OperationCall.h"
 
 namespace cli
@@ -10,89 +14,77 @@ namespace
 
 using I = TessalyConnectionInterface;
 
-// A table of one row an operation, not a function to be read from top to bottom.
 // clang-format off
-std::vector<Operation> makeOperations() // NOLINT(readability-function-size)
-{
-    return {
-        operation("getUsersForLicense", {"INSTALLATION"}, &I::getUsersForLicense),
-        operation("getStudiesForLicense", {"INSTALLATION"}, &I::getStudiesForLicense),
-        operation("getSettingsLicenseInfo", {"INSTALLATION"}, &I::getSettingsLicenseInfo),
-        operation("getAccountLicenseInfo", {"INSTALLATION"}, &I::getAccountLicenseInfo),
-        operation("getAboutFileReference", {"INSTALLATION"}, &I::getAboutFileReference),
-        operation("getIfuFileReference", {"INSTALLATION"}, &I::getIfuFileReference),
-        operation("getUITranslationFileReference", {"INSTALLATION"}, &I::getUITranslationFileReference),
-        operation("getAboutFileInfo", {"INSTALLATION"}, &I::getAboutFileInfo),
-        operation("getIfuFileInfo", {"INSTALLATION"}, &I::getIfuFileInfo),
-        operation("getUITranslationFileInfo", {"INSTALLATION"}, &I::getUITranslationFileInfo),
-        operation("getHelpFileInfo", {"INSTALLATION", "LANGUAGE_CODE"}, &I::getHelpFileInfo),
-        operation("getHelpFilesInfo", {"INSTALLATION"}, &I::getHelpFilesInfo),
-        operation("getSoftwareUpdateInfo", {"INSTALLATION"}, &I::getSoftwareUpdateInfo),
-        operation("getConnectionsForLicense", {"INSTALLATION"}, &I::getConnectionsForLicense),
-        operation("startConnection", {"REQUEST"}, &I::startConnection),
-        operation("updateConnectionStatus", {"REQUEST"}, &I::updateConnectionStatus),
-        operation("getCatalogUpdateInfo", {"INSTALLATION", "VERSION"}, &I::getCatalogUpdateInfo),
-        operation("getCatalogUpdateState", {"INSTALLATION", "VERSION"}, &I::getCatalogUpdateState),
-        operation("getAvailableArticles", {"INSTALLATION"}, &I::getAvailableArticles),
-        operation("createCollaborationSession", {"INSTALLATION"}, static_cast<I::Reply<CollaborationSessionId> (I::*)(QString const&)>(&I::createCollaborationSession)),
-        operation("createCollaborationSession:connection", {"INFO"}, static_cast<I::Reply<CollaborationSessionId> (I::*)(CreateCollaborationSessionInfo const&)>(&I::createCollaborationSession)),
-        operation("createRestorationCollaboration", {"REQUEST"}, &I::createRestorationCollaboration),
-        operation("updateCollaborationRequestStatus", {"REQUEST"}, &I::updateCollaborationRequestStatus),
-        operation("getRestorationURL", {"INFO", "REQUEST_ID"}, &I::getRestorationURL),
-        operation("createCollaborationSessionWithoutConnectionId", {"INFO"}, &I::createCollaborationSessionWithoutConnectionId),
-        operation("createSurgeryPlanRequest", {"REQUEST"}, &I::createSurgeryPlanRequest),
-        operation("updateSurgeryPlanRequest", {"REQUEST"}, &I::updateSurgeryPlanRequest),
-        operation("createReferralRequest", {"REQUEST"}, &I::createReferralRequest),
-        operation("getRequestId:order", {"INSTALLATION", "ORDER_NUMBER"}, static_cast<I::Reply<collaboration::RequestIdResponse> (I::*)(QString const&, collaboration::SalesOrderNumberRequest const&) const>(&I::getRequestId)),
-        operation("getRequestId:key", {"INSTALLATION", "KEY"}, static_cast<I::Reply<collaboration::RequestIdResponse> (I::*)(QString const&, collaboration::RequestKeyRequest const&) const>(&I::getRequestId)),
-        operation("getUnlockedStateForRequest", {"INSTALLATION", "REQUEST_ID"}, &I::getUnlockedStateForRequest),
-        operation("unlockTemplateRequest", {"INSTALLATION", "REQUEST_ID"}, &I::unlockTemplateRequest),
-        operation("updateRequest", {"REQUEST"}, &I::updateRequest),
-        operation("createRequest", {"REQUEST"}, &I::createRequest),
-        operation("createIPSOrder", {"INFO"}, &I::createIPSOrder),
-        operation("getRequests:filter", {"INSTALLATION", "INFO"}, static_cast<I::Reply<std::vector<collaboration::RequestInfo>> (I::*)(QString const&, GetRequestsInfo) const>(&I::getRequests)),
-        operation("getRequests:active", {"INSTALLATION", "ONLY_ACTIVE"}, static_cast<I::Reply<std::vector<collaboration::RequestInfo>> (I::*)(QString const&, bool) const>(&I::getRequests)),
-        operation("getCollaborationSessionRequestDetails", {"INSTALLATION", "INFO"}, &I::getCollaborationSessionRequestDetails),
-        operation("getDentalScanRequestDetails", {"INSTALLATION", "INFO"}, &I::getDentalScanRequestDetails),
-        operation("getLabDesignRequestDetails", {"INSTALLATION", "INFO"}, &I::getLabDesignRequestDetails),
-        operation("getTempShellRequestDetails", {"INSTALLATION", "INFO"}, &I::getTempShellRequestDetails),
-        operation("getRestorationRequestDetails", {"INSTALLATION", "INFO"}, &I::getRestorationRequestDetails),
-        operation("getCentralizedRestorationRequestDetails", {"INSTALLATION", "INFO"}, &I::getCentralizedRestorationRequestDetails),
-        operation("getTemplateRequestDetails", {"INSTALLATION", "INFO"}, &I::getTemplateRequestDetails),
-        operation("getSurgeryPlanRequestDetails", {"INSTALLATION", "INFO"}, &I::getSurgeryPlanRequestDetails),
-        operation("getReferralRequestDetails", {"INSTALLATION", "INFO"}, &I::getReferralRequestDetails),
-        operation("getTempShellFile", {"FILE_ID"}, &I::getTempShellFile),
-        operation("getMiraShareCases", {"PATIENT_ID", "INSTALLATION"}, &I::getMiraShareCases),
-        operation("getPartners", {"INSTALLATION", "WITH_LOGOS"}, &I::getPartners),
-        operation("getPartnerLogo", {"INSTALLATION", "PARTNER_ID"}, &I::getPartnerLogo),
-        operation("getPartnerAccounts", {"INSTALLATION"}, &I::getPartnerAccounts),
-        operation("testAccountConnection", {"INSTALLATION", "PARTNER_CONNECTION_ID"}, &I::testAccountConnection),
-        operation("getPartnerCases", {"INSTALLATION", "PATIENT_ID"}, &I::getPartnerCases),
-        operation("updatePartnerCasesStatus", {"INSTALLATION", "CASES"}, &I::updatePartnerCasesStatus),
-        operation("markCollaborationFileAsSeen", {"FILE_ID", "INFO"}, &I::markCollaborationFileAsSeen),
-        operation("getShippingAddresses", {"INSTALLATION"}, &I::getShippingAddresses),
-        operation("createOrder", {"ORDER"}, &I::createOrder),
-        operation("createServiceOrder", {"ORDER"}, &I::createServiceOrder),
-        operation("uploadOrderFile", {"FILE_REFERENCE", "CONTENT"}, &I::uploadOrderFile),
-        operation("getPriceInfo", {"REQUEST"}, &I::getPriceInfo),
-        operation("getOrderStatus", {"REQUEST"}, &I::getOrderStatus),
-        operation("getTempShellCalculationData", {"ORDER_REFERENCE"}, &I::getTempShellCalculationData),
-        operation("putFinishCadOrder", {"ORDER_REFERENCE"}, &I::putFinishCadOrder),
-        operation("postFinishCadOrder", {"ORDER_REFERENCE"}, &I::postFinishCadOrder),
-        operation("getThirdPartyAuthenticationKeys", {"INSTALLATION"}, &I::getThirdPartyAuthenticationKeys),
-        operation("createCaseRequest", {"REQUEST"}, &I::createCaseRequest),
-        operation("sharePartnerCaseRequest", {"REQUEST"}, &I::sharePartnerCaseRequest),
-        operation("addNewDataRequest", {"REQUEST"}, &I::addNewDataRequest),
-        operation("getSoftwarePageUrl", {}, &I::getSoftwarePageUrl),
-    };
-}
+constexpr Row rows[] = {
+    row<operations::getUsersForLicense, &I::getUsersForLicense>({"INSTALLATION"}),
+    row<operations::getStudiesForLicense, &I::getStudiesForLicense>({"INSTALLATION"}),
+    row<operations::getSettingsLicenseInfo, &I::getSettingsLicenseInfo>({"INSTALLATION"}),
+    row<operations::getAccountLicenseInfo, &I::getAccountLicenseInfo>({"INSTALLATION"}),
+    row<operations::getAboutFileReference, &I::getAboutFileReference>({"INSTALLATION"}),
+    row<operations::getIfuFileReference, &I::getIfuFileReference>({"INSTALLATION"}),
+    row<operations::getUITranslationFileReference, &I::getUITranslationFileReference>({"INSTALLATION"}),
+    row<operations::getAboutFileInfo, &I::getAboutFileInfo>({"INSTALLATION"}),
+    row<operations::getIfuFileInfo, &I::getIfuFileInfo>({"INSTALLATION"}),
+    row<operations::getUITranslationFileInfo, &I::getUITranslationFileInfo>({"INSTALLATION"}),
+    row<operations::getHelpFileInfo, &I::getHelpFileInfo>({"INSTALLATION", "LANGUAGE_CODE"}),
+    row<operations::getHelpFilesInfo, &I::getHelpFilesInfo>({"INSTALLATION"}),
+    row<operations::getSoftwareUpdateInfo, &I::getSoftwareUpdateInfo>({"INSTALLATION"}),
+    row<operations::getCatalogUpdateInfo, &I::getCatalogUpdateInfo>({"INSTALLATION", "VERSION"}),
+    row<operations::getCatalogUpdateState, &I::getCatalogUpdateState>({"INSTALLATION", "VERSION"}),
+    row<operations::getAvailableArticles, &I::getAvailableArticles>({"INSTALLATION"}),
+    row<operations::createIPSOrder, &I::createIPSOrder>({"INFO"}),
+    row<operations::getTempShellFile, &I::getTempShellFile>({"FILE_ID"}),
+    row<operations::getMiraShareCases, &I::getMiraShareCases>({"PATIENT_ID", "INSTALLATION"}),
+    row<operations::getPartners, &I::getPartners>({"INSTALLATION", "WITH_LOGOS"}),
+    row<operations::getPartnerLogo, &I::getPartnerLogo>({"INSTALLATION", "PARTNER_ID"}),
+    row<operations::getPartnerAccounts, &I::getPartnerAccounts>({"INSTALLATION"}),
+    row<operations::testAccountConnection, &I::testAccountConnection>({"INSTALLATION", "PARTNER_CONNECTION_ID"}),
+    row<operations::getPartnerCases, &I::getPartnerCases>({"INSTALLATION", "PATIENT_ID"}),
+    row<operations::updatePartnerCasesStatus, &I::updatePartnerCasesStatus>({"INSTALLATION", "CASES"}),
+    row<operations::getShippingAddresses, &I::getShippingAddresses>({"INSTALLATION"}),
+    row<operations::createOrder, &I::createOrder>({"ORDER"}),
+    row<operations::createServiceOrder, &I::createServiceOrder>({"ORDER"}),
+    row<operations::uploadOrderFile, &I::uploadOrderFile>({"FILE_REFERENCE", "CONTENT"}),
+    row<operations::getPriceInfo, &I::getPriceInfo>({"REQUEST"}),
+    row<operations::getOrderStatus, &I::getOrderStatus>({"REQUEST"}),
+    row<operations::getTempShellCalculationData, &I::getTempShellCalculationData>({"ORDER_REFERENCE"}),
+    row<operations::putFinishCadOrder, &I::putFinishCadOrder>({"ORDER_REFERENCE"}),
+    row<operations::postFinishCadOrder, &I::postFinishCadOrder>({"ORDER_REFERENCE"}),
+    row<operations::getThirdPartyAuthenticationKeys, &I::getThirdPartyAuthenticationKeys>({"INSTALLATION"}),
+    row<operations::createCaseRequest, &I::createCaseRequest>({"REQUEST"}),
+    row<operations::sharePartnerCaseRequest, &I::sharePartnerCaseRequest>({"REQUEST"}),
+    row<operations::addNewDataRequest, &I::addNewDataRequest>({"REQUEST"}),
+    row<operations::getSoftwarePageUrl, &I::getSoftwarePageUrl>({}),
+};
 // clang-format on
+
+void add(std::vector<Operation>& all, std::span<Row const> rowsOfFamily)
+{
+    for (Row const& row : rowsOfFamily)
+    {
+        Operation& operation = all.emplace_back();
+        operation.schema = row.schema();
+        operation.pathMember = QString::fromLatin1(row.pathMember);
+        operation.isSecret = row.isSecret;
+        operation.run = row.run;
+        for (std::size_t index = 0; index < row.names.size() && row.names[index] != nullptr; ++index)
+        {
+            operation.arguments.push_back({QString::fromLatin1(row.names[index]), row.kinds[index]});
+        }
+    }
+}
 
 } // namespace
 
-std::vector<Operation> const& operations()
+std::vector<Operation> const& allOperations()
 {
-    static std::vector<Operation> const all = makeOperations();
+    static std::vector<Operation> const all = []
+    {
+        std::vector<Operation> made;
+        add(made, rows);
+        add(made, collaborationRows);
+        return made;
+    }();
     return all;
 }
 

@@ -1,8 +1,6 @@
 #include "cli/OrderFile.h"
 
-#include <cmath>
 #include <limits>
-#include <span>
 #include <utility>
 
 #include <QCryptographicHash>
@@ -13,7 +11,8 @@
 #include <QSet>
 
 #include "cli/Context.h"
-#include "cli/StrictJson.h"
+#include "cli/Input.h"
+#include "cli/StrictReader.h"
 
 namespace cli
 {
@@ -23,194 +22,26 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-/// A place in the order file, for messages.
-class Place
+/// The service's own order body but for the installation and the files, of which only the names are given. An item
+/// may hold what its price depends on.
+Form formOfOrder()
 {
-public:
-    explicit Place(QString const& fileName) : fileName_(fileName) {}
-
-    Place member(QString const& key) const { return {fileName_, path_.isEmpty() ? key : path_ + u'.' + key}; }
-
-    Place element(qsizetype index) const { return {fileName_, u"%1[%2]"_s.arg(path_).arg(index)}; }
-
-    Failure mistake(QString const& text) const
-    {
-        return badInput(
-            path_.isEmpty() ? u"%1: %2"_s.arg(fileName_, text) : u"%1: %2: %3"_s.arg(fileName_, path_, text));
-    }
-
-private:
-    Place(QString fileName, QString path) : fileName_(std::move(fileName)), path_(std::move(path)) {}
-
-    QString fileName_;
-    QString path_;
-};
-
-// ---- what an order file may hold -----------------------------------------------------------------------------------
-
-struct DraftItem
-{
-    OrderItemInfo order;
-    bool isLocalProduction = false;
-};
-
-enum class Kind : int
-{
-    Text,
-    Integer,
-    Flag,
-    Version, // a text
-    List
-};
-
-template <class Record>
-struct Member
-{
-    char const* key = nullptr;
-    Kind kind{};
-    bool isRequired = false;
-    void (*store)(Record& record, QJsonValue const& value) = nullptr; ///< none: it is read elsewhere
-};
-
-template <auto setter>
-void storeText(OrderRequest& order, QJsonValue const& value)
-{
-    (order.*setter)(value.toString());
-}
-
-template <auto setter>
-void storeVersion(OrderRequest& order, QJsonValue const& value)
-{
-    (order.*setter)(QVersionNumber::fromString(value.toString()));
-}
-
-template <auto setter>
-void storeText(DraftItem& item, QJsonValue const& value)
-{
-    (item.order.*setter)(value.toString());
-}
-
-template <auto setter>
-void storeNumber(DraftItem& item, QJsonValue const& value)
-{
-    (item.order.*setter)(value.toInt());
-}
-
-void storeCadStatus(DraftItem& item, QJsonValue const& value)
-{
-    item.order.setCadStatus(static_cast<OrderItemInfo::CadStatus>(value.toInt()));
-}
-
-void storeLocalProduction(DraftItem& item, QJsonValue const& value)
-{
-    item.isLocalProduction = value.toBool();
-}
-
-constexpr Member<OrderRequest> orderMembers[] = {
-    {"AddressIdentifier", Kind::Text, true, storeText<&OrderRequest::setAddressIdentifier>},
-    {"CreationFrontendVersion", Kind::Version, false, storeVersion<&OrderRequest::setCreationFrontendVersion>},
-    {"FrontendVersion", Kind::Version, false, storeVersion<&OrderRequest::setFrontendVersion>},
-    {"ProductionNote", Kind::Text, false, storeText<&OrderRequest::setProductionNote>},
-    {"OriginalOrderNumber", Kind::Text, false, storeText<&OrderRequest::setOriginalOrderNumber>},
-    {"InvoiceReference", Kind::Text, false, storeText<&OrderRequest::setInvoiceReference>},
-    {"StudyId", Kind::Text, false, storeText<&OrderRequest::setStudyId>},
-    {"StudyParticipantId", Kind::Text, false, storeText<&OrderRequest::setStudyParticipantId>},
-    {"ClinicianZipCode", Kind::Text, false, storeText<&OrderRequest::setClinicianZipCode>},
-    {"ClinicianName", Kind::Text, false, storeText<&OrderRequest::setClinicianName>},
-    {"OrderItems", Kind::List, true},
-};
-
-constexpr Member<DraftItem> itemMembers[] = {
-    {"ArticleNumber", Kind::Text, true, storeText<&OrderItemInfo::setArticleNumber>},
-    {"Quantity", Kind::Integer, true, storeNumber<&OrderItemInfo::setQuantity>},
-    {"ToothNumberStart", Kind::Integer, false, storeNumber<&OrderItemInfo::setToothNumberStart>},
-    {"ToothNumberEnd", Kind::Integer, false, storeNumber<&OrderItemInfo::setToothNumberEnd>},
-    {"RemakeCode", Kind::Text, false, storeText<&OrderItemInfo::setRemakeCode>},
-    {"VoucherCode", Kind::Text, false, storeText<&OrderItemInfo::setVoucherCode>},
-    {"CadStatus", Kind::Integer, false, storeCadStatus},
-    {"IsLocalProductionArticle", Kind::Flag, false, storeLocalProduction},
-    {"Files", Kind::List},
-};
-
-// ---- reading it ----------------------------------------------------------------------------------------------------
-
-bool isInteger(QJsonValue const& value)
-{
-    double const number = value.toDouble(std::numeric_limits<double>::quiet_NaN());
-    return std::trunc(number) == number && number >= std::numeric_limits<int>::min()
-           && number <= std::numeric_limits<int>::max();
-}
-
-bool isVersion(QJsonValue const& value)
-{
-    qsizetype end = 0;
-    auto const text = value.toString();
-    return value.isString()
-           && (text.isEmpty() || (!QVersionNumber::fromString(text, &end).isNull() && end == text.size()));
-}
-
-void checkKind(Place const& place, Kind kind, QJsonValue const& value)
-{
-    auto const require = [&place](bool isRight, char const* wanted)
-    {
-        if (!isRight)
-        {
-            throw place.mistake(u"this must be %1"_s.arg(QLatin1String(wanted)));
-        }
-    };
-    switch (kind)
-    {
-    case Kind::Text:
-        return require(value.isString(), "a text");
-    case Kind::Integer:
-        return require(isInteger(value), "a whole number");
-    case Kind::Flag:
-        return require(value.isBool(), "true or false");
-    case Kind::Version:
-        return require(isVersion(value), "a text with a version such as 3.1.0");
-    case Kind::List:
-        return require(value.isArray(), "a list");
-    }
-}
-
-template <class Record>
-Record readMembers(Place const& place, QJsonObject const& json, std::span<Member<Record> const> members)
-{
-    Record record;
-    auto unknown = json;
-    for (auto const& member : members)
-    {
-        unknown.remove(QLatin1String(member.key));
-    }
-    if (!unknown.isEmpty())
-    {
-        throw place.member(unknown.begin().key()).mistake(u"there is no such member"_s);
-    }
-    for (auto const& member : members)
-    {
-        QString const key = QString::fromLatin1(member.key);
-        auto const value = json[key];
-        if (value.isUndefined() && !member.isRequired)
-        {
-            continue;
-        }
-        if (value.isUndefined())
-        {
-            throw place.member(key).mistake(u"this is missing"_s);
-        }
-        checkKind(place.member(key), member.kind, value);
-        if (member.store != nullptr)
-        {
-            member.store(record, value);
-        }
-    }
-    return record;
+    Form order = formOf(jsonSerializer::schemaOf<OrderRequest>());
+    order.remove(u"InstallationReference");
+    Form& item = order[u"OrderItems"].parts.front();
+    item[u"Files"].parts = {Form{}};
+    item[u"IsLocalProductionArticle"] =
+        formOf(jsonSerializer::schemaOf<PriceInfoRequest>())[u"IsLocalProductionArticle"];
+    item[u"ArticleNumber"].isRequired = true;
+    item[u"Quantity"].isRequired = true;
+    order[u"AddressIdentifier"].isRequired = true;
+    order[u"OrderItems"].isRequired = true;
+    return order;
 }
 
 /// A file is announced under its name alone; one with a path could also lead out of the folder.
-QList<OrderFileInfo> readFiles(Place const& place, QJsonArray const& names)
+void checkFiles(Place const& place, QJsonArray const& names)
 {
-    QList<OrderFileInfo> files;
     QSet<QString> seen;
     for (qsizetype index = 0; index < names.size(); ++index)
     {
@@ -224,9 +55,7 @@ QList<OrderFileInfo> readFiles(Place const& place, QJsonArray const& names)
             throw place.element(index).mistake(u"the file \"%1\" is given twice"_s.arg(name));
         }
         seen.insert(name);
-        files.emplaceBack().setName(name);
     }
-    return files;
 }
 
 /// In the two-digit notation of FDI: quadrant and position.
@@ -261,37 +90,19 @@ void checkItem(Place const& place, OrderItemInfo const& item)
     }
 }
 
-DraftItem readItem(Place const& place, QJsonValue const& json)
+/// The item as the service wants it.
+QJsonObject readItem(Place const& place, QJsonObject item)
 {
-    if (!json.isObject())
+    auto const names = item[u"Files"].toArray();
+    checkFiles(place.member(u"Files"_s), names);
+    QJsonArray files;
+    for (auto const& name : names)
     {
-        throw place.mistake(u"this must be an object"_s);
+        files.append(QJsonObject{{u"Name"_s, name}});
     }
-    auto item = readMembers<DraftItem>(place, json.toObject(), itemMembers);
-    item.order.setFiles(readFiles(place.member(u"Files"_s), json[u"Files"].toArray()));
-    checkItem(place, item.order);
+    item.insert(u"Files"_s, files);
+    checkItem(place, jsonSerializer::fromDescription<OrderItemInfo>(item));
     return item;
-}
-
-PriceInfoRequest priceRequest(DraftItem const& item)
-{
-    return {
-        .articleNumber = item.order.getArticleNumber(),
-        .quantity = item.order.getQuantity(),
-        .toothNumberStart = item.order.getToothNumberStart(),
-        .toothNumberEnd = item.order.getToothNumberEnd(),
-        .voucherCode = item.order.getVoucherCode(),
-        .isLocalProductionArticle = item.isLocalProduction};
-}
-
-QByteArray contentOfOrderFile(QString const& fileName)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-    {
-        throw badInput(u"Cannot read the order file \"%1\": %2."_s.arg(fileName, file.errorString()));
-    }
-    return file.readAll();
 }
 
 // ---- the files to send ---------------------------------------------------------------------------------------------
@@ -321,24 +132,24 @@ void describe(OrderFileInfo& file, Place const& place, QString const& folder, in
 
 OrderDraft readOrder(QString const& fileName, Context const& context)
 {
-    Place const order(fileName);
-    auto const json = strictObject(fileName, contentOfOrderFile(fileName));
-    OrderDraft draft{.fileName = fileName, .request = readMembers<OrderRequest>(order, json, orderMembers)};
-    draft.request.setInstallationReference(context.installation());
+    Place const items = Place(fileName).member(u"OrderItems"_s);
+    auto order = readStrictly(fileName, contentOf("order file", fileName), formOfOrder());
+    auto orderItems = order[u"OrderItems"].toArray();
+    if (orderItems.isEmpty())
+    {
+        throw items.mistake(u"this is empty"_s);
+    }
+    OrderDraft draft{.fileName = fileName};
     draft.prices.installationReference = context.installation();
-    auto const items = json[u"OrderItems"].toArray();
-    if (items.isEmpty())
+    for (qsizetype index = 0; index < orderItems.size(); ++index)
     {
-        throw order.member(u"OrderItems"_s).mistake(u"this is empty"_s);
+        auto const item = readItem(items.element(index), orderItems[index].toObject());
+        orderItems[index] = item;
+        draft.prices.orderItems.push_back(jsonSerializer::fromDescription<PriceInfoRequest>(item));
     }
-    QList<OrderItemInfo> orderItems;
-    for (qsizetype index = 0; index < items.size(); ++index)
-    {
-        auto const item = readItem(order.member(u"OrderItems"_s).element(index), items[index]);
-        orderItems << item.order;
-        draft.prices.orderItems.push_back(priceRequest(item));
-    }
-    draft.request.setOrderItems(orderItems);
+    order.insert(u"OrderItems"_s, orderItems);
+    draft.request = jsonSerializer::fromDescription<OrderRequest>(order);
+    draft.request.setInstallationReference(context.installation());
     return draft;
 }
 
@@ -383,17 +194,12 @@ void describeOrderFiles(OrderDraft& draft, QString const& folder, int chunkSize)
 
 QByteArray announcedContent(OrderFileInfo const& file, QString const& folder)
 {
-    QFile source(QDir(folder).filePath(file.getName()));
-    if (!source.open(QIODevice::ReadOnly))
-    {
-        throw badInput(u"Cannot read \"%1\": %2"_s.arg(source.fileName(), source.errorString()));
-    }
-    QByteArray content = source.readAll();
+    QString const path = QDir(folder).filePath(file.getName());
+    QByteArray content = contentOf("file", path);
     auto const sum = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
     if (content.size() != file.getSize() || QString::fromLatin1(sum) != file.getCheckSum())
     {
-        throw badInput(
-            u"\"%1\" has changed since it was announced to the service, and was not sent"_s.arg(source.fileName()));
+        throw badInput(u"\"%1\" has changed since it was announced to the service, and was not sent"_s.arg(path));
     }
     return content;
 }

@@ -7,8 +7,9 @@
 #include <QJsonDocument>
 #include <QStringList>
 
+#include "cli/Input.h"
 #include "cli/Outcome.h"
-#include "cli/StrictJson.h"
+#include "cli/StrictReader.h"
 
 namespace cli
 {
@@ -40,21 +41,36 @@ std::vector<OpenSlot> openSlots(OrderRequestResponse const& created)
 
 QJsonObject slotJson(OrderState::Slot const& slot)
 {
-    return {
-        {u"Reference"_s, slot.reference},
-        {u"Name"_s, slot.file.getName()},
-        {u"Size"_s, slot.file.getSize()},
-        {u"CheckSum"_s, slot.file.getCheckSum()},
-        {u"IsUploaded"_s, slot.isUploaded}};
+    auto json = jsonSerializer::describe(slot.file);
+    json.insert(u"Reference"_s, slot.reference);
+    json.insert(u"IsUploaded"_s, slot.isUploaded);
+    return json;
 }
 
 OrderState::Slot readSlot(QJsonObject const& json)
 {
-    OrderState::Slot slot{.reference = json[u"Reference"].toString(), .isUploaded = json[u"IsUploaded"].toBool()};
-    slot.file.setName(json[u"Name"].toString());
-    slot.file.setSize(json[u"Size"].toInt(-1));
-    slot.file.setCheckSum(json[u"CheckSum"].toString());
-    return slot;
+    return {
+        .reference = json[u"Reference"].toString(),
+        .file = jsonSerializer::fromDescription<OrderFileInfo>(json),
+        .isUploaded = json[u"IsUploaded"].toBool()};
+}
+
+/// As `save` writes it. Only what would do harm if it were not there is required.
+Form formOfState()
+{
+    using jsonSerializer::ValueKind;
+    Form slot = formOf(jsonSerializer::schemaOf<OrderFileInfo>());
+    slot[u"Reference"].isRequired = true;
+    slot[u"Name"].isRequired = true;
+    slot[u"IsUploaded"].kind = ValueKind::Boolean;
+    return {
+        .kind = ValueKind::Record,
+        .parts = {
+            {.key = u"Installation"_s},
+            {.key = u"OrderReference"_s, .isRequired = true},
+            {.key = u"ProductionIdentifier"_s},
+            {.key = u"Files"_s, .kind = ValueKind::List, .isRequired = true, .parts = {slot}},
+            {.key = u"IsFinished"_s, .kind = ValueKind::Boolean}}};
 }
 
 Failure cannotWrite(QSaveFile const& file)
@@ -114,12 +130,7 @@ bool OrderStateFile::exists() const
 
 OrderState OrderStateFile::load() const
 {
-    QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly))
-    {
-        throw badInput(u"Cannot read the order's state file \"%1\": %2."_s.arg(path_, file.errorString()));
-    }
-    auto const json = strictObject(path_, file.readAll());
+    auto const json = readStrictly(path_, contentOf("order's state file", path_), formOfState());
     OrderState state{
         .installation = json[u"Installation"].toString(),
         .reference = json[u"OrderReference"].toString(),
@@ -132,7 +143,7 @@ OrderState OrderStateFile::load() const
     bool const isWhole = std::all_of(
         state.uploadSlots.begin(), state.uploadSlots.end(),
         [](OrderState::Slot const& slot) { return !slot.reference.isEmpty() && !slot.file.getName().isEmpty(); });
-    if (state.reference.isEmpty() || !json[u"Files"].isArray() || !isWhole)
+    if (state.reference.isEmpty() || !isWhole)
     {
         throw badInput(u"\"%1\" is not the state file of an order."_s.arg(path_));
     }

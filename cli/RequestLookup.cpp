@@ -18,40 +18,6 @@ using namespace Qt::Literals::StringLiterals;
 using collaboration::ExtendedRequestDetails;
 using collaboration::RequestInfo;
 
-// ---- what each kind's entry adds to the common details ----
-
-ExtendedRequestDetails extended(collaboration::RequestDetails const& entry)
-{
-    ExtendedRequestDetails request;
-    request.requestDetails = entry;
-    return request;
-}
-
-ExtendedRequestDetails extended(collaboration::TemplateRequestDetailInfo const& entry)
-{
-    auto request = extended(entry.requestDetails);
-    request.orderId = entry.orderId;
-    return request;
-}
-
-ExtendedRequestDetails extended(collaboration::RestorationRequest const& entry)
-{
-    auto request = extended(entry.requestDetails);
-    request.restorations = entry.restorations;
-    request.url = entry.restorationURL;
-    return request;
-}
-
-ExtendedRequestDetails extended(collaboration::UploadFilesRequestDetailInfo const& entry)
-{
-    auto request = extended(entry.requestDetails);
-    request.url = entry.surgeryPlanURL.isEmpty() ? entry.referralURL : entry.surgeryPlanURL;
-    request.requesterPatientReference = entry.requesterPatientReference;
-    return request;
-}
-
-// ---- one operation a kind ----
-
 using Details = std::optional<ExtendedRequestDetails>;
 
 template <auto operation>
@@ -63,13 +29,9 @@ Details fetch(Context const& context, RequestInfo const& wanted)
     {
         for (auto const& entry : group.collaborationRequestDetailInfos)
         {
-            auto request = extended(entry);
+            auto request = extendedDetails(group.partner, entry, wanted.requestType);
             if (request.requestDetails.id == wanted.requestId)
             {
-                request.requestType = wanted.requestType;
-                request.partnershipId = group.partner.partnershipId;
-                request.partnerId = group.partner.id;
-                request.partnerName = group.partner.partnerName;
                 return request;
             }
         }

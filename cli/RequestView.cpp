@@ -1,7 +1,7 @@
 #include "cli/RequestView.h"
 
 #include "cli/Input.h"
-#include "cli/Output.h"
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -10,33 +10,6 @@ namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
-
-template <class T, class Writer>
-QJsonArray arrayOf(std::vector<T> const& list, Writer writer)
-{
-    QJsonArray array;
-    for (T const& element : list)
-    {
-        array.append(writer(element));
-    }
-    return array;
-}
-
-template <class T, class Writer>
-QString tableOf(QStringList const& header, std::vector<T> const& list, Writer writer)
-{
-    std::vector<QStringList> rows;
-    for (T const& element : list)
-    {
-        rows.push_back(writer(element));
-    }
-    return tableText(header, rows);
-}
-
-QString isoTime(QDateTime const& time)
-{
-    return time.toString(Qt::ISODateWithMs);
-}
 
 QString shortTime(QDateTime const& time)
 {
@@ -48,21 +21,6 @@ QString author(QString const& name, bool isOwn)
     return isOwn ? name + " (own)"_L1 : name;
 }
 
-QJsonObject fileJson(collaboration::FileInfo const& file)
-{
-    return {
-        {u"Id"_s, file.id},
-        {u"State"_s, file.state},
-        {u"Name"_s, file.name},
-        {u"Size"_s, static_cast<qint64>(file.size)},
-        {u"NumberOfChunks"_s, file.numberOfChunks},
-        {u"ChunkSize"_s, file.chunkSize},
-        {u"FileType"_s, file.fileType},
-        {u"CreatedBy"_s, file.createdBy},
-        {u"IsCreator"_s, file.isCreator},
-        {u"IsMarkedAsSeen"_s, file.isMarkedAsSeen}};
-}
-
 QStringList fileRow(collaboration::FileInfo const& file)
 {
     return {
@@ -72,30 +30,6 @@ QStringList fileRow(collaboration::FileInfo const& file)
         QString::number(file.size),
         file.isMarkedAsSeen ? u"yes"_s : u"no"_s,
         author(file.createdBy, file.isCreator)};
-}
-
-QJsonObject implantJson(collaboration::ImplantConnection const& implant)
-{
-    return {
-        {u"ToothNumber"_s, implant.toothNumber},
-        {u"ImplantConnectionId"_s, implant.implantConnectionId},
-        {u"ManufacturerId"_s, implant.manufacturerId},
-        {u"ImplantCategory"_s, implant.implantCategory},
-        {u"Size"_s, implant.size}};
-}
-
-QJsonObject restorationJson(collaboration::Restoration const& restoration)
-{
-    return {
-        {u"ImplantConnections"_s, arrayOf(restoration.implantConnections, implantJson)},
-        {u"ToothNumberStart"_s, restoration.toothNumberStart},
-        {u"ToothNumberEnd"_s, restoration.toothNumberEnd},
-        {u"Type"_s, restoration.type},
-        {u"Material"_s, restoration.material},
-        {u"Color"_s, restoration.color},
-        {u"Note"_s, restoration.note},
-        {u"UseAuthenticProducts"_s, restoration.useAuthenticProducts},
-        {u"BarType"_s, restoration.barType}};
 }
 
 QStringList restorationRow(collaboration::Restoration const& restoration)
@@ -114,24 +48,6 @@ QStringList restorationRow(collaboration::Restoration const& restoration)
         restoration.color,
         implants.join(", "_L1),
         restoration.note};
-}
-
-QJsonObject listEntryJson(collaboration::RequestInfo const& request)
-{
-    return {
-        {u"RequestId"_s, request.requestId},
-        {u"TransactionId"_s, request.transactionId},
-        {u"RequestType"_s, static_cast<int>(request.requestType)},
-        {u"Type"_s, nameOf(request.requestType)}};
-}
-
-QJsonObject noteJson(collaboration::NoteInfo const& note)
-{
-    return {
-        {u"Text"_s, note.text},
-        {u"CreatedAt"_s, isoTime(note.createdAt)},
-        {u"CreatedBy"_s, note.createdBy},
-        {u"IsCreator"_s, note.isCreator}};
 }
 
 QString patientName(collaboration::PatientInfo const& patient)
@@ -153,36 +69,7 @@ QString statusText(collaboration::RequestStatus status)
     return status == collaboration::RequestStatus::Unset ? QString() : QString::number(static_cast<int>(status));
 }
 
-QJsonObject commonJson(collaboration::RequestDetails const& details)
-{
-    auto const& patient = details.patient;
-    return {
-        {u"RequestId"_s, details.id},
-        {u"TransactionId"_s, details.transactionId},
-        {u"Key"_s, details.key},
-        {u"Status"_s, static_cast<int>(details.status)},
-        {u"VersionNumber"_s, details.versionNumber.toString()},
-        {u"Metadata"_s, details.metadata},
-        {u"DueDate"_s, details.dueDate.toString(Qt::ISODate)},
-        {u"CreationTimestamp"_s, isoTime(details.creationTimestamp)},
-        {u"Files"_s, arrayOf(details.files, fileJson)},
-        {u"NoteInfos"_s, notesJson(details.noteInfos)},
-        {u"InternalCaseIdentifier"_s, details.internalCaseIdentifier},
-        {u"OrderReference"_s, details.orderReference},
-        {u"TreatingClinician"_s, details.treatingClinician},
-        {u"PatientId"_s, patient.patientId},
-        {u"PatientFirstName"_s, patient.patientFirstName},
-        {u"PatientLastName"_s, patient.patientLastName},
-        {u"PatientDateOfBirth"_s, patient.patientDateOfBirth.toString(Qt::ISODate)},
-        {u"PatientGender"_s, patient.patientGender}};
-}
-
 } // namespace
-
-QJsonArray listJson(std::vector<collaboration::RequestInfo> const& requests)
-{
-    return arrayOf(requests, listEntryJson);
-}
 
 QString listText(std::vector<collaboration::RequestInfo> const& requests)
 {
@@ -191,25 +78,6 @@ QString listText(std::vector<collaboration::RequestInfo> const& requests)
         [](collaboration::RequestInfo const& request) {
             return QStringList{request.requestId, nameOf(request.requestType), request.transactionId};
         });
-}
-
-QJsonObject detailsJson(collaboration::ExtendedRequestDetails const& request)
-{
-    QJsonObject json = commonJson(request.requestDetails);
-    json.insert(u"RequestType"_s, static_cast<int>(request.requestType));
-    json.insert(u"Type"_s, nameOf(request.requestType));
-    json.insert(u"PartnershipId"_s, request.partnershipId);
-    json.insert(u"PartnerId"_s, request.partnerId);
-    json.insert(u"PartnerName"_s, request.partnerName);
-    json.insert(u"Url"_s, request.url);
-    json.insert(u"OrderId"_s, request.orderId);
-    json.insert(u"RequesterPatientReference"_s, request.requesterPatientReference);
-    json.insert(u"Restorations"_s, arrayOf(request.restorations, restorationJson));
-    if (request.isZelkoPatient)
-    {
-        json.insert(u"IsZelkoPatient"_s, *request.isZelkoPatient);
-    }
-    return json;
 }
 
 QString detailsText(collaboration::ExtendedRequestDetails const& request)
@@ -266,11 +134,6 @@ QStringList summaryRow(collaboration::ExtendedRequestDetails const& request)
         patientName(details.patient),
         QString::number(details.files.size()),
         QString::number(details.noteInfos.size())};
-}
-
-QJsonArray notesJson(std::vector<collaboration::NoteInfo> const& notes)
-{
-    return arrayOf(notes, noteJson);
 }
 
 QString notesText(std::vector<collaboration::NoteInfo> const& notes)

@@ -4,6 +4,7 @@
 #include "cli/CaseFiles.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -26,7 +27,7 @@ Action casesAdd(Arguments& arguments)
             throw badInput(u"Nothing to add: give --file."_s);
         }
         auto const added = context.valueOf(context.connection().addNewDataRequest(request));
-        context.output().show(announcedFiles(added), filesText(added));
+        context.output().show(described(added), filesText(added));
     };
 }
 

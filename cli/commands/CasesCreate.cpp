@@ -4,6 +4,7 @@
 #include "cli/CaseFiles.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -16,7 +17,7 @@ Action casesCreate(Arguments& arguments)
     auto const firstName = arguments.text("--first-name", "The patient's first name");
     auto const lastName = arguments.text("--last-name", "The patient's last name");
     auto const birthday = arguments.text("--birthday", "The patient's day of birth, as 1980-12-31");
-    auto const genderName = arguments.text("--gender", "Male, Female, Other or NotSet");
+    auto const genderName = arguments.text("--gender", "Male, Female or Other");
     auto const reference = arguments.text("--patient-reference", "What the partner calls the patient");
     auto const note = arguments.text("--note", "A note on the case");
     auto const prescriptions = arguments.paths("--prescription", "A prescription file that will be uploaded");
@@ -40,12 +41,10 @@ Action casesCreate(Arguments& arguments)
             request.prescriptionTemplates.emplace_back(readableFile("prescription", path), QDateTime());
         }
         auto const created = context.valueOf(context.connection().createCaseRequest(request));
-        QJsonObject json = announcedFiles(created.caseFiles);
-        json.insert(u"CaseId"_s, created.caseId);
-        json.insert(u"CaseUrl"_s, created.caseUrl);
         context.output().show(
-            json, u"Created the case %1: %2\n"_s.arg(printable(created.caseId), printable(created.caseUrl))
-                      + filesText(created.caseFiles));
+            described(created),
+            u"Created the case %1: %2\n"_s.arg(printable(created.caseId), printable(created.caseUrl))
+                + filesText(created.caseFiles));
     };
 }
 

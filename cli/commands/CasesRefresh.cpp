@@ -24,12 +24,9 @@ Action casesRefresh(Arguments& arguments)
         {
             cases.caseIds << identifier("case id", id);
         }
-        using Status = mirashare::CaseStatusResponse;
         auto const states =
             context.valueOf(context.connection().updatePartnerCasesStatus(context.installation(), cases));
-        showList<Status>(
-            context.output(), states,
-            {{u"CaseId"_s, u"CASE"_s, &Status::caseId}, {u"Status"_s, u"STATUS"_s, &Status::status}});
+        showTable(context.output(), described(states), {{u"CaseId"_s, u"CASE"_s}, {u"Status"_s, u"STATUS"_s}});
     };
 }
 

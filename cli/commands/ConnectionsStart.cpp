@@ -1,9 +1,8 @@
 #include "cli/commands/Commands.h"
 
-#include <QJsonObject>
-
 #include "cli/Arguments.h"
 #include "cli/Context.h"
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -25,9 +24,10 @@ Action connectionsStart(Arguments& arguments)
         request.setUserReference(context.user());
         request.setConnectionToken(*token);
         request.setNote(*note);
-        auto const id = context.valueOf(context.connection().startConnection(request)).getConnectionId();
+        auto const started = context.valueOf(context.connection().startConnection(request));
         context.output().show(
-            QJsonObject{{u"ConnectionId"_s, id}}, u"Started the connection %1.\n"_s.arg(printable(id)));
+            jsonSerializer::describe(started),
+            u"Started the connection %1.\n"_s.arg(printable(started.getConnectionId())));
     };
 }
 

@@ -15,11 +15,9 @@ using namespace Qt::Literals::StringLiterals;
 
 QJsonObject documentJson(QString const& kind, FileLicenseInfo const& file)
 {
-    return {
-        {u"Document"_s, kind},
-        {u"FileId"_s, file.getFileReference()},
-        {u"FileName"_s, file.getFileName()},
-        {u"FileSize"_s, file.getFileSize()}};
+    auto json = jsonSerializer::describe(file);
+    json.insert(u"Document"_s, kind);
+    return json;
 }
 
 void appendHelp(Context const& context, QString const& language, QJsonArray& documents)
@@ -35,11 +33,10 @@ void appendHelp(Context const& context, QString const& language, QJsonArray& doc
     }
     for (auto const& help : context.valueOf(context.connection().getHelpFilesInfo(context.installation())))
     {
-        documents.append(QJsonObject{
-            {u"Document"_s, u"help"_s},
-            {u"FileId"_s, help.getFileRef()},
-            {u"LanguageCode"_s, help.getLanguageCode()},
-            {u"DisplayName"_s, help.getDisplayName()}});
+        auto json = jsonSerializer::describe(help);
+        json.insert(u"Document"_s, u"help"_s);
+        json.insert(u"FileId"_s, json.take(u"Id"_s)); // as of the other documents
+        documents.append(json);
     }
 }
 
@@ -64,8 +61,12 @@ Action documents(Arguments& arguments)
         appendHelp(context, *language, list);
         showTable(
             context.output(), list,
-            {u"Document"_s, u"LanguageCode"_s, u"DisplayName"_s, u"FileId"_s, u"FileName"_s, u"FileSize"_s},
-            {u"DOCUMENT"_s, u"LANGUAGE"_s, u"LANGUAGE NAME"_s, u"FILE"_s, u"NAME"_s, u"BYTES"_s});
+            {{u"Document"_s, u"DOCUMENT"_s},
+             {u"LanguageCode"_s, u"LANGUAGE"_s},
+             {u"DisplayName"_s, u"LANGUAGE NAME"_s},
+             {u"FileId"_s, u"FILE"_s},
+             {u"FileName"_s, u"NAME"_s},
+             {u"FileSize"_s, u"BYTES"_s}});
     };
 }
 

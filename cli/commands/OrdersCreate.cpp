@@ -6,6 +6,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/OrderCalls.h"
 #include "cli/OrderFile.h"
 #include "cli/OrderState.h"
@@ -108,8 +109,8 @@ void showEnd(OrderState const& state, std::vector<PriceInfoResponse> const& pric
     QJsonObject const json{
         {u"OrderReference"_s, state.reference},
         {u"ProductionIdentifier"_s, state.productionIdentifier},
-        {u"Prices"_s, pricesJson(prices)},
-        {u"Orders"_s, statusJson(status)}};
+        {u"Prices"_s, described(prices)},
+        {u"Orders"_s, described(status)}};
     context.output().show(json, statusText(status));
 }
 

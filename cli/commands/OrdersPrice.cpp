@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
+#include "cli/Listing.h"
 #include "cli/OrderCalls.h"
 #include "cli/OrderFile.h"
 #include "cli/OrderView.h"
@@ -15,7 +16,7 @@ Action ordersPrice(Arguments& arguments)
     return [=](Context const& context)
     {
         auto const prices = pricesOf(readOrder(*file, context), context);
-        context.output().show(pricesJson(prices), pricesText(prices));
+        context.output().show(described(prices), pricesText(prices));
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
+#include "cli/Listing.h"
 #include "cli/OrderCalls.h"
 #include "cli/OrderView.h"
 
@@ -14,7 +15,7 @@ Action ordersStatus(Arguments& arguments)
     return [=](Context const& context)
     {
         auto const status = orderStatus(orderReferences(*orders), context);
-        context.output().show(statusJson(status), statusText(status));
+        context.output().show(described(status), statusText(status));
     };
 }
 

@@ -1,6 +1,5 @@
 #include "cli/commands/Commands.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonObject>
 
@@ -12,28 +11,7 @@
 namespace cli
 {
 
-namespace
-{
-
 using namespace Qt::Literals::StringLiterals;
-
-QByteArray contentOf(QString const& path)
-{
-    QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
-    {
-        throw badInput(u"Cannot read \"%1\": it must be a file that can be read."_s.arg(path));
-    }
-    auto const size = file.size();
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError || content.size() != size)
-    {
-        throw badInput(u"Cannot read \"%1\" to its end."_s.arg(path));
-    }
-    return content;
-}
-
-} // namespace
 
 Action ordersUpload(Arguments& arguments)
 {
@@ -42,7 +20,7 @@ Action ordersUpload(Arguments& arguments)
     return [=](Context const& context)
     {
         QString const reference = identifier("slot reference", *slot);
-        QByteArray const content = contentOf(*path);
+        QByteArray const content = contentOf("file", *path);
         {
             Progress progress(context.output(), u"Uploaded"_s, 1, content.size());
             progress.begin(QFileInfo(*path).fileName());

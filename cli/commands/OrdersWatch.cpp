@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <limits>
 
-#include <QJsonArray>
 #include <QThread>
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
+#include "cli/Listing.h"
 #include "cli/OrderCalls.h"
 #include "cli/OrderView.h"
 
@@ -42,11 +42,11 @@ Action ordersWatch(Arguments& arguments)
         {
             throw badInput(u"The interval %1 is not positive."_s.arg(*interval));
         }
-        QJsonArray shown;
+        QJsonValue shown;
         for (;;)
         {
             auto const status = orderStatus(references, context);
-            if (auto const json = statusJson(status); json != shown)
+            if (auto const json = described(status); json != shown)
             {
                 context.output().show(json, statusText(status));
                 shown = json;

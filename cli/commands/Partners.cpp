@@ -77,18 +77,27 @@ Action partnersList(Arguments& arguments)
         }
         auto const partners = context.valueOf(context.connection().getPartners(context.installation(), withLogos));
         auto const paths = withLogos ? writeLogos(partners, *folder) : QHash<QString, QString>();
-        std::vector<Column<PartnerInfo>> columns{
-            {u"PartnerId"_s, u"PARTNER"_s, &PartnerInfo::getId},
-            {u"PartnerName"_s, u"NAME"_s, &PartnerInfo::getName},
-            {u"ShouldAnonymizeCaseData"_s, u"ANONYMIZE"_s, &PartnerInfo::isAnonymizeRequired},
-            {u"ShouldCreatePartnerConnection"_s, u"CONNECT FIRST"_s, &PartnerInfo::getShouldCreatePartnerConnection},
-            {u"CreatePartnerConnectionUrl"_s, u"CONNECT AT"_s, &PartnerInfo::getCreatePartnerConnectionUrl}};
+        QJsonArray json;
+        for (auto const& partner : partners)
+        {
+            auto object = jsonSerializer::describe(partner);
+            if (withLogos)
+            {
+                object.insert(u"Logo"_s, paths.value(partner.getId()));
+            }
+            json.append(object);
+        }
+        std::vector<Column> columns{
+            {u"PartnerId"_s, u"PARTNER"_s},
+            {u"PartnerName"_s, u"NAME"_s},
+            {u"ShouldAnonymizeCaseData"_s, u"ANONYMIZE"_s},
+            {u"ShouldCreatePartnerConnection"_s, u"CONNECT FIRST"_s},
+            {u"CreatePartnerConnectionUrl"_s, u"CONNECT AT"_s}};
         if (withLogos)
         {
-            columns.push_back(
-                {u"Logo"_s, u"LOGO"_s, [&paths](PartnerInfo const& partner) { return paths.value(partner.getId()); }});
+            columns.push_back({u"Logo"_s, u"LOGO"_s});
         }
-        showList(context.output(), partners, columns);
+        showTable(context.output(), json, columns);
     };
 }
 

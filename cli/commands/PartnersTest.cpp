@@ -18,10 +18,9 @@ Action partnersTest(Arguments& arguments)
     {
         auto const result = context.valueOf(context.connection().testAccountConnection(
             context.installation(), identifier("partner connection id", *id)));
-        showObject(
-            context.output(), {{u"PartnerConnectionId"_s, *id},
-                               {u"IsConnected"_s, result.isConnected},
-                               {u"ManagePartnerConnectionUrl"_s, result.managePartnerConnectionUrl}});
+        auto json = jsonSerializer::describe(result);
+        json.insert(u"PartnerConnectionId"_s, *id);
+        showObject(context.output(), json);
     };
 }
 

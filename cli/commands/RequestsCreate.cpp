@@ -1,15 +1,11 @@
 #include "cli/commands/Commands.h"
 
-#include <algorithm>
-
-#include <QJsonArray>
-#include <QJsonObject>
-
 #include <platform/core/HostInfo.h>
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/Session.h"
 
 namespace cli
@@ -21,28 +17,6 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 using collaboration::CreateRequestRequest;
 using collaboration::RequestType;
-
-struct Created
-{
-    QString id;
-    QString key;
-    std::vector<collaboration::CreatedFileInfo> files;
-};
-
-Created created(collaboration::UploadFilesRequest const& reply)
-{
-    return {reply.collaborationRequestId, reply.collaborationRequestKey, reply.files};
-}
-
-Created created(CreateRestorationResponseInfo const& reply)
-{
-    Created result{reply.getCollaborationRequestId(), reply.getCollaborationRequestKey(), {}};
-    for (auto const& file : reply.getFiles())
-    {
-        result.files.push_back({file.id, file.name});
-    }
-    return result;
-}
 
 /// The request as the arguments tell it. A restoration request holds less, and implants in addition.
 struct Wish
@@ -74,19 +48,21 @@ CreateRestorationRequestInfo restorationOf(Wish const& wish)
     return info;
 }
 
-Created create(Context const& context, Wish const& wish)
+/// The service's reply; its members are the same for all kinds.
+QJsonObject create(Context const& context, Wish const& wish)
 {
+    using jsonSerializer::describe;
     auto& connection = context.connection();
     switch (wish.request.type)
     {
     case RequestType::Restoration:
-        return created(context.valueOf(connection.createRestorationCollaboration(restorationOf(wish))));
+        return describe(context.valueOf(connection.createRestorationCollaboration(restorationOf(wish))));
     case RequestType::SurgeryPlan:
-        return created(context.valueOf(connection.createSurgeryPlanRequest(wish.request)));
+        return describe(context.valueOf(connection.createSurgeryPlanRequest(wish.request)));
     case RequestType::Referral:
-        return created(context.valueOf(connection.createReferralRequest(wish.request)));
+        return describe(context.valueOf(connection.createReferralRequest(wish.request)));
     default:
-        return created(context.valueOf(connection.createRequest(wish.request)));
+        return describe(context.valueOf(connection.createRequest(wish.request)));
     }
 }
 
@@ -105,18 +81,17 @@ void checkKind(Wish const& wish)
     }
 }
 
-void show(Context const& context, Created const& request)
+void show(Context const& context, QJsonObject const& created)
 {
-    QJsonArray uploadSlots;
-    std::vector<QStringList> rows;
-    for (auto const& file : request.files)
-    {
-        uploadSlots.append(QJsonObject{{u"Id"_s, file.id}, {u"Name"_s, file.name}});
-        rows.push_back({file.id, file.name});
-    }
-    QJsonObject const json{{u"RequestId"_s, request.id}, {u"Key"_s, request.key}, {u"Files"_s, uploadSlots}};
-    QString const text = u"Created the request %1 (%2).\n"_s.arg(printable(request.id), printable(request.key));
-    context.output().show(json, rows.empty() ? text : text + tableText({u"UPLOAD SLOT"_s, u"NAME"_s}, rows));
+    auto const files = created[u"Files"].toArray();
+    QString const text = u"Created the request %1 (%2).\n"_s.arg(
+        printable(created[u"CollaborationRequestId"].toString()),
+        printable(created[u"CollaborationRequestKey"].toString()));
+    auto const rowOf = [](QJsonValue const& file) {
+        return QStringList{file[u"Id"].toString(), file[u"Name"].toString()};
+    };
+    context.output().show(
+        created, files.isEmpty() ? text : text + tableOf({u"UPLOAD SLOT"_s, u"NAME"_s}, files, rowOf));
 }
 
 struct WishArguments

@@ -1,10 +1,9 @@
 #include "cli/commands/Commands.h"
 
-#include <QJsonObject>
-
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -28,8 +27,8 @@ Action requestsFind(Arguments& arguments)
                     context.installation(), collaboration::RequestKeyRequest{identifier("key", *key)})
                 : connection.getRequestId(
                     context.installation(), collaboration::SalesOrderNumberRequest{identifier("order number", *order)});
-        QString const id = context.valueOf(found).requestId;
-        context.output().show(QJsonObject{{u"RequestId"_s, id}}, printable(id) + u'\n');
+        auto const answer = context.valueOf(found);
+        context.output().show(jsonSerializer::describe(answer), printable(answer.requestId) + u'\n');
     };
 }
 

@@ -5,6 +5,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/RequestView.h"
 
 namespace cli
@@ -21,7 +22,7 @@ Action requestsList(Arguments& arguments)
         info.setVersionNumber(CollaborationRequestVersion::getVersion());
         info.setSelectedTypes(requestTypes(*types));
         auto const requests = context.valueOf(context.connection().getRequests(context.installation(), info));
-        context.output().show(listJson(requests), listText(requests));
+        context.output().show(described(requests), listText(requests));
     };
 }
 

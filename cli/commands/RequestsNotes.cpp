@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/RequestLookup.h"
 #include "cli/RequestView.h"
 
@@ -15,7 +16,7 @@ Action requestsNotes(Arguments& arguments)
     return [=](Context const& context)
     {
         auto const notes = requestDetails(context, identifier("request id", *id)).requestDetails.noteInfos;
-        context.output().show(notesJson(notes), notesText(notes));
+        context.output().show(described(notes), notesText(notes));
     };
 }
 

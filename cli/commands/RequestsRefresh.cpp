@@ -11,6 +11,7 @@
 #include "cli/Context.h"
 #include "cli/Input.h"
 #include "cli/KnownRequests.h"
+#include "cli/Listing.h"
 #include "cli/RequestView.h"
 
 namespace cli
@@ -82,11 +83,10 @@ void remember(KnownRequests& known, Changes const& changes)
 
 QJsonObject changesJson(Changes const& changes)
 {
-    QJsonArray fresh;
-    QJsonArray changed;
-    std::transform(changes.fresh.begin(), changes.fresh.end(), std::back_inserter(fresh), detailsJson);
-    std::transform(changes.changed.begin(), changes.changed.end(), std::back_inserter(changed), detailsJson);
-    return {{u"New"_s, fresh}, {u"Changed"_s, changed}, {u"Removed"_s, QJsonArray::fromStringList(changes.removed)}};
+    return {
+        {u"New"_s, described(changes.fresh)},
+        {u"Changed"_s, described(changes.changed)},
+        {u"Removed"_s, QJsonArray::fromStringList(changes.removed)}};
 }
 
 QString changesText(Changes const& changes)

@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/RequestLookup.h"
 #include "cli/RequestView.h"
 
@@ -15,7 +16,7 @@ Action requestsShow(Arguments& arguments)
     return [=](Context const& context)
     {
         auto const request = requestDetails(context, identifier("request id", *id));
-        context.output().show(detailsJson(request), detailsText(request));
+        context.output().show(described(request), detailsText(request));
     };
 }
 

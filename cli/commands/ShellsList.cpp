@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Input.h"
+#include "cli/Listing.h"
 #include "cli/OrderView.h"
 
 namespace cli
@@ -16,7 +17,7 @@ Action shellsList(Arguments& arguments)
         auto const shells =
             context.connection().getTempShellCalculationData(identifier("order reference", *order)).getTempShellFile();
         context.checkNewExchanges(Shape::List);
-        context.output().show(shellsJson(shells), shellsText(shells));
+        context.output().show(described(shells), shellsText(shells));
     };
 }
 

@@ -14,21 +14,19 @@ Action users(Arguments& arguments)
     auto const withSecrets = arguments.flag("--with-secrets", "Shows password hashes and two-factor keys, too");
     return [=](Context const& context)
     {
-        using User = TessalyUser;
-        std::vector<Column<User>> columns{
-            {u"Reference"_s, u"USER"_s, &User::getReference},
-            {u"UserName"_s, u"USER NAME"_s, &User::getUserName},
-            {u"FirstName"_s, u"FIRST NAME"_s, &User::getFirstName},
-            {u"LastName"_s, u"LAST NAME"_s, &User::getLastName},
-            {u"Email"_s, u"EMAIL"_s, &User::getEmail}};
+        std::vector<Column> columns{
+            {u"Reference"_s, u"USER"_s},
+            {u"UserName"_s, u"USER NAME"_s},
+            {u"FirstName"_s, u"FIRST NAME"_s},
+            {u"LastName"_s, u"LAST NAME"_s},
+            {u"Email"_s, u"EMAIL"_s}};
         if (*withSecrets)
         {
-            columns.push_back({u"PasswordHash"_s, u"PASSWORD HASH"_s, &User::getPasswordHash});
-            columns.push_back({u"TwoFactorKey"_s, u"TWO-FACTOR KEY"_s, &User::getEncryptedTwoFactorKey});
+            columns.push_back({u"PasswordHash"_s, u"PASSWORD HASH"_s});
+            columns.push_back({u"TwoFactorKey"_s, u"TWO-FACTOR KEY"_s});
         }
-        showList(
-            context.output(), context.valueOf(context.connection().getUsersForLicense(context.installation())),
-            columns);
+        auto const list = described(context.valueOf(context.connection().getUsersForLicense(context.installation())));
+        showTable(context.output(), *withSecrets ? list : withoutSecrets(list), columns);
     };
 }
 

@@ -14,7 +14,7 @@ TEST_F(Cli, ListsWhatTheServiceHas)
     auto const expected = requestsOfTypes({7, 1});
     ASSERT_EQ(idsIn(listed), idsIn(expected));
     ASSERT_FALSE(listed.isEmpty());
-    EXPECT_EQ(listed.at(0)["Type"], "LabDesign");
+    EXPECT_EQ(listed.at(0)["RequestType"], 1);
     EXPECT_EQ(listed.at(0)["TransactionId"], expected.at(0)["TransactionId"]);
     auto const active = keloJson({"requests", "list"}).array();
     EXPECT_LT(active.size(), keloJson({"requests", "list", "--all"}).array().size());
@@ -25,7 +25,7 @@ TEST_F(Cli, RefreshShowsNewChangedAndRemovedRequests)
 {
     QStringList const refresh{"requests", "refresh", "--known", folder.filePath("known.json")};
     auto const first = keloJson(refresh);
-    auto const seen = idsIn(first["New"]);
+    auto const seen = idsIn(first["New"], "Id");
     EXPECT_EQ(first["Changed"].toArray().size() + first["Removed"].toArray().size(), 0);
     // Only a referral that holds nothing of a partner stays out.
     EXPECT_EQ(seen.size(), requestsOfTypes({}).size() - 1);
@@ -48,12 +48,12 @@ TEST_F(Cli, RefreshShowsNewChangedAndRemovedRequests)
 
     // Other types than those asked for are neither shown nor taken for removed.
     auto const referrals = keloJson(refresh + QStringList{"--type", "Referral"});
-    EXPECT_EQ(idsIn(referrals["New"]), QStringList{created});
+    EXPECT_EQ(idsIn(referrals["New"], "Id"), QStringList{created});
     EXPECT_EQ(idsIn(referrals["Changed"]) + idsIn(referrals["Removed"]), QStringList());
 
     auto const third = keloJson(refresh);
     EXPECT_EQ(idsIn(third["New"]), QStringList());
-    EXPECT_EQ(idsIn(third["Changed"]), (QStringList{replied, closed}));
+    EXPECT_EQ(idsIn(third["Changed"], "Id"), (QStringList{replied, closed}));
     EXPECT_EQ(idsIn(third["Removed"]), QStringList{withdrawn});
     EXPECT_EQ(third["Changed"][0]["NoteInfos"].toArray().last()["Text"], "See proposal.");
     EXPECT_EQ(kelo(refresh).output, "0 new, 0 changed, 0 removed\n");
@@ -63,6 +63,7 @@ TEST_F(Cli, CreatesRequestsOfEveryKindWithTheirFiles)
 {
     QByteArray const content(3'000, 'x');
     auto const path = file("jaw \xC3\xB6.stl", content);
+    int requestType = 0;
     for (auto const* type :
          {"DentalScan", "LabDesign", "TempShell", "Template", "Restoration", "SurgeryPlan", "CentralizedRestoration",
           "Referral"})
@@ -72,10 +73,10 @@ TEST_F(Cli, CreatesRequestsOfEveryKindWithTheirFiles)
                                        type,           "--note", "Crown 21",     "--due",        "2026-12-31",
                                        "--first-name", "Elif",   "--gender",     "female",       "--birth-date",
                                        "1980-02-29",   "--file", path,           "--chunk-size", "1024"});
-        auto const id = created["RequestId"].toString();
+        auto const id = created["CollaborationRequestId"].toString();
         auto const request = keloJson({"requests", "show", id});
-        EXPECT_EQ(request["Type"], type);
-        EXPECT_EQ(request["Key"], created["Key"]);
+        EXPECT_EQ(request["RequestType"], requestType++);
+        EXPECT_EQ(request["Key"], created["CollaborationRequestKey"]);
         EXPECT_EQ(request["PartnerName"], "Alpine Dental Laboratory");
         EXPECT_EQ(request["DueDate"], "2026-12-31");
         EXPECT_EQ(request["PatientDateOfBirth"], "1980-02-29");
@@ -90,7 +91,8 @@ TEST_F(Cli, CreatesRequestsOfEveryKindWithTheirFiles)
     auto const sum = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
     EXPECT_EQ(
         get("/_control/journal").toJson().count(sum), 8); // a checksum stands in the body of each of the eight calls
-    auto const crown = keloJson({"requests", "create", "--type", "4", "--implant", "IC-9:21"})["RequestId"].toString();
+    auto const crown =
+        keloJson({"requests", "create", "--type", "4", "--implant", "IC-9:21"})["CollaborationRequestId"].toString();
     EXPECT_EQ(keloJson({"requests", "show", crown})["Restorations"][0]["ToothNumberStart"], 21);
 }
 
@@ -113,7 +115,10 @@ TEST_F(Cli, ChangesRequestsAndConnections)
     auto const restoration = firstOfType(4);
     EXPECT_EQ(keloJson({"requests", "url", restoration})["Url"], keloJson({"requests", "show", restoration})["Url"]);
     // A referral with nothing of the partner's stays out of a refresh, but can be looked at.
-    EXPECT_EQ(idsIn(keloJson({"requests", "refresh", "--type", "7"})["New"]).size() + 1, requestsOfTypes({7}).size());
+    auto const referrals = keloJson({"requests", "refresh", "--type", "7"})["New"].toArray();
+    EXPECT_EQ(referrals.size() + 1, requestsOfTypes({7}).size());
+    EXPECT_TRUE(referrals[0]["IsZelkoPatient"].isBool());
+    EXPECT_EQ(keloJson({"requests", "show", referrals[0]["Id"].toString()}).object(), referrals[0].toObject());
     EXPECT_EQ(kelo({"requests", "show", requestsOfTypes({7}).last()["RequestId"].toString()}).exitCode, 0);
 
     auto const connection = keloJson({"connections", "start", "--token", "7F3K"})["ConnectionId"].toString();

@@ -11,7 +11,7 @@
 #include "cli/Context.h"
 #include "cli/OrderFile.h"
 #include "cli/OrderState.h"
-#include "cli/StrictJson.h"
+#include "cli/StrictReader.h"
 #include "tests/fuzz/Fuzzing.h"
 
 // The input is an order file, or an order's state file. Behind a line "=====" may stand the service's answer to the
@@ -111,10 +111,11 @@ qsizetype colonCount(QByteArray const& text)
     return count;
 }
 
-void checkStrictObject(QByteArray const& text)
+void checkStrictReading(QByteArray const& text)
 {
+    static cli::Form const form = cli::formOf(jsonSerializer::schemaOf<OrderRequest>());
     QJsonObject object;
-    if (succeeds([&] { object = cli::strictObject(u"f"_s, text); }))
+    if (succeeds([&] { object = cli::readStrictly(u"f"_s, text, form); }))
     {
         require(memberCount(object) == colonCount(text), "no member gets lost");
     }
@@ -207,7 +208,7 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
     static QByteArray const marker("\n=====\n");
     qsizetype const end = input.indexOf(marker);
     QByteArray const text = end < 0 ? input : input.left(end);
-    checkStrictObject(text);
+    checkStrictReading(text);
     checkState(text);
     checkOrder(text, end < 0 ? QByteArray() : input.mid(end + marker.size()));
     return 0;
