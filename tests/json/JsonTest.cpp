@@ -294,6 +294,8 @@ TEST(Json, TextAndDocumentReadAsTheSameWhateverTheShape)
             texts += {opened, nested, R"({"Int":7,"Other":)" + nested + '}', "[[7.5]," + nested + ']'};
         }
     }
+    // A long list whose elements are not like the first ones.
+    texts += '[' + QByteArray("0,").repeated(99) + R"({"Number":7},"text",[7.5]])";
     QByteArray const whole = QJsonDocument(QJsonArray{defaults, defaults}).toJson();
     for (qsizetype size = 1; size <= whole.size(); ++size)
     {
