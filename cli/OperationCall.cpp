@@ -1,7 +1,5 @@
 #include "cli/OperationCall.h"
 
-#include "cli/Input.h"
-
 namespace cli
 {
 
@@ -12,25 +10,8 @@ using namespace Qt::Literals::StringLiterals;
 
 auto const installationArgument = "INSTALLATION"_L1;
 
-QString usageOf(Argument const& argument)
-{
-    switch (argument.kind)
-    {
-    case ArgumentKind::Flag:
-        return argument.name + "(true|false)"_L1;
-    case ArgumentKind::Version:
-        return argument.name + "(1.2.3)"_L1;
-    case ArgumentKind::Path:
-        return argument.name + "(path)"_L1;
-    case ArgumentKind::Ids:
-        return argument.name + "(ID,ID)"_L1;
-    case ArgumentKind::Json:
-        return argument.name + "(JSON)"_L1;
-    case ArgumentKind::Id:
-        break;
-    }
-    return argument.name;
-}
+/// What stands behind an argument's name, in the order of the kinds.
+constexpr char const* forms[] = {"", "(true|false)", "(1.2.3)", "(path)", "(ID,ID)", "(JSON)"};
 
 /// The sender's references are filled in where they are missing.
 void addSender(Form& form, Context const& context)
@@ -58,7 +39,7 @@ QStringList Operation::usage() const
     {
         if (argument.name != installationArgument)
         {
-            words << usageOf(argument);
+            words << argument.name + QLatin1String(forms[static_cast<std::size_t>(argument.kind)]);
         }
     }
     return words;
@@ -117,16 +98,6 @@ void CallArguments::read(bool& value)
         throw badInput(u"The argument \"%1\" is neither true nor false."_s.arg(word));
     }
     value = word == "true"_L1;
-}
-
-void CallArguments::read(QVersionNumber& version)
-{
-    version = versionOf(nextWord());
-}
-
-void CallArguments::read(QByteArray& content)
-{
-    content = contentOf("file", nextWord());
 }
 
 void CallArguments::read(mirashare::Cases& cases)

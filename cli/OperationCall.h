@@ -10,6 +10,7 @@
 #include <QJsonObject>
 
 #include "cli/Context.h"
+#include "cli/Input.h"
 #include "cli/Listing.h"
 #include "cli/Operations.h"
 #include "cli/RecordMembers.h"
@@ -20,22 +21,16 @@ namespace cli
 
 using Interface = TessalyConnectionInterface;
 
-template <class T>
-inline constexpr ArgumentKind kindOf = ArgumentKind::Json;
-template <>
-inline constexpr ArgumentKind kindOf<QString> = ArgumentKind::Id;
-template <>
-inline constexpr ArgumentKind kindOf<collaboration::RequestKeyRequest> = ArgumentKind::Id;
-template <>
-inline constexpr ArgumentKind kindOf<collaboration::SalesOrderNumberRequest> = ArgumentKind::Id;
-template <>
-inline constexpr ArgumentKind kindOf<bool> = ArgumentKind::Flag;
-template <>
-inline constexpr ArgumentKind kindOf<QVersionNumber> = ArgumentKind::Version;
-template <>
-inline constexpr ArgumentKind kindOf<QByteArray> = ArgumentKind::Path;
-template <>
-inline constexpr ArgumentKind kindOf<mirashare::Cases> = ArgumentKind::Ids;
+// clang-format off
+template <class T> inline constexpr ArgumentKind kindOf = ArgumentKind::Json;
+template <> inline constexpr ArgumentKind kindOf<QString> = ArgumentKind::Id;
+template <> inline constexpr ArgumentKind kindOf<collaboration::RequestKeyRequest> = ArgumentKind::Id;
+template <> inline constexpr ArgumentKind kindOf<collaboration::SalesOrderNumberRequest> = ArgumentKind::Id;
+template <> inline constexpr ArgumentKind kindOf<bool> = ArgumentKind::Flag;
+template <> inline constexpr ArgumentKind kindOf<QVersionNumber> = ArgumentKind::Version;
+template <> inline constexpr ArgumentKind kindOf<QByteArray> = ArgumentKind::Path;
+template <> inline constexpr ArgumentKind kindOf<mirashare::Cases> = ArgumentKind::Ids;
+// clang-format on
 
 /// Hands out the words of the command line, each as what the operation wants, and shows what it returns.
 class CallArguments
@@ -101,8 +96,8 @@ private:
 
     void read(QString& id);
     void read(bool& value);
-    void read(QVersionNumber& version);
-    void read(QByteArray& content);
+    void read(QVersionNumber& version) { version = versionOf(nextWord()); }
+    void read(QByteArray& content) { content = contentOf("file", nextWord()); }
     void read(collaboration::RequestKeyRequest& search) { read(search.requestKey); }
     void read(collaboration::SalesOrderNumberRequest& search) { read(search.salesOrderNumber); }
     void read(mirashare::Cases& cases);
