@@ -37,14 +37,6 @@ T read(char const* json)
     return jsonSerializer::fromJson<T>(document.object());
 }
 
-template <class T>
-QByteArray written(T const& record)
-{
-    QJsonValue const json = jsonSerializer::toJson(record);
-    return (json.isArray() ? QJsonDocument(json.toArray()) : QJsonDocument(json.toObject()))
-        .toJson(QJsonDocument::Compact);
-}
-
 /// The member's number in a record that has each of the values under the key, and at last in one without the key.
 template <class Record, class Member>
 std::vector<int> numbersOf(QString const& key, Member member, char const* values)
@@ -164,9 +156,6 @@ TEST(Oddities, WhatTheNumbersAndTextsOfStatesReadAs)
 
 TEST(Oddities, StatesThatChangeOnTheirWayOut)
 {
-    UpdateConnectionStatusRequest request;
-    request.setStatus(ConnectionStatus::Stopped);
-    EXPECT_EQ(jsonSerializer::toJson(request)[u"Status"], 6);
     EXPECT_EQ(jsonSerializer::toJson(mirashare::CreateCaseRequest())[u"PatientGender"], QString());
     auto catalog = read<CatalogUpdateInfo>(R"({"Status":"Mandatory"})");
     catalog.setUpdateStatusString(u"Later"_s);
@@ -185,19 +174,16 @@ TEST(Oddities, OnlyWhatIsSetIsWritten)
     collaboration::UpdateSurgeryRequestRequest update;
     update.requestId = u"path"_s;
     update.note = QString();
-    EXPECT_EQ(
-        written(update),
-        R"({"ExistingFiles":[],"InstallationReference":"","NewFiles":[],"Note":"","UserReference":""})");
+    QJsonObject const json = jsonSerializer::toJson(update).toObject();
+    QStringList const always{
+        u"ExistingFiles"_s, u"InstallationReference"_s, u"NewFiles"_s, u"Note"_s, u"UserReference"_s};
+    EXPECT_EQ(json.keys(), always);
+    EXPECT_EQ(json[u"Note"], QString());
     GetRequestDetailsInfo details(true, QVersionNumber(1, 2), {u"a"_s}, RequestType::Unset);
-    EXPECT_EQ(written(details), R"({"GetOnlyActiveRequests":true,"RequestIds":["a"],"VersionNumber":"1.2"})");
+    EXPECT_FALSE(jsonSerializer::toJson(details).toObject().contains(u"Type"));
     details.setType(RequestType::DentalScan);
-    EXPECT_TRUE(written(details).contains(R"("Type":0)"));
-    EXPECT_FALSE(written(collaboration::CreateRequestRequest()).contains("\"Type\""));
-    EXPECT_EQ(written(mirashare::Cases{}), "[]");
-    EXPECT_EQ(written(mirashare::Cases{{u"a"_s, u"b"_s}}), R"(["a","b"])");
-    EXPECT_EQ(
-        written(mirashare::Prescription(QFileInfo(u"/data/dir/p.xml"_s), QDateTime())),
-        R"({"AcquisitionTimestamp":null,"Name":"p.xml","Type":"Full"})");
+    EXPECT_EQ(jsonSerializer::toJson(details)[u"Type"], 0);
+    EXPECT_FALSE(jsonSerializer::toJson(collaboration::CreateRequestRequest()).toObject().contains(u"Type"));
 }
 
 TEST(Oddities, ElementsThatAreNoObjectsGiveEmptyEntries)
@@ -262,7 +248,8 @@ TEST(Oddities, CaseDesignerOrdersCompareByAllTheyHold)
     CreateIPSOrderInfo const order(
         u"I1"_s, QVersionNumber(1, 2), QVersionNumber(1, 3), u"P1"_s,
         {IPSOrderItemInfo(u"A1"_s, u"M1"_s, 4), IPSOrderItemInfo()});
-    EXPECT_TRUE(read<CreateIPSOrderInfo>(written(order)) == order);
+    EXPECT_TRUE(jsonSerializer::fromJson<CreateIPSOrderInfo>(jsonSerializer::toJson(order).toObject()) == order);
+    EXPECT_FALSE(CreateIPSOrderInfo() == order);
 }
 
 } // namespace
