@@ -109,6 +109,7 @@ struct PlainRequest
     int requestType = -1;
 };
 
+// NOLINTNEXTLINE(readability-identifier-naming): the name by which that library finds it
 void from_json(nlohmann::json const& source, PlainRequest& request)
 {
     source.at("RequestId").get_to(request.requestId);

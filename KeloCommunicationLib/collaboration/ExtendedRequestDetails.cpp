@@ -5,25 +5,27 @@
 #include <KeloCommunicationLib/collaboration/internal/CollaborationFields.h>
 #include <KeloCommunicationLib/json/internal/Converters.h>
 
-using collaboration::ExtendedRequestDetails;
+namespace jsonSerializer::implementation
+{
 
-/// Not a record of the wire: only described.
+// Not a record of the wire: only described.
 template <>
-inline constexpr auto jsonSerializer::implementation::fieldsOf<ExtendedRequestDetails> =
-    fields<ExtendedRequestDetails>({
-        field<&ExtendedRequestDetails::partnershipId>(u"PartnershipId"),
-        field<&ExtendedRequestDetails::partnerId>(u"PartnerId"),
-        field<&ExtendedRequestDetails::partnerName>(u"PartnerName"),
-        flat<&ExtendedRequestDetails::requestDetails>(),
-        field<&ExtendedRequestDetails::requestType>(u"RequestType"),
-        field<&ExtendedRequestDetails::url>(u"Url"),
-        field<&ExtendedRequestDetails::restorations>(u"Restorations"),
-        field<&ExtendedRequestDetails::requesterPatientReference>(u"RequesterPatientReference"),
-        field<&ExtendedRequestDetails::orderId>(u"OrderId"),
-        field<&ExtendedRequestDetails::isZelkoPatient>(u"IsZelkoPatient"),
-    });
+inline constexpr auto fieldsOf<collaboration::ExtendedRequestDetails> = fields<collaboration::ExtendedRequestDetails>({
+    field<&collaboration::ExtendedRequestDetails::partnershipId>(u"PartnershipId"),
+    field<&collaboration::ExtendedRequestDetails::partnerId>(u"PartnerId"),
+    field<&collaboration::ExtendedRequestDetails::partnerName>(u"PartnerName"),
+    flat<&collaboration::ExtendedRequestDetails::requestDetails>(),
+    field<&collaboration::ExtendedRequestDetails::requestType>(u"RequestType"),
+    field<&collaboration::ExtendedRequestDetails::url>(u"Url"),
+    field<&collaboration::ExtendedRequestDetails::restorations>(u"Restorations"),
+    field<&collaboration::ExtendedRequestDetails::requesterPatientReference>(u"RequesterPatientReference"),
+    field<&collaboration::ExtendedRequestDetails::orderId>(u"OrderId"),
+    field<&collaboration::ExtendedRequestDetails::isZelkoPatient>(u"IsZelkoPatient"),
+});
 
-KELO_DESCRIBED(ExtendedRequestDetails);
+} // namespace jsonSerializer::implementation
+
+KELO_DESCRIBED(collaboration::ExtendedRequestDetails);
 
 namespace collaboration
 {

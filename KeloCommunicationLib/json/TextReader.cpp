@@ -2,15 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <bitset>
 #include <cfloat>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
-#include <utility>
 
 #include <simdjson.h>
 
@@ -24,39 +20,18 @@ namespace
 
 namespace ondemand = simdjson::ondemand;
 
-/// Thrown when the document has to decide.
-struct OutOfTheOrdinary
-{
-};
-
+/// Leaves what is out of the ordinary to the document.
 void require(bool isOrdinary)
 {
     if (!isOrdinary)
     {
-        throw OutOfTheOrdinary();
+        throw simdjson::simdjson_error(simdjson::UNEXPECTED_ERROR);
     }
 }
 
 bool contains(std::string_view text, char character)
 {
     return std::memchr(text.data(), character, text.size()) != nullptr;
-}
-
-bool isAscii(std::string_view text)
-{
-    std::uint64_t bits = 0;
-    std::size_t at = 0;
-    for (; at + sizeof(bits) <= text.size(); at += sizeof(bits))
-    {
-        std::uint64_t piece = 0;
-        std::memcpy(&piece, text.data() + at, sizeof(piece));
-        bits |= piece;
-    }
-    for (; at < text.size(); ++at)
-    {
-        bits |= static_cast<unsigned char>(text[at]);
-    }
-    return (bits & 0x8080808080808080U) == 0;
 }
 
 /// The members of one object: those of the record with those of embedded records.
@@ -70,6 +45,7 @@ public:
         std::size_t size; ///< of the key
     };
 
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only the first `size_` members are ever looked at
     Members(void* record, Table table) { add(record, table); }
 
     /// The member whose key begins here, if it is the next row's; services write members in one order. A key that comes
@@ -126,7 +102,7 @@ private:
         return &members_[at];
     }
 
-    std::array<Member, capacity> members_; // NOLINT: only the first `size_` are ever looked at
+    std::array<Member, capacity> members_;
     std::bitset<capacity> seen_;
     std::size_t size_ = 0;
     std::size_t next_ = 0;
@@ -161,10 +137,10 @@ private:
     static constexpr std::size_t sampleSize = 32;
 
     template <class Result>
-    static auto&& checked(Result&& result)
+    static auto& checked(Result& result)
     {
         require(result.error() == simdjson::SUCCESS);
-        return std::forward<Result>(result).value_unsafe();
+        return result.value_unsafe();
     }
 
     class Level
@@ -208,7 +184,7 @@ private:
         Members members(record, table);
         for (auto result : object)
         {
-            ondemand::field&& field = checked(std::move(result));
+            ondemand::field& field = checked(result);
             Members::Member const* member = members.findNext(field.key().raw());
             if (member == nullptr)
             {
@@ -244,7 +220,7 @@ private:
         char const* first = nullptr;
         for (auto result : array)
         {
-            ondemand::value&& element = checked(std::move(result));
+            ondemand::value& element = checked(result);
             if (depth_ == 1 && count <= sampleSize)
             {
                 char const* const here = element.raw_json_token().data();
@@ -275,7 +251,7 @@ private:
         int count = 0;
         for (auto result : object)
         {
-            ondemand::field&& field = checked(std::move(result));
+            ondemand::field& field = checked(result);
             require(++count == 1);
             keyOf(field);
             readElements(field.value().get_array(), list, target);
@@ -348,10 +324,6 @@ private:
             require(quote != 0 && token[quote] == '"');
             text = token.substr(1, quote - 1);
         }
-        if (isAscii(text))
-        {
-            return QLatin1String(text.data(), static_cast<qsizetype>(text.size()));
-        }
         // Qt takes it for a byte order mark in one of its two ways from bytes to text.
         require(text.substr(0, 3) != "\xEF\xBB\xBF");
         return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -377,14 +349,14 @@ private:
         case ondemand::json_type::array:
             for (auto result : json.get_array())
             {
-                ondemand::value&& element = checked(std::move(result));
+                ondemand::value& element = checked(result);
                 pass(element);
             }
             break;
         case ondemand::json_type::object:
             for (auto result : json.get_object())
             {
-                ondemand::field&& field = checked(std::move(result));
+                ondemand::field& field = checked(result);
                 keyOf(field);
                 pass(field.value());
             }
@@ -402,39 +374,6 @@ private:
     int depth_ = 0;
 };
 
-/// A parser for one text. One is kept for the next, unless a large text has made it large.
-class ParserLoan
-{
-public:
-    ParserLoan() : parser_(idle.exchange(nullptr))
-    {
-        if (parser_ == nullptr)
-        {
-            parser_ = std::make_unique<ondemand::parser>();
-        }
-    }
-
-    ParserLoan(ParserLoan const&) = delete;
-    ParserLoan& operator=(ParserLoan const&) = delete;
-
-    ~ParserLoan()
-    {
-        // Not quite six bytes for each of the text.
-        constexpr std::size_t mostMemory = 16 * 1024 * 1024;
-        if (parser_->capacity() <= mostMemory / 6)
-        {
-            parser_.reset(idle.exchange(parser_.release()));
-        }
-    }
-
-    ondemand::parser& operator*() const { return *parser_; }
-
-private:
-    static inline std::atomic<ondemand::parser*> idle{nullptr};
-
-    std::unique_ptr<ondemand::parser> parser_;
-};
-
 } // namespace
 
 bool readText(Type const& type, void* value, QByteArray const& text)
@@ -447,21 +386,24 @@ bool readText(Type const& type, void* value, QByteArray const& text)
         padded.append(text.constData(), text.size());
         return readText(type, value, padded);
     }
+    // Not quite six bytes for each of the text are kept for the next one.
+    constexpr std::size_t largestKept = std::size_t{16} * 1024 * 1024 / 6;
+    thread_local ondemand::parser parser;
+    bool isRead = true;
     try
     {
-        ParserLoan const parser;
-        ondemand::document document = (*parser).iterate(text.constData(), size, size + simdjson::SIMDJSON_PADDING);
+        ondemand::document document = parser.iterate(text.constData(), size, size + simdjson::SIMDJSON_PADDING);
         TextReader(text).readWhole(document, type, value);
-        return true;
-    }
-    catch (OutOfTheOrdinary const&)
-    {
-        return false;
     }
     catch (simdjson::simdjson_error const&)
     {
-        return false;
+        isRead = false;
     }
+    if (parser.capacity() > largestKept)
+    {
+        parser = ondemand::parser();
+    }
+    return isRead;
 }
 
 void readDocument(Type const& type, void* value, QJsonDocument const& document)
