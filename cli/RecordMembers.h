@@ -16,6 +16,9 @@ struct PathMember
     Target target;
 };
 
+template <class Target>
+PathMember(char const*, Target) -> PathMember<Target>;
+
 template <class Record>
 inline constexpr std::nullptr_t pathMember = nullptr;
 

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 #include <QDate>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QStringList>
 #include <QUrl>
 #include <QVersionNumber>
@@ -107,52 +107,60 @@ void checkText(Form const& form, QString const& text)
     }
 }
 
-/// The value as the record takes it.
-QJsonValue checkedScalar(Form const& form, QJsonValue const& json)
+/// What a value of the kind is called, in the order of the kinds.
+constexpr char const* wantedTexts[] = {
+    "a text",
+    "true or false",
+    "a whole number",
+    "a whole number from 0",
+    "a number",
+    "a day of the form 2026-12-31",
+    "a time of the form 2026-12-31T12:00:00Z",
+    "a text with a version such as 3.1.0",
+    "a text with a URL"};
+
+bool hasKind(ValueKind kind, QJsonValue const& json)
 {
     constexpr double mostExact = 9007199254740991.0; // beyond it JSON's numbers have gaps
     QString const text = json.toString();
+    switch (kind)
+    {
+    case ValueKind::Boolean:
+        return json.isBool();
+    case ValueKind::Integer:
+        return isInt(json);
+    case ValueKind::Size:
+        return isWhole(json, 0, mostExact);
+    case ValueKind::Number:
+        return json.isDouble();
+    case ValueKind::Date:
+        return json.isString() && (text.isEmpty() || QDate::fromString(text, u"yyyy-MM-dd"_s).isValid());
+    case ValueKind::DateTime:
+        return QDateTime::fromString(text, Qt::ISODateWithMs).isValid();
+    case ValueKind::Version:
+        return json.isString() && isVersion(text);
+    case ValueKind::Url:
+        return json.isString() && QUrl(text, QUrl::StrictMode).errorString().isEmpty();
+    default:
+        return json.isString();
+    }
+}
+
+/// The value as the record takes it.
+QJsonValue checkedScalar(Form const& form, QJsonValue const& json)
+{
     if (form.wire == WireForm::DecimalText)
     {
         return decimalText(json);
     }
-    if (form.wire == WireForm::NullOrUsual && json.isNull())
+    if (form.kind == ValueKind::Enumeration)
     {
-        return json;
-    }
-    switch (form.kind)
-    {
-    case ValueKind::Boolean:
-        require(json.isBool(), u"true or false"_s);
-        break;
-    case ValueKind::Integer:
-        require(isInt(json), u"a whole number"_s);
-        break;
-    case ValueKind::Size:
-        require(isWhole(json, 0, mostExact), u"a whole number from 0"_s);
-        break;
-    case ValueKind::Number:
-        require(json.isDouble(), u"a number"_s);
-        break;
-    case ValueKind::Date:
-        require(
-            json.isString() && (text.isEmpty() || QDate::fromString(text, u"yyyy-MM-dd"_s).isValid()),
-            u"a day of the form 2026-12-31"_s);
-        break;
-    case ValueKind::DateTime:
-        require(QDateTime::fromString(text, Qt::ISODateWithMs).isValid(), u"a time of the form 2026-12-31T12:00:00Z"_s);
-        break;
-    case ValueKind::Version:
-        require(json.isString() && isVersion(text), u"a text with a version such as 3.1.0"_s);
-        break;
-    case ValueKind::Url:
-        require(json.isString() && QUrl(text, QUrl::StrictMode).errorString().isEmpty(), u"a text with a URL"_s);
-        break;
-    case ValueKind::Enumeration:
         return enumeration(form, json);
-    default:
-        require(json.isString(), u"a text"_s);
-        checkText(form, text);
+    }
+    if (form.wire != WireForm::NullOrUsual || !json.isNull())
+    {
+        require(hasKind(form.kind, json), QLatin1String(wantedTexts[static_cast<std::size_t>(form.kind)]));
+        checkText(form, json.toString());
     }
     return json;
 }
