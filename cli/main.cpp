@@ -58,8 +58,15 @@ private:
     Value<bool> json_, verbose_;
 };
 
-/// Adds the command; when the command line calls it, `action` is set.
-void addCommand(CLI::App& app, cli::Command const& command, cli::Action& action)
+/// What the command line calls.
+struct Called
+{
+    cli::Action action;
+    bool isOffline = false;
+};
+
+/// Adds the command; when the command line calls it, `called` is set.
+void addCommand(CLI::App& app, cli::Command const& command, Called& called)
 {
     std::string const path = command.path;
     auto const space = path.find(' ');
@@ -68,12 +75,12 @@ void addCommand(CLI::App& app, cli::Command const& command, cli::Action& action)
     own.footer(std::string("Example:\n  ") + command.example + "\n\nOptions that all commands have: kelo --help");
     cli::Arguments arguments(own);
     own.callback(
-        [&own, &action, declared = command.declare(arguments)]
+        [&own, &called, declared = Called{command.declare(arguments), command.isOffline}]
         {
             // Called after the callback of a second word, which has said already what is to be done.
             if (own.get_subcommands().empty())
             {
-                action = declared;
+                called = declared;
             }
         });
 }
@@ -91,12 +98,12 @@ QString mistake(CLI::App const& app, CLI::ParseError const& error)
 }
 
 /// Runs the action; the trace is written whether it succeeds or not.
-void run(cli::Action const& action, cli::CommonOptions const& options)
+void run(Called const& called, cli::CommonOptions const& options)
 {
-    cli::Context context(options);
+    cli::Context context = called.isOffline ? cli::Context(cli::Output(options.json)) : cli::Context(options);
     try
     {
-        action(context);
+        called.action(context);
     }
     catch (cli::Failure const&)
     {
@@ -114,14 +121,14 @@ cli::ExitCode start(int argc, char** argv)
     app.require_subcommand(1);
     app.footer(exitCodes);
     CommonArguments const common{cli::Arguments(app)};
-    cli::Action action;
+    Called called;
     for (auto const& group : cli::commandGroups)
     {
         app.add_subcommand(group.name, group.summary)->require_subcommand(1);
     }
     for (auto const& command : cli::commands)
     {
-        addCommand(app, command, action);
+        addCommand(app, command, called);
     }
     try
     {
@@ -141,7 +148,7 @@ cli::ExitCode start(int argc, char** argv)
     QCoreApplication const application(argc, argv);
     // Output is UTF-8 whatever the user's locale is, and so must be the table of the characters' widths.
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    run(action, common.options());
+    run(called, common.options());
     return cli::ExitCode::Success;
 }
 

@@ -17,10 +17,11 @@ using Declaration = Action(Arguments& arguments);
 /// A command: one file in this folder, its declaration here, and one row in `commands`.
 struct Command
 {
-    char const* path; ///< the words that call it
-    char const* summary;
-    char const* example;
-    Declaration* declare;
+    char const* path = nullptr; ///< the words that call it
+    char const* summary = nullptr;
+    char const* example = nullptr;
+    Declaration* declare = nullptr;
+    bool isOffline = false; ///< needs no service, and gets a context without one
 };
 
 /// The first word of commands that consist of two.
@@ -37,7 +38,7 @@ Declaration sessionsCreate;
 Declaration partnersAccounts, partnersList, partnersTest;
 Declaration casesAdd, casesCreate, casesList, casesPortal, casesRefresh, casesShare;
 Declaration account, documents, keys, software, statsUpload, studies, users;
-Declaration call;
+Declaration call, describe;
 Declaration ordersCreate, ordersFinish, ordersPrice, ordersStatus, ordersUpload, ordersWatch;
 Declaration addresses, articles, catalog, shellsDownload, shellsList;
 
@@ -97,6 +98,7 @@ inline constexpr Command commands[] = {
     {"keys", "Shows the authentication keys of outside parties", "kelo keys --with-secrets", keys},
     {"stats upload", "Uploads a usage statistics file", "kelo stats upload usage.bin --id DailyUsage --stats-url https://stats.example", statsUpload},
     {"call", "Calls any operation of the library and shows its reply", "kelo call getUsersForLicense", call},
+    {"describe", "Prints the service as an OpenAPI document", "kelo describe > openapi.json", describe, true},
 };
 // clang-format on
 
