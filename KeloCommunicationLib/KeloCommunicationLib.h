@@ -2,12 +2,14 @@
 
 /// Everything that a host application uses.
 
+#include <KeloCommunicationLib/account/AccountOperations.h>
 #include <KeloCommunicationLib/account/AccountRecords.h>
 #include <KeloCommunicationLib/account/AccountSettingsRetriever.h>
 #include <KeloCommunicationLib/account/DocumentRecords.h>
 #include <KeloCommunicationLib/account/UserRecords.h>
 #include <KeloCommunicationLib/account/VantorStats.h>
 #include <KeloCommunicationLib/account/VantorStatsConnection.h>
+#include <KeloCommunicationLib/collaboration/CollaborationOperations.h>
 #include <KeloCommunicationLib/collaboration/CollaborationRecords.h>
 #include <KeloCommunicationLib/collaboration/ConnectionRecords.h>
 #include <KeloCommunicationLib/collaboration/QueryRecords.h>
@@ -20,11 +22,14 @@
 #include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionProxy.h>
 #include <KeloCommunicationLib/json/JsonSerializer.h>
+#include <KeloCommunicationLib/json/RecordSchema.h>
 #include <KeloCommunicationLib/orders/CatalogRecords.h>
+#include <KeloCommunicationLib/orders/OrderOperations.h>
 #include <KeloCommunicationLib/orders/OrderRecords.h>
 #include <KeloCommunicationLib/orders/PriceRecords.h>
 #include <KeloCommunicationLib/orders/TempShellRecords.h>
 #include <KeloCommunicationLib/partners/MiraShareRecords.h>
+#include <KeloCommunicationLib/partners/PartnerOperations.h>
 #include <KeloCommunicationLib/partners/PartnerRecords.h>
 #include <platform/core/HostEnvironment.h>
 #include <platform/core/HostInfo.h>

@@ -16,7 +16,7 @@ Action partnersAccounts(Arguments& /*arguments*/)
         showTable(
             context.output(), described(accounts),
             {{u"PartnerConnectionId"_s, u"CONNECTION"_s},
-             {u"GivenName"_s, u"NAME"_s},
+             {u"GivenName"_s, u"GIVEN NAME"_s},
              {u"UserName"_s, u"USER"_s},
              {u"PartnerId"_s, u"PARTNER"_s},
              {u"PartnerName"_s, u"PARTNER NAME"_s},
