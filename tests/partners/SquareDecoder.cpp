@@ -1,5 +1,5 @@
-// An image format for tests: "SQUARE 16" is 16 x 16 pixels. As with some formats that hosts install, its decoder does
-// not tell the size before it has decoded.
+// An image format for tests, as hosts may install others: "SQUARE 5 16" says beforehand that it has 5 x 5 pixels and is
+// decoded to 16 x 16; with -1 it cannot tell beforehand.
 #define QT_STATICPLUGIN
 #include <QImage>
 #include <QImageIOHandler>
@@ -14,13 +14,19 @@ class SquareDecoder : public QImageIOHandler
 public:
     bool canRead() const override { return true; }
 
+    bool supportsOption(ImageOption option) const override { return option == Size; }
+
+    QVariant option(ImageOption) const override { return QSize(number(1), number(1)); }
+
     bool read(QImage* image) override
     {
-        int const side = device()->readAll().mid(7).toInt();
-        *image = QImage(side, side, QImage::Format_Mono);
+        *image = QImage(number(2), number(2), QImage::Format_Mono);
         image->fill(0);
         return true;
     }
+
+private:
+    int number(int index) const { return device()->peek(100).split(' ').value(index).toInt(); }
 };
 
 class SquareFormat : public QImageIOPlugin
