@@ -337,8 +337,8 @@ TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOld
     {
         rest::RestReply<std::vector<RequestInfo>> newer;
         rest::RestReply<std::vector<RequestInfo>> older;
-        int finished;
-        char const* removed;
+        int finished = 0;
+        char const* removed = "";
     } const rows[] = {{good, good, 2, "by the newer"}, {bad, good, 1, "by the older"}, {good, bad, 1, "by the newer"}};
     for (auto const& row : rows)
     {
