@@ -108,6 +108,23 @@ private:
     std::size_t next_ = 0;
 };
 
+/// As deep as any reply is; the document goes deeper.
+constexpr int deepest = 128;
+
+/// Whether a long text begins deeper than any reply is: to index all of it would take several times its size.
+bool beginsTooDeep(QByteArray const& text)
+{
+    constexpr qsizetype longText = 65536;
+    int depth = 0;
+    int most = 0;
+    for (char const character : text.size() < longText ? QByteArrayView() : QByteArrayView(text).first(longText))
+    {
+        depth += character == '[' || character == '{' ? 1 : character == ']' || character == '}' ? -1 : 0;
+        most = std::max(most, depth);
+    }
+    return most > deepest;
+}
+
 /// Walks a text once, in its order, and leaves nothing unlooked at: what is not JSON anywhere is not JSON at all.
 class TextReader
 {
@@ -132,8 +149,6 @@ public:
     }
 
 private:
-    /// As deep as any reply is; the document goes deeper.
-    static constexpr int deepest = 128;
     static constexpr std::size_t sampleSize = 32;
 
     template <class Result>
@@ -378,6 +393,10 @@ private:
 
 bool readText(Type const& type, void* value, QByteArray const& text)
 {
+    if (beginsTooDeep(text))
+    {
+        return false;
+    }
     auto const size = static_cast<std::size_t>(text.size());
     if (static_cast<std::size_t>(text.capacity()) < size + simdjson::SIMDJSON_PADDING)
     {
