@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <vector>
@@ -118,12 +117,6 @@ constexpr Type listOf(Type const& items)
     };
     return list;
 }
-
-template <class Conversion, class T>
-concept Reads = requires(T& value, Scalar& scalar)
-{
-    Conversion::read(value, scalar);
-};
 
 /// How `T` stands on the wire by the rules of `Conversion`, with its type taken away.
 template <class T, class Conversion>
