@@ -121,11 +121,6 @@ bool SharedStateBase::waitUntil(WaitDriver::Deadline deadline)
         driver->driveUntil(done, deadline);
         return isFinished();
     }
-    if (WaitDriver* const driver = WaitDriver::common(); driver != nullptr && isUnobserved() && driver->takeOver())
-    {
-        attach(Task([driver] { driver->wake(); }));
-        driver->lendUntil(done, deadline);
-    }
     std::unique_lock lock(mutex_);
     if (!deadline)
     {
@@ -133,13 +128,6 @@ bool SharedStateBase::waitUntil(WaitDriver::Deadline deadline)
         return true;
     }
     return finished_.wait_until(lock, *deadline, done);
-}
-
-bool SharedStateBase::isUnobserved()
-{
-    // Others would be told on this thread, and it could not return from the wait before they do.
-    std::lock_guard const lock(mutex_);
-    return continuations_.empty() && !signals_;
 }
 
 void SharedStateBase::announceWaiting()

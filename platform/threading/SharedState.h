@@ -71,7 +71,6 @@ private:
 
     bool waitUntil(WaitDriver::Deadline deadline);
     void announceWaiting();
-    bool isUnobserved();
     bool claimAndCancel(Task& handler);
     void leavePending(Phase phase);
 

@@ -1,6 +1,5 @@
 #include <platform/threading/WaitDriver.h>
 
-#include <atomic>
 #include <utility>
 
 namespace threading
@@ -10,18 +9,10 @@ namespace
 {
 
 thread_local std::shared_ptr<WaitDriver> driverOfThisThread;
-std::atomic<WaitDriver*> commonDriver{nullptr};
 
 } // namespace
 
 WaitDriver::~WaitDriver() = default;
-
-bool WaitDriver::takeOver()
-{
-    return false;
-}
-
-void WaitDriver::lendUntil(std::function<bool()> const&, Deadline) {}
 
 std::shared_ptr<WaitDriver> WaitDriver::current()
 {
@@ -31,16 +22,6 @@ std::shared_ptr<WaitDriver> WaitDriver::current()
 void WaitDriver::install(std::shared_ptr<WaitDriver> driver)
 {
     driverOfThisThread = std::move(driver);
-}
-
-WaitDriver* WaitDriver::common()
-{
-    return commonDriver.load(std::memory_order_acquire);
-}
-
-void WaitDriver::offer(WaitDriver* driver)
-{
-    commonDriver.store(driver, std::memory_order_release);
 }
 
 } // namespace threading

@@ -27,21 +27,10 @@ public:
     /// Makes a running `driveUntil` look at its condition again; called from any thread.
     virtual void wake() = 0;
 
-    /// A thread without a driver that is about to wait asks for the work, to do it itself instead of waiting for
-    /// another thread to be woken. True only while nobody does the work and one call of this thread is all there is;
-    /// `lendUntil` must follow.
-    virtual bool takeOver();
-    /// Works on the calling thread until `done()` or the deadline, or until others have work, too. Gives the work back.
-    virtual void lendUntil(std::function<bool()> const& done, Deadline deadline);
-
     /// The driver of the calling thread, or null.
     static std::shared_ptr<WaitDriver> current();
     /// Installs the calling thread's driver; null takes it away.
     static void install(std::shared_ptr<WaitDriver> driver);
-
-    /// The driver that asks threads without one of their own to lend themselves, or null. It is never destroyed.
-    static WaitDriver* common();
-    static void offer(WaitDriver* driver);
 };
 
 } // namespace threading

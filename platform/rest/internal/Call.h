@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -18,6 +19,12 @@ class Session;
 class Transfer;
 
 using Clock = std::chrono::steady_clock;
+
+/// When a time-out that runs since `start` is over; never, if it is absurdly long.
+inline Clock::time_point timeOut(Clock::time_point start, std::chrono::milliseconds duration)
+{
+    return start + std::min<std::chrono::milliseconds>(duration, std::chrono::hours(24 * 365));
+}
 
 /// Error numbers of replies for which no exchange took place; those of the exchange itself are libcurl's, which are
 /// positive.
@@ -56,7 +63,7 @@ struct Request
     bool verifiesCertificates = true;
     bool usesSystemProxies = false;
     bool isTraced = false;
-    bool acceptsAnyType = false; ///< else JSON
+    bool isDownload = false; ///< of any type of content; else the reply is JSON
 };
 
 /// How an exchange ended: with an HTTP status, or with an error number and text.

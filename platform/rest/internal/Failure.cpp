@@ -52,6 +52,7 @@ CURLcode errorNumber(Failure failure, CURLcode result)
     case Failure::None:
         return result;
     case Failure::TimedOut:
+    case Failure::NeverSent:
         return CURLE_OPERATION_TIMEDOUT;
     case Failure::ReplyTooLarge:
     case Failure::HeadersTooLarge:
@@ -73,6 +74,10 @@ QString describeFailure(Failure failure, CURLcode result, QString const& detail,
     {
     case Failure::TimedOut:
         return timeoutText(request, host);
+    case Failure::NeverSent:
+        return QStringLiteral("Time-out: the request to %1 did not get its turn within %2 ms and was not sent.")
+            .arg(host)
+            .arg(request.timeout.count());
     case Failure::ReplyTooLarge:
         return QStringLiteral("The answer of %1 is larger than %2 bytes.").arg(host).arg(request.replySizeLimit);
     case Failure::HeadersTooLarge:
@@ -87,6 +92,14 @@ QString describeFailure(Failure failure, CURLcode result, QString const& detail,
         break;
     }
     return QStringLiteral("%1 (%2)").arg(ownText(result).arg(host), detail);
+}
+
+Outcome neverSent(Request const& request)
+{
+    Outcome outcome;
+    outcome.error = static_cast<int>(errorNumber(Failure::NeverSent, CURLE_OK));
+    outcome.errorText = describeFailure(Failure::NeverSent, CURLE_OK, {}, request);
+    return outcome;
 }
 
 } // namespace rest

@@ -14,6 +14,7 @@ enum class Failure : int
 {
     None,
     TimedOut,
+    NeverSent, ///< timed out while it waited for its turn
     ReplyTooLarge,
     HeadersTooLarge,
     BadCompression,
@@ -26,5 +27,8 @@ CURLcode errorNumber(Failure failure, CURLcode result);
 
 /// A sentence for people, without secrets; `detail` is libcurl's own text.
 QString describeFailure(Failure failure, CURLcode result, QString const& detail, Request const& request);
+
+/// How a call ends that has waited for its turn too long.
+Outcome neverSent(Request const& request);
 
 } // namespace rest

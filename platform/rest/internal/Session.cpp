@@ -142,7 +142,7 @@ threading::Future<void> Session::download(
     Request request;
     request.timeout = positiveOr(timeout, defaultTimeout_.load());
     request.timeoutKind = Request::TimeoutKind::Idle;
-    request.acceptsAnyType = true;
+    request.isDownload = true;
     auto const refusal = prepare(request, url, true);
     auto const call = std::make_shared<DownloadCall>(shared_from_this(), std::move(request), std::move(callback));
     threading::Future<void> future = call->future();

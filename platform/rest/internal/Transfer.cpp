@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include <platform/rest/internal/ReplyBuffer.h>
 
@@ -15,7 +16,6 @@ namespace
 constexpr qsizetype headerLimit = qsizetype(256) * 1024;
 constexpr int redirectLimit = 5;
 constexpr qint64 largestReservation = qint64(16) * 1024 * 1024;
-constexpr std::chrono::hours longestTimeout{24 * 365};
 
 /// The request headers that differ between kinds of requests; made once, shared by all handles.
 class HeaderLists
@@ -26,7 +26,7 @@ public:
         static HeaderLists const lists;
         if (request.method == HttpMethod::Get)
         {
-            return request.acceptsAnyType ? nullptr : lists.read_;
+            return request.isDownload ? nullptr : lists.read_;
         }
         switch (request.content)
         {
@@ -71,8 +71,13 @@ bool isRedirect(long status)
 
 } // namespace
 
-Transfer::Transfer(std::shared_ptr<Call> call, OriginQueue& queue)
-    : call_(std::move(call)), queue_(queue), url_(call_->request().url), started_(Clock::now()), lastProgress_(started_)
+Transfer::Transfer(std::shared_ptr<Call> call, OriginQueue& queue, CURLSH* share)
+    : call_(std::move(call)),
+      queue_(queue),
+      share_(share),
+      url_(call_->request().url),
+      started_(Clock::now()),
+      lastProgress_(started_)
 {
     beginExchange();
 }
@@ -96,6 +101,7 @@ void Transfer::beginExchange()
     // libcurl 7.88 uses freed memory when a handle is not new and an answer's first header is a folded line.
     handle_.reset(curl_easy_init());
     attempts_ = 0;
+    bodySent_ = 0;
     headerBytes_ = 0;
     isHeadComplete_ = false;
     body_.clear();
@@ -114,13 +120,15 @@ void Transfer::beginExchange()
 
 void Transfer::configureConnection(Request const& request)
 {
-    Proxy const& proxy = queue_.proxy;
+    Proxy const& proxy = *queue_.proxy;
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_NOSIGNAL, 1L);
     // Without it, ending a transfer would wait for a name look-up that still runs.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_TCP_NODELAY, 1L);
-    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
+    // Over HTTP/2 libcurl 7.88 cannot tell a request that the server refused from one that it may have processed.
+    set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    set(CURLOPT_SHARE, share_);
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_SSL_VERIFYPEER, request.verifiesCertificates ? 1L : 0L);
     set(CURLOPT_SSL_VERIFYHOST, request.verifiesCertificates ? 2L : 0L);
@@ -151,8 +159,18 @@ void Transfer::configureCallbacks()
                                 { return static_cast<Self>(self)->takeHeader(line, size); });
     set(CURLOPT_PREREQDATA, this);
     set(
-        CURLOPT_PREREQFUNCTION,
-        +[](void* self, char*, char*, int, int) { return static_cast<Self>(self)->beforeRequest(); });
+        CURLOPT_PREREQFUNCTION, +[](void* self, char*, char*, int, int localPort)
+                                { return static_cast<Self>(self)->beforeRequest(localPort); });
+    // These belong to the connection, which may outlive this transfer, but not its origin's queue.
+    Connections* const connections = &queue_.connections;
+    set(CURLOPT_OPENSOCKETDATA, connections);
+    set(
+        CURLOPT_OPENSOCKETFUNCTION, +[](void* self, curlsocktype, curl_sockaddr* address)
+                                    { return static_cast<Connections*>(self)->open(*address); });
+    set(CURLOPT_CLOSESOCKETDATA, connections);
+    set(
+        CURLOPT_CLOSESOCKETFUNCTION,
+        +[](void* self, curl_socket_t socket) { return static_cast<Connections*>(self)->close(socket); });
     set(CURLOPT_READDATA, this);
     set(
         CURLOPT_READFUNCTION, +[](char* buffer, std::size_t, std::size_t capacity, void* self)
@@ -172,6 +190,9 @@ void Transfer::configureRequest(Request const& request)
         set(CURLOPT_USERNAME, request.username.constData());
         set(CURLOPT_PASSWORD, request.password.constData());
     }
+    // An unfit connection may have fellows.
+    bool const mustBeNew = std::exchange(isUnfit_, false);
+    set(CURLOPT_FRESH_CONNECT, mustBeNew ? 1L : 0L);
     if (!isWrite())
     {
         return;
@@ -189,7 +210,7 @@ void Transfer::configureRequest(Request const& request)
         set(CURLOPT_POST, 1L);
         set(CURLOPT_POSTFIELDSIZE_LARGE, size);
     }
-    set(CURLOPT_FRESH_CONNECT, size == 0 ? 1L : 0L);
+    set(CURLOPT_FRESH_CONNECT, mustBeNew || size == 0 ? 1L : 0L);
 }
 
 bool Transfer::isWrite() const
@@ -201,7 +222,7 @@ Clock::time_point Transfer::deadline() const
 {
     Request const& request = call_->request();
     bool const isTotal = request.timeoutKind == Request::TimeoutKind::Total;
-    return (isTotal ? started_ : lastProgress_) + std::min<std::chrono::milliseconds>(request.timeout, longestTimeout);
+    return timeOut(isTotal ? started_ : lastProgress_, request.timeout);
 }
 
 void Transfer::markTimedOut()
@@ -209,17 +230,15 @@ void Transfer::markTimedOut()
     failure_ = Failure::TimedOut;
 }
 
-bool Transfer::followRedirect()
+bool Transfer::beginNext(CURLcode result)
 {
-    Request const& request = call_->request();
-    char const* const location = info<char const*>(CURLINFO_REDIRECT_URL);
-    if (isWrite() || location == nullptr || redirects_ == redirectLimit
-        || !isRedirect(info<long>(CURLINFO_RESPONSE_CODE)))
+    judgeConnection(result);
+    if (isUnfit_ && failure_ == Failure::None)
     {
-        return false;
+        beginExchange();
+        return true;
     }
-    QUrl const target = QUrl::fromEncoded(location);
-    if (!target.isValid() || originOf(target) != request.origin)
+    if (!isRedirected(result))
     {
         return false;
     }
@@ -229,14 +248,35 @@ bool Transfer::followRedirect()
         traces_.back().responseBody = body_;
     }
     ++redirects_;
-    url_ = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment).toEncoded();
+    url_ = QUrl::fromEncoded(info<char const*>(CURLINFO_REDIRECT_URL))
+               .adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment)
+               .toEncoded();
     beginExchange();
     return true;
 }
 
-bool Transfer::answeredOverHttp2() const
+void Transfer::judgeConnection(CURLcode result)
 {
-    return info<long>(CURLINFO_HTTP_VERSION) == CURL_HTTP_VERSION_2_0;
+    if (headerBytes_ > 0)
+    {
+        queue_.connections.answered(localPort_);
+    }
+    else if (result != CURLE_OK && isReused_ && !isUnfit_)
+    {
+        queue_.connections.foundDead(started_);
+    }
+}
+
+bool Transfer::isRedirected(CURLcode result)
+{
+    char const* const location = info<char const*>(CURLINFO_REDIRECT_URL);
+    if (result != CURLE_OK || isWrite() || location == nullptr || redirects_ == redirectLimit
+        || !isRedirect(info<long>(CURLINFO_RESPONSE_CODE)))
+    {
+        return false;
+    }
+    QUrl const target = QUrl::fromEncoded(location);
+    return target.isValid() && originOf(target) == call_->request().origin;
 }
 
 Outcome Transfer::end(CURLcode result)
@@ -289,15 +329,28 @@ QString Transfer::failureText(CURLcode result, bool maybeProcessed) const
     return text;
 }
 
-int Transfer::beforeRequest()
+int Transfer::beforeRequest(long localPort)
 {
-    // The request is sent right after this. libcurl repeats requests on its own when a connection dies early; a write
-    // is not repeated.
-    if (++attempts_ > 1 && isWrite())
+    Connections& connections = queue_.connections;
+    if (++attempts_ > 1)
     {
-        failure_ = Failure::WouldRepeatWrite;
+        // libcurl repeats requests on its own when a kept connection dies early; a write is not repeated.
+        connections.foundDead(started_);
+        if (isWrite())
+        {
+            failure_ = Failure::WouldRepeatWrite;
+            return CURL_PREREQFUNC_ABORT;
+        }
+    }
+    localPort_ = localPort;
+    isReused_ = info<long>(CURLINFO_NUM_CONNECTS) == 0;
+    isUnfit_ = isReused_ && !connections.isFit(localPort, handle());
+    if (isUnfit_)
+    {
         return CURL_PREREQFUNC_ABORT;
     }
+    bool const isTotal = call_->request().timeoutKind == Request::TimeoutKind::Total;
+    connections.begin(localPort, isTotal ? Connections::acknowledgement : call_->request().timeout);
     return CURL_PREREQFUNC_OK;
 }
 
@@ -317,7 +370,7 @@ std::size_t Transfer::readBody(char* buffer, std::size_t capacity)
 
 std::size_t Transfer::writeBody(char const* data, std::size_t size)
 {
-    lastProgress_ = Clock::now();
+    queue_.lastByte = lastProgress_ = Clock::now();
     try
     {
         if (appendBody(data, static_cast<qsizetype>(size)))
@@ -363,7 +416,7 @@ bool Transfer::appendBody(char const* data, qsizetype size)
 
 std::size_t Transfer::takeHeader(char const* line, std::size_t size)
 {
-    lastProgress_ = Clock::now();
+    queue_.lastByte = lastProgress_ = Clock::now();
     headerBytes_ += static_cast<qsizetype>(size);
     if (headerBytes_ > headerLimit)
     {

@@ -19,12 +19,12 @@
 namespace rest
 {
 
-/// A call on the network, from its request to its answer: perhaps some `followRedirect`, then `end`. Every exchange has
-/// a libcurl easy handle of its own.
+/// A call on the network, from its request to its answer: perhaps some `beginNext`, then `end`. Every exchange has a
+/// libcurl easy handle of its own.
 class Transfer
 {
 public:
-    Transfer(std::shared_ptr<Call> call, OriginQueue& queue);
+    Transfer(std::shared_ptr<Call> call, OriginQueue& queue, CURLSH* share);
     Transfer(Transfer const&) = delete;
     Transfer& operator=(Transfer const&) = delete;
     ~Transfer() = default;
@@ -39,10 +39,9 @@ public:
     Clock::time_point deadline() const;
     /// Makes `end` report a time-out.
     void markTimedOut();
-    /// True if the answer is a redirect to be followed: `handle` is then another one, ready for the next exchange. The
-    /// present one must be off the network.
-    bool followRedirect();
-    bool answeredOverHttp2() const;
+    /// True if one more exchange must follow the one that has ended with `result`: the answer is a redirect, or the
+    /// kept connection was not fit for the request. `handle` is then another one; the former must be off the network.
+    bool beginNext(CURLcode result);
     Outcome end(CURLcode result);
 
     /// Its place in the list of active transfers; kept by the owner of that list.
@@ -70,18 +69,24 @@ private:
     bool appendBody(char const* data, qsizetype size);
     std::size_t takeHeader(char const* line, std::size_t size);
     void readEncoding(QByteArray const& line);
-    int beforeRequest();
+    int beforeRequest(long localPort);
+    bool isRedirected(CURLcode result);
+    void judgeConnection(CURLcode result);
 
     std::array<char, CURL_ERROR_SIZE> errorBuffer_{};
     std::shared_ptr<Call> const call_;
     OriginQueue& queue_;
+    CURLSH* const share_;
     QByteArray url_;
     QByteArray body_;
     qsizetype bodySent_ = 0;
     qsizetype headerBytes_ = 0;
     bool isHeadComplete_ = false;
     int redirects_ = 0;
-    int attempts_ = 0;
+    int attempts_ = 0; ///< how often the request of the present exchange has gone out
+    long localPort_ = 0;
+    bool isReused_ = false; ///< the connection was kept from an earlier exchange
+    bool isUnfit_ = false;  ///< and not fit for this one; nothing was sent
     Failure failure_ = Failure::None;
     Clock::time_point started_;
     Clock::time_point lastProgress_;

@@ -13,6 +13,9 @@ namespace
 constexpr long idleConnectionLimit = 64;
 constexpr std::chrono::milliseconds longestSleep{60000};
 
+// How long the system's answer which proxy to use is believed.
+constexpr std::chrono::seconds proxyLifetime{60};
+
 CURLM* makeMulti()
 {
     curl_global_init(CURL_GLOBAL_DEFAULT);
@@ -22,31 +25,57 @@ CURLM* makeMulti()
     return multi;
 }
 
+CURLSH* makeShare()
+{
+    CURLSH* const share = curl_share_init();
+    curl_share_setopt(share, CURLSHOPT_SHARE, CURL_LOCK_DATA_SSL_SESSION);
+    return share;
+}
+
 } // namespace
 
-TransferLoop::TransferLoop() : multi_(makeMulti()) {}
+TransferLoop::TransferLoop(FindProxy findProxy)
+    : findProxy_(std::move(findProxy)), multi_(makeMulti()), share_(makeShare())
+{
+}
 
 TransferLoop::~TransferLoop()
 {
     takeAll();
     curl_multi_cleanup(multi_);
+    curl_share_cleanup(share_);
 }
 
 OriginQueue& TransferLoop::queueFor(Request const& request)
 {
     if (!request.usesSystemProxies)
     {
-        return origins_[request.origin];
+        OriginQueue& queue = origins_[request.origin];
+        queue.proxy.emplace();
+        return queue;
     }
-    Proxy const proxy = systemProxyFor(QUrl::fromEncoded(request.url));
-    OriginQueue& queue = origins_[proxy.address.isEmpty() ? request.origin : request.origin + ' ' + proxy.address];
-    queue.proxy = proxy;
+    QByteArray const origin = request.origin + " by proxy";
+    OriginQueue& queue = origins_[origin];
+    auto const now = Clock::now();
+    if (!queue.proxyAsked || now - *queue.proxyAsked > proxyLifetime)
+    {
+        queue.proxyAsked = now;
+        findProxy_(origin, QUrl::fromEncoded(request.url));
+    }
     return queue;
+}
+
+void TransferLoop::setProxy(QByteArray const& origin, Proxy proxy)
+{
+    OriginQueue& queue = origins_[origin];
+    queue.proxy = std::move(proxy);
+    startWaiting(queue);
 }
 
 void TransferLoop::add(std::shared_ptr<Call> call)
 {
     OriginQueue& queue = queueFor(call->request());
+    nextCheck_ = std::min(nextCheck_, queue.deadline(*call));
     queue.waiting.push_back(std::move(call));
     startWaiting(queue);
 }
@@ -66,7 +95,7 @@ void TransferLoop::startWaiting(OriginQueue& queue)
 
 void TransferLoop::start(std::shared_ptr<Call> call, OriginQueue& queue)
 {
-    auto transfer = std::make_unique<Transfer>(std::move(call), queue);
+    auto transfer = std::make_unique<Transfer>(std::move(call), queue, share_);
     transfer->call()->transfer = transfer.get();
     transfer->index = active_.size();
     ++queue.inFlight;
@@ -121,15 +150,11 @@ void TransferLoop::perform()
 void TransferLoop::conclude(Transfer& transfer, CURLcode result)
 {
     OriginQueue& queue = transfer.queue();
-    if (result == CURLE_OK)
+    curl_multi_remove_handle(multi_, transfer.handle());
+    if (transfer.beginNext(result))
     {
-        queue.isMultiplexed = transfer.answeredOverHttp2();
-        curl_multi_remove_handle(multi_, transfer.handle());
-        if (transfer.followRedirect())
-        {
-            curl_multi_add_handle(multi_, transfer.handle());
-            return;
-        }
+        curl_multi_add_handle(multi_, transfer.handle());
+        return;
     }
     std::shared_ptr<Call> call = transfer.call();
     Outcome outcome = transfer.end(result);
@@ -163,16 +188,37 @@ void TransferLoop::expireOverdue()
         transfer->markTimedOut();
         conclude(*transfer, CURLE_OPERATION_TIMEDOUT);
     }
+    for (auto& [origin, queue] : origins_)
+    {
+        expireWaiting(queue, now);
+    }
+}
+
+void TransferLoop::expireWaiting(OriginQueue& queue, Clock::time_point now)
+{
+    std::deque<std::shared_ptr<Call>> stillWaiting;
+    for (std::shared_ptr<Call>& call : queue.waiting)
+    {
+        if (call->isAborted)
+        {
+            continue;
+        }
+        auto const deadline = queue.deadline(*call);
+        if (deadline > now)
+        {
+            nextCheck_ = std::min(nextCheck_, deadline);
+            stillWaiting.push_back(std::move(call));
+            continue;
+        }
+        Outcome outcome = neverSent(call->request());
+        finished_.push_back({std::move(call), std::move(outcome)});
+    }
+    queue.waiting.swap(stillWaiting);
 }
 
 bool TransferLoop::hasFinished() const
 {
     return !finished_.empty();
-}
-
-bool TransferLoop::isIdle() const
-{
-    return active_.empty() && finished_.empty();
 }
 
 std::optional<TransferLoop::Finished> TransferLoop::takeFinished()

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <unordered_map>
 #include <vector>
 
 #include <QHash>
+#include <QUrl>
 
 #include <curl/curl.h>
 
@@ -27,7 +29,10 @@ public:
         Outcome outcome;
     };
 
-    TransferLoop();
+    /// Finds out which proxy leads to `url`, for all calls to `origin`, and tells by `setProxy`.
+    using FindProxy = std::function<void(QByteArray const& origin, QUrl const& url)>;
+
+    explicit TransferLoop(FindProxy findProxy);
     TransferLoop(TransferLoop const&) = delete;
     TransferLoop& operator=(TransferLoop const&) = delete;
     ~TransferLoop();
@@ -35,11 +40,10 @@ public:
     /// Starts the call's transfer, or queues it behind others to the same origin.
     void add(std::shared_ptr<Call> call);
     void abort(Call& call);
+    void setProxy(QByteArray const& origin, Proxy proxy);
     /// Does all the network's work that is possible without waiting.
     void perform();
     bool hasFinished() const;
-    /// True when there is nothing in flight, queued or to be taken.
-    bool isIdle() const;
     std::optional<Finished> takeFinished();
     /// Waits for the network, `wake`, or the deadline.
     void sleep(std::optional<Clock::time_point> deadline);
@@ -54,14 +58,18 @@ private:
     void start(std::shared_ptr<Call> call, OriginQueue& queue);
     void conclude(Transfer& transfer, CURLcode result);
     void expireOverdue();
+    void expireWaiting(OriginQueue& queue, Clock::time_point now);
     /// Takes a transfer off the network; its place at the origin becomes free.
     void retire(Transfer& transfer);
 
+    FindProxy const findProxy_;
     CURLM* const multi_;
+    /// What is kept from one exchange for the next, beside the connections: TLS sessions.
+    CURLSH* const share_;
     std::unordered_map<QByteArray, OriginQueue> origins_;
     std::vector<std::unique_ptr<Transfer>> active_;
     std::deque<Finished> finished_;
-    /// No deadline of an active transfer is before this moment.
+    /// No deadline of a call is before this moment.
     Clock::time_point nextCheck_ = Clock::time_point::max();
 };
 

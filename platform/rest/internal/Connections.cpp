@@ -1,0 +1,139 @@
+#include <platform/rest/internal/Connections.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <openssl/ssl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace rest
+{
+
+namespace
+{
+
+// Below what servers and the routers between usually keep.
+constexpr std::chrono::seconds longestIdleTime{60};
+
+// The two clocks are not read at the same instant.
+constexpr std::chrono::milliseconds shortestSleep{500};
+
+long localPortOf(curl_socket_t socket)
+{
+    sockaddr_storage address{};
+    socklen_t size = sizeof address;
+    if (::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+    {
+        return 0;
+    }
+    switch (address.ss_family)
+    {
+    case AF_INET:
+        return ntohs(reinterpret_cast<sockaddr_in const&>(address).sin_port);
+    case AF_INET6:
+        return ntohs(reinterpret_cast<sockaddr_in6 const&>(address).sin6_port);
+    default:
+        return 0;
+    }
+}
+
+bool isSilent(curl_socket_t socket)
+{
+    char byte = 0;
+    return ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
+}
+
+/// Whether TLS has decrypted something that libcurl did not ask for yet.
+bool holdsDecryptedBytes(CURL* handle)
+{
+    curl_tlssessioninfo* tls = nullptr;
+    curl_easy_getinfo(handle, CURLINFO_TLS_SSL_PTR, &tls);
+    return tls != nullptr && tls->backend == CURLSSLBACKEND_OPENSSL && tls->internals != nullptr
+           && SSL_has_pending(static_cast<SSL const*>(tls->internals)) == 1;
+}
+
+} // namespace
+
+Moment Moment::now()
+{
+    timespec sinceBoot{};
+    ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot);
+    return {Clock::now(), std::chrono::seconds(sinceBoot.tv_sec) + std::chrono::nanoseconds(sinceBoot.tv_nsec)};
+}
+
+bool isRecent(Moment const& last, Moment const& now)
+{
+    auto const awake = now.awake - last.awake;
+    return awake <= longestIdleTime && now.sinceBoot - last.sinceBoot - awake < shortestSleep;
+}
+
+curl_socket_t Connections::open(curl_sockaddr const& address)
+{
+    curl_socket_t const socket = ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
+    if (socket != CURL_SOCKET_BAD)
+    {
+        open_.push_back({socket, 0, Moment::now(), std::chrono::milliseconds(0)});
+    }
+    return socket;
+}
+
+int Connections::close(curl_socket_t socket)
+{
+    std::erase_if(open_, [socket](Open const& candidate) { return candidate.socket == socket; });
+    return ::close(socket);
+}
+
+Connections::Open* Connections::find(long localPort)
+{
+    for (Open& candidate : open_)
+    {
+        if (candidate.localPort == 0)
+        {
+            candidate.localPort = localPortOf(candidate.socket);
+        }
+        if (candidate.localPort == localPort)
+        {
+            return &candidate;
+        }
+    }
+    return nullptr;
+}
+
+bool Connections::isFit(long localPort, CURL* handle)
+{
+    Open const* const connection = find(localPort);
+    return connection != nullptr && connection->lastHeard.awake >= deadBefore_
+           && isRecent(connection->lastHeard, Moment::now()) && isSilent(connection->socket)
+           && !holdsDecryptedBytes(handle);
+}
+
+void Connections::begin(long localPort, std::chrono::milliseconds patience)
+{
+    Open* const connection = find(localPort);
+    if (connection != nullptr && connection->patience != patience)
+    {
+        connection->patience = patience;
+        auto const milliseconds = static_cast<unsigned>(patience.count());
+        ::setsockopt(connection->socket, IPPROTO_TCP, TCP_USER_TIMEOUT, &milliseconds, sizeof milliseconds);
+    }
+}
+
+void Connections::answered(long localPort)
+{
+    if (Open* const connection = find(localPort))
+    {
+        connection->lastHeard = Moment::now();
+    }
+}
+
+void Connections::foundDead(Clock::time_point moment)
+{
+    deadBefore_ = std::max(deadBefore_, moment);
+}
+
+} // namespace rest
