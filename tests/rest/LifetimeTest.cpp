@@ -119,18 +119,45 @@ TEST(Lifetime, destructorWaitsForContinuationsOnOtherThreads)
     EXPECT_TRUE(left);
 }
 
-TEST(Lifetime, waitingOnTheIoThreadKeepsItWorking)
+// Large replies are finished on a few workers. More of them than there are workers wait for others of their kind.
+TEST(Lifetime, waitingInAContinuationKeepsItsThreadWorking)
 {
-    RawServer server;
-    auto const connection = connectTo(server.url());
-    auto const nested = connection->request(get()).then(
-        [&](rest::JsonReply const&)
+    for (qsizetype const size : {0, 100'000})
+    {
+        RawServer server([size](RawRequest const&) { return reply(200, '"' + QByteArray(size, 'x') + '"'); });
+        auto const connection = connectTo(server.url());
+        std::vector<threading::Future<int>> nested;
+        for (int i = 0; i < 5; ++i)
         {
-            auto const later = connection->request(get()).then([&](rest::JsonReply const&)
-                                                               { return send(*connection)->httpStatusCode(); });
-            return send(*connection)->httpStatusCode() + later.get();
-        });
-    EXPECT_EQ(nested.get(), 400);
+            nested.push_back(connection->request(get()).then(
+                [&](rest::JsonReply const&)
+                {
+                    auto const later = connection->request(get()).then([&](rest::JsonReply const&)
+                                                                       { return send(*connection)->httpStatusCode(); });
+                    return send(*connection)->httpStatusCode() + later.get();
+                }));
+        }
+        for (threading::Future<int> const& sum : nested)
+        {
+            EXPECT_EQ(sum.get(), 400);
+        }
+    }
+}
+
+TEST(Lifetime, largeReplyHoldsUpNoSmallCallAndAWaitEndsInTime)
+{
+    RawServer server([](RawRequest const& request)
+                     { return reply(200, QByteArray(request.target == "/large" ? 100'000 : 1, ' ')); });
+    auto const connection = connectTo(server.url());
+    threading::Promise<void> promise;
+    auto const large =
+        connection->request(get("/large")).then([&](rest::JsonReply const&) { promise.future().wait(); });
+    for (int i = 0; i < 10; ++i)
+    {
+        EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
+    }
+    promise.setValue();
+    large.wait();
 
     auto const limited = connection->request(get()).then(
         [](rest::JsonReply const&)

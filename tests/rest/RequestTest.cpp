@@ -206,16 +206,6 @@ TEST(Request, failureBeforeSendingDoesNotTalkOfProcessing)
     EXPECT_FALSE(answer->errorText().contains(QLatin1String("secret")));
 }
 
-TEST(Request, staleConnectionIsReplacedForReads)
-{
-    RawServer server([](RawRequest const& request)
-                     { return request.connection == 1 ? reply(200).thenClose() : reply(200); });
-    auto const connection = connectTo(server.url());
-    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
-    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
-    EXPECT_EQ(server.requestCount(), 2);
-}
-
 TEST(Request, sixAtATimeTheRestWaitsInOrderWithItsClockStopped)
 {
     RawServer server([](RawRequest const& request)

@@ -70,6 +70,30 @@ TEST(Timeout, transferThatStopsIsEnded)
     EXPECT_TRUE(server.waitForClosedByClient(1));
 }
 
+// Sixty calls are ten rounds of six.
+TEST(Timeout, inTheQueueItRunsSinceTheOriginWasLastHeardOf)
+{
+    for (bool const isAlive : {false, true})
+    {
+        RawServer server([isAlive](RawRequest const&) { return isAlive ? reply(200).inSlices(60, 60ms) : stall(); });
+        auto const connection = connectTo(server.url(), 400ms);
+        std::vector<rest::FutureJsonReply> calls;
+        calls.reserve(60);
+        for (int i = 0; i < 60; ++i)
+        {
+            calls.push_back(connection->request(upload("x")));
+        }
+        for (rest::FutureJsonReply const& call : calls)
+        {
+            EXPECT_TRUE(isAlive ? call.get()->httpStatusCode() == 200 : isTimeout(call.get(), "400"));
+        }
+        EXPECT_EQ(saysMaybeProcessed(calls.front().get()), !isAlive);
+        EXPECT_FALSE(saysMaybeProcessed(calls.back().get())) << "it was not sent";
+        // Some may get their turn just before their time is over.
+        EXPECT_LE(server.requestCount(), isAlive ? 60 : 12);
+    }
+}
+
 } // namespace
 
 } // namespace test

@@ -238,6 +238,12 @@ int RawServer::closedByClientCount() const
     return counters_.closedByClient;
 }
 
+int RawServer::resumedCount() const
+{
+    std::lock_guard const lock(mutex_);
+    return counters_.resumed;
+}
+
 int RawServer::requestCount() const
 {
     std::lock_guard const lock(mutex_);
@@ -275,6 +281,11 @@ bool RawServer::waitForClosedByClient(int count) const
 bool RawServer::waitForHeld(int count) const
 {
     return waitFor([this, count] { return counters_.held >= count; });
+}
+
+bool RawServer::waitForAnswered(int count) const
+{
+    return waitFor([this, count] { return counters_.answered >= count; });
 }
 
 void RawServer::release()
@@ -316,17 +327,23 @@ void RawServer::serve(Peer& peer, int number)
     bool const greeted = tls_ == nullptr || peer.socket.startTls(*tls_);
     QByteArray buffer;
     Outcome outcome = greeted ? Outcome::Open : Outcome::ClosedByClient;
+    std::unique_lock lock(mutex_);
+    counters_.resumed += greeted && peer.socket.isResumed() ? 1 : 0;
     while (outcome == Outcome::Open)
     {
+        lock.unlock();
         outcome = answer(peer.socket, buffer, number);
+        lock.lock();
+        counters_.answered += outcome == Outcome::Open ? 1 : 0;
+        changed_.notify_all();
     }
-    std::lock_guard const lock(mutex_);
     if (outcome == Outcome::ClosedByClient)
     {
         // Frees the client's port at once; thousands of repetitions would use up all of them.
         peer.socket.resetOnClose();
     }
     peer.socket.close();
+    counters_.answered += outcome == Outcome::ClosedByServer ? 1 : 0;
     counters_.closedByClient += outcome == Outcome::ClosedByClient && !counters_.stopping ? 1 : 0;
     changed_.notify_all();
 }

@@ -122,6 +122,8 @@ public:
     int connectionCount() const;
     /// Connections that the client ended, in order or by reset.
     int closedByClientCount() const;
+    /// TLS connections that went on with the session of an earlier one.
+    int resumedCount() const;
     /// Requests read so far. One that `onHead` ended counts, too.
     int requestCount() const;
     std::vector<RawRequest> requests() const;
@@ -132,6 +134,8 @@ public:
     bool waitForClosedByClient(int count) const;
     /// Counts answers that have stalled or waited for release, whether they still do or not.
     bool waitForHeld(int count) const;
+    /// Counts answers that are through with all that follows them, the end of the connection included.
+    bool waitForAnswered(int count) const;
 
     /// Lets go of everything that stalls or waits for release, now and later.
     void release();
@@ -149,6 +153,8 @@ private:
         int connections = 0;
         int closedByClient = 0;
         int held = 0;
+        int answered = 0;
+        int resumed = 0;
         std::vector<RawRequest> requests;
         bool released = false;
         bool stopping = false;

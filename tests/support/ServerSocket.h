@@ -35,6 +35,7 @@ public:
     ~ServerSocket();
 
     bool startTls(ServerTls const& tls);
+    bool isResumed() const { return ssl_ != nullptr && SSL_session_reused(ssl_) == 1; }
     /// Appends what is there, waiting for at least one byte; false at the end of the connection.
     bool readSome(QByteArray& buffer);
     bool writeAll(QByteArray const& bytes);
