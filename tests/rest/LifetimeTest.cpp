@@ -1,5 +1,6 @@
 // Cancellation, the end of a connection with calls pending, and waiting on the I/O thread.
 #include <atomic>
+#include <future>
 #include <thread>
 
 #include "tests/rest/RestTestSupport.h"
@@ -149,14 +150,15 @@ TEST(Lifetime, largeReplyHoldsUpNoSmallCallAndAWaitEndsInTime)
     RawServer server([](RawRequest const& request)
                      { return reply(200, QByteArray(request.target == "/large" ? 100'000 : 1, ' ')); });
     auto const connection = connectTo(server.url());
-    threading::Promise<void> promise;
+    // Unlike a future of this library it does not keep the thread working that waits for it.
+    std::promise<void> promise;
     auto const large =
-        connection->request(get("/large")).then([&](rest::JsonReply const&) { promise.future().wait(); });
+        connection->request(get("/large")).then([&](rest::JsonReply const&) { promise.get_future().wait(); });
     for (int i = 0; i < 10; ++i)
     {
         EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
     }
-    promise.setValue();
+    promise.set_value();
     large.wait();
 
     auto const limited = connection->request(get()).then(

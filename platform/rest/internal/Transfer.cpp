@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include <platform/rest/internal/ReplyBuffer.h>
 
@@ -104,6 +103,8 @@ void Transfer::beginExchange()
     bodySent_ = 0;
     headerBytes_ = 0;
     isHeadComplete_ = false;
+    isReused_ = false;
+    isUnfit_ = false;
     body_.clear();
     decoder_.reset();
     errorBuffer_[0] = '\0';
@@ -190,9 +191,6 @@ void Transfer::configureRequest(Request const& request)
         set(CURLOPT_USERNAME, request.username.constData());
         set(CURLOPT_PASSWORD, request.password.constData());
     }
-    // An unfit connection may have fellows.
-    bool const mustBeNew = std::exchange(isUnfit_, false);
-    set(CURLOPT_FRESH_CONNECT, mustBeNew ? 1L : 0L);
     if (!isWrite())
     {
         return;
@@ -210,7 +208,7 @@ void Transfer::configureRequest(Request const& request)
         set(CURLOPT_POST, 1L);
         set(CURLOPT_POSTFIELDSIZE_LARGE, size);
     }
-    set(CURLOPT_FRESH_CONNECT, mustBeNew || size == 0 ? 1L : 0L);
+    set(CURLOPT_FRESH_CONNECT, size == 0 ? 1L : 0L);
 }
 
 bool Transfer::isWrite() const
