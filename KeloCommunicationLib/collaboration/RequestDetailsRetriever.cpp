@@ -1,15 +1,15 @@
 #include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
 
 #include <algorithm>
-#include <functional>
 #include <type_traits>
+#include <unordered_map>
 
-#include <QHash>
-#include <QSet>
+#include <QStringView>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
 #include <platform/core/HostInfo.h>
+#include <platform/threading/Future.h>
 
 using collaboration::ExtendedRequestDetails;
 using collaboration::RequestInfo;
@@ -62,31 +62,46 @@ bool isNews(collaboration::RequestDetails const& request, RequestType type)
                [](collaboration::FileInfo const& file) { return !file.isCreator; });
 }
 
-/// The transactions of each request; several if a list holds the request more than once.
-QHash<QString, QSet<QString>> transactionsByRequest(std::vector<RequestInfo> const& requests)
+/// What a poll needs to know of a request that the host knows.
+struct KnownRequest
 {
-    QHash<QString, QSet<QString>> transactions;
-    for (RequestInfo const& request : requests)
-    {
-        transactions[request.requestId].insert(request.transactionId);
-    }
-    return transactions;
-}
+    utility::Optional<QStringView> transaction; ///< nothing if it is known with several
+    bool isListed = false;                      ///< the service still has it
+};
 
-/// Whether the service has details of such a request.
-bool hasDetails(RequestInfo const& request)
+std::unordered_map<QStringView, KnownRequest> byId(std::vector<RequestInfo> const& known)
 {
-    return request.requestType >= RequestType::DentalScan && request.requestType <= RequestType::Referral;
+    std::unordered_map<QStringView, KnownRequest> requests(known.size());
+    for (RequestInfo const& request : known)
+    {
+        auto const [entry, isFirst] =
+            requests.try_emplace(request.requestId, KnownRequest{.transaction = request.transactionId});
+        if (!isFirst && entry->second.transaction != request.transactionId)
+        {
+            entry->second.transaction.reset();
+        }
+    }
+    return requests;
 }
 
 } // namespace
 
-/// What a sweep sends with every call, and what remains to be done once all calls are out.
+/// What a sweep sends with every call, and the calls that are out.
 struct RequestDetailsRetriever::Dispatch
 {
     QString installationId;
     GetRequestDetailsInfo info;
-    std::vector<std::function<void()>> attachments;
+    std::vector<threading::Future<utility::Optional<Details>>> calls;
+    std::shared_ptr<Results> results = std::make_shared<Results>();
+    /// What earlier sweeps have gathered. The first call takes it along, so that it is destroyed where that one ends.
+    std::shared_ptr<Results> replaced = std::make_shared<Results>();
+};
+
+/// What a list of the service's tells of the known requests.
+struct RequestDetailsRetriever::Updates
+{
+    QList<QString> removed;
+    std::vector<std::pair<QString, RequestType>> changed;
 };
 
 RequestDetailsRetriever::RequestDetailsRetriever(TessalyConnectionInterface const& connection)
@@ -120,14 +135,15 @@ void RequestDetailsRetriever::setOnlyActiveRequests(bool onlyActiveRequests)
 
 void RequestDetailsRetriever::execute()
 {
+    startSweep(true);
+}
+
+bool RequestDetailsRetriever::startSweep(bool evenIfEmpty)
+{
     using Interface = TessalyConnectionInterface;
     Dispatch dispatch;
     {
         std::lock_guard const lock(*mutex_);
-        ++sweep_;
-        success_ = true;
-        pendingCalls_ = 0;
-        results_.clear();
         dispatch.installationId = installationReference();
         dispatch.info = detailsInfo();
         request(dispatch, RequestType::DentalScan, &Interface::getDentalScanRequestDetails);
@@ -138,12 +154,25 @@ void RequestDetailsRetriever::execute()
         request(dispatch, RequestType::SurgeryPlan, &Interface::getSurgeryPlanRequestDetails);
         request(dispatch, RequestType::CentralizedRestoration, &Interface::getCentralizedRestorationRequestDetails);
         request(dispatch, RequestType::Referral, &Interface::getReferralRequestDetails);
+        if (dispatch.calls.empty() && !evenIfEmpty)
+        {
+            return false;
+        }
+        success_ = true;
+        pendingCalls_ = dispatch.calls.size();
+        dispatch.replaced->swap(*results_);
+        results_ = dispatch.results;
     }
     // Only now, when the number of calls is final, may a reply that is there already be handled.
-    for (std::function<void()> const& attach : dispatch.attachments)
+    for (auto& call : dispatch.calls)
     {
-        attach();
+        // Only the continuation may keep a handle, or it would have to copy the details.
+        auto const last = std::move(call);
+        last.then(
+            this, [this, sweep = std::weak_ptr(dispatch.results)](threading::Future<utility::Optional<Details>> details)
+            { handleDetails(sweep, std::move(details).take()); });
     }
+    return !dispatch.calls.empty();
 }
 
 template <class Group>
@@ -155,52 +184,56 @@ void RequestDetailsRetriever::request(Dispatch& dispatch, RequestType type, Deta
         return;
     }
     dispatch.info.setRequestIds(std::move(ids));
-    Reply<std::vector<Group>> const reply = (connection_.*operation)(dispatch.installationId, dispatch.info);
-    ++pendingCalls_;
-    dispatch.attachments.emplace_back(
-        [this, reply, type, sweep = sweep_]
-        {
-            reply.then(
-                this, [this, type, sweep](Reply<std::vector<Group>> finished)
-                { handleDetails(sweep, type, std::move(finished)); });
-        });
+    // The reply comes on any thread, perhaps when the retriever is gone: the continuation has only what is its own.
+    auto const replaced = dispatch.calls.empty() ? dispatch.replaced : nullptr;
+    dispatch.calls.push_back(
+        (connection_.*operation)(dispatch.installationId, dispatch.info)
+            .then([type, replaced, sweep = std::weak_ptr(dispatch.results)](Reply<std::vector<Group>> reply)
+                  { return sweep.expired() ? std::nullopt : detailsOf(std::move(reply), type); }));
 }
 
 template <class Group>
-void RequestDetailsRetriever::handleDetails(quint64 sweep, RequestType type, Reply<std::vector<Group>> reply)
+utility::Optional<RequestDetailsRetriever::Details> RequestDetailsRetriever::detailsOf(
+    Reply<std::vector<Group>> reply, RequestType type)
 {
-    auto const mutex = mutex_;
-    std::lock_guard const lock(*mutex);
-    if (sweep != sweep_)
-    {
-        return;
-    }
     auto groups = valueOf(std::move(reply));
-    if (groups)
+    if (!groups)
     {
-        collect(std::move(*groups), type);
+        return std::nullopt;
     }
-    finishCall(groups.has_value());
-}
-
-template <class Group>
-void RequestDetailsRetriever::collect(std::vector<Group> groups, RequestType type)
-{
-    for (Group& group : groups)
+    std::size_t count = 0;
+    for (Group const& group : *groups)
+    {
+        count += group.collaborationRequestDetailInfos.size();
+    }
+    Details details;
+    details.reserve(count);
+    for (Group& group : *groups)
     {
         for (auto& entry : group.collaborationRequestDetailInfos)
         {
             if (isNews(common(entry), type))
             {
-                results_.push_back(collaboration::extendedDetails(group.partner, std::move(entry), type));
+                details.push_back(collaboration::extendedDetails(group.partner, std::move(entry), type));
             }
         }
     }
+    return details;
 }
 
-void RequestDetailsRetriever::finishCall(bool ok)
+void RequestDetailsRetriever::handleDetails(std::weak_ptr<Results> const& sweep, utility::Optional<Details> details)
 {
-    success_ = success_ && ok;
+    auto const mutex = mutex_;
+    std::lock_guard const lock(*mutex);
+    if (sweep.lock() != results_)
+    {
+        return;
+    }
+    success_ = success_ && details.has_value();
+    if (details)
+    {
+        results_->push_back(std::move(*details));
+    }
     --pendingCalls_;
     if (pendingCalls_ == 0)
     {
@@ -220,71 +253,82 @@ void RequestDetailsRetriever::getUpdates(std::vector<RequestType> const& types, 
         poll = ++lastPoll_;
     }
     connection_.getRequests(installationReference(), std::move(info))
+        .then([known](Reply<std::vector<RequestInfo>> reply) { return updatesOf(known, std::move(reply)); })
         .then(
-            this, [this, poll, known = known](Reply<std::vector<RequestInfo>> reply)
-            { handleList(poll, known, std::move(reply)); });
+            this, [this, poll](threading::Future<utility::Optional<Updates>> updates)
+            { handleUpdates(poll, std::move(updates).take()); });
 }
 
-void RequestDetailsRetriever::handleList(
-    quint64 poll, std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> reply)
+utility::Optional<RequestDetailsRetriever::Updates> RequestDetailsRetriever::updatesOf(
+    std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> reply)
 {
-    auto const mutex = mutex_;
-    std::lock_guard const lock(*mutex);
     auto const received = valueOf(std::move(reply));
     if (!received)
     {
-        Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
+        return std::nullopt;
     }
-    else if (poll < handledPoll_)
+    Updates updates;
+    auto knownById = byId(known);
+    for (RequestInfo const& request : *received)
     {
-        Q_EMIT finished();
+        auto const entry = knownById.find(request.requestId);
+        bool const isKnown = entry != knownById.end();
+        if (isKnown)
+        {
+            entry->second.isListed = true;
+        }
+        if (!isKnown || entry->second.transaction != request.transactionId)
+        {
+            updates.changed.emplace_back(request.requestId, request.requestType);
+        }
     }
-    else
-    {
-        handledPoll_ = poll;
-        handleUpdates(known, *received);
-    }
-}
-
-void RequestDetailsRetriever::handleUpdates(
-    std::vector<RequestInfo> const& known, std::vector<RequestInfo> const& received)
-{
-    auto const knownTransactions = transactionsByRequest(known);
-    auto const receivedTransactions = transactionsByRequest(received);
-    removedRequestIds_.clear();
     for (RequestInfo const& request : known)
     {
-        if (!receivedTransactions.contains(request.requestId))
+        if (!knownById[request.requestId].isListed)
         {
-            removedRequestIds_.append(request.requestId);
+            updates.removed.append(request.requestId);
         }
     }
-    std::vector<RequestInfo> changed;
-    for (RequestInfo const& request : received)
+    return updates;
+}
+
+void RequestDetailsRetriever::handleUpdates(quint64 poll, utility::Optional<Updates> updates)
+{
+    auto const mutex = mutex_;
+    std::lock_guard const lock(*mutex);
+    if (!updates)
     {
-        if (knownTransactions.value(request.requestId) != QSet<QString>{request.transactionId})
-        {
-            changed.push_back(request);
-        }
-    }
-    setRequestIds(changed);
-    if (std::any_of(changed.begin(), changed.end(), &hasDetails))
-    {
-        execute();
+        Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
         return;
     }
-    // There is nothing to fetch. What a sweep that still runs has gathered is not this poll's to clear.
-    if (pendingCalls_ == 0)
+    if (poll >= handledPoll_)
     {
-        success_ = true;
-        results_.clear();
+        handledPoll_ = poll;
+        removedRequestIds_.swap(updates->removed);
+        requestIds_.swap(updates->changed);
+        // With nothing to fetch, a sweep that runs goes on and keeps what it has gathered.
+        if (startSweep(pendingCalls_ == 0))
+        {
+            return;
+        }
     }
     Q_EMIT finished();
 }
 
 std::vector<ExtendedRequestDetails> RequestDetailsRetriever::getAllRequestDetails() const
 {
-    return results_;
+    std::size_t count = 0;
+    for (Details const& details : *results_)
+    {
+        count += details.size();
+    }
+    std::vector<ExtendedRequestDetails> all;
+    all.reserve(count);
+    for (Details const& details : *results_)
+    {
+        all.insert(all.end(), details.begin(), details.end());
+    }
+    return all;
 }
 
 QList<QString> const& RequestDetailsRetriever::getRemovedRequestIds() const

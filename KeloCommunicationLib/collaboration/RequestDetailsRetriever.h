@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -17,9 +18,10 @@
 
 /// Gathers the details of requests of mixed kinds in one sweep, and polls for requests that are new, changed or gone.
 ///
-/// Replies are handled in this object's thread, which therefore needs an event loop; nothing is handled once the object
-/// is gone. A sweep that is started while another one runs takes its place: the replies of the older one are ignored,
-/// and the end of the newer one is the end of both.
+/// A reply becomes details, or the outcome of a poll, on the thread that finishes it. What it has become is taken over
+/// in this object's thread, which therefore needs an event loop; nothing is taken over once the object is gone. A sweep
+/// that is started while another one runs takes its place: the replies of the older one are ignored, and the end of the
+/// newer one is the end of both.
 ///
 /// `execute`, `getUpdates` and the setters may be called from any thread. The results are read in this object's thread
 /// or in a receiver of `finished()`; the getters do not lock. Signals are emitted while the retriever is locked: a
@@ -88,20 +90,22 @@ private:
     using DetailsOperation =
         Reply<std::vector<Group>> (TessalyConnectionInterface::*)(QString const&, GetRequestDetailsInfo) const;
     using RestorationOperation = DetailsOperation<collaboration::RestorationRequestDetail>;
+    using Details = std::vector<collaboration::ExtendedRequestDetails>;
+    /// The details of each reply by themselves, so that taking a reply over moves none of them.
+    using Results = std::vector<Details>;
     struct Dispatch;
+    struct Updates;
 
+    /// Starts a sweep, one of nothing only if `evenIfEmpty`; false if there was nothing to send.
+    bool startSweep(bool evenIfEmpty);
     template <class Group>
     void request(Dispatch& dispatch, collaboration::RequestType type, DetailsOperation<Group> operation);
     template <class Group>
-    void handleDetails(quint64 sweep, collaboration::RequestType type, Reply<std::vector<Group>> reply);
-    template <class Group>
-    void collect(std::vector<Group> groups, collaboration::RequestType type);
-    void handleList(
-        quint64 poll, std::vector<collaboration::RequestInfo> const& known,
-        Reply<std::vector<collaboration::RequestInfo>> reply);
-    void handleUpdates(
-        std::vector<collaboration::RequestInfo> const& known, std::vector<collaboration::RequestInfo> const& received);
-    void finishCall(bool ok);
+    static utility::Optional<Details> detailsOf(Reply<std::vector<Group>> reply, collaboration::RequestType type);
+    void handleDetails(std::weak_ptr<Results> const& sweep, utility::Optional<Details> details);
+    static utility::Optional<Updates> updatesOf(
+        std::vector<collaboration::RequestInfo> const& known, Reply<std::vector<collaboration::RequestInfo>> reply);
+    void handleUpdates(quint64 poll, utility::Optional<Updates> updates);
     QList<QString> getRequestIds(collaboration::RequestType type) const;
     GetRequestDetailsInfo detailsInfo() const;
     utility::Optional<collaboration::ExtendedRequestDetails> lookUp(
@@ -113,10 +117,11 @@ private:
     bool success_ = true;
     /// Recursive, so that receivers of the signals may call the retriever; shared, so that they may delete it.
     std::shared_ptr<std::recursive_mutex> mutex_;
-    unsigned int pendingCalls_ = 0;
-    std::vector<collaboration::ExtendedRequestDetails> results_;
+    std::size_t pendingCalls_ = 0;
+    /// Of the sweep whose replies count. It goes with that sweep or the retriever; by this a reply on another thread
+    /// can tell that nobody waits for it any more.
+    std::shared_ptr<Results> results_ = std::make_shared<Results>();
     QList<QString> removedRequestIds_;
-    quint64 sweep_ = 0;       ///< number of the sweep whose replies count
     quint64 lastPoll_ = 0;    ///< number of the latest poll
     quint64 handledPoll_ = 0; ///< number of the latest poll whose list was had and handled
 };

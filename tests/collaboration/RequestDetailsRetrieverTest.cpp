@@ -1,6 +1,7 @@
 #include "RetrieverFixture.h"
 
 #include <memory>
+#include <thread>
 
 namespace
 {
@@ -150,12 +151,21 @@ TEST_F(RequestDetailsRetrieverTest, FinishesOnceThoughCallsFail)
     EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
 }
 
-TEST_F(RequestDetailsRetrieverTest, SweepWithoutIdsIsSilent)
+TEST_F(RequestDetailsRetrieverTest, SweepWithoutIdsIsSilentThoughItTakesAnOlderOnesPlace)
 {
+    expectThreeKinds();
     retriever_->execute();
+    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    runEvents();
+    retriever_->setRequestIds(std::vector<RequestInfo>());
+    retriever_->execute();
+    template_.cancel();
+    restoration_.cancel();
     runEvents();
     EXPECT_EQ(finished_, 0);
     EXPECT_THAT(failures_, IsEmpty());
+    EXPECT_THAT(idsOf(*retriever_), IsEmpty());
+    EXPECT_TRUE(retriever_->isSuccess());
 }
 
 TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
@@ -163,12 +173,19 @@ TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
     expectThreeKinds();
     retriever_->execute();
     scan_.setValue(test::success(groupOf<SessionDetails>(u"old"_qs)));
-    template_.cancel();
+    runEvents();
+    EXPECT_EQ(idsOf(*retriever_), QStringList{u"old"_qs});
     PendingReply<std::vector<SessionDetails>> newer;
     EXPECT_CALL(connection_, getTempShellRequestDetails(_, _)).WillOnce(Return(newer.future()));
     retriever_->setRequestIds(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::TempShell}});
+    std::thread network(
+        [this]
+        {
+            template_.cancel();
+            restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
+        });
     retriever_->execute();
-    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
+    network.join();
     runEvents();
     EXPECT_EQ(finished_, 0);
     newer.setValue(test::success(groupOf<SessionDetails>(u"n"_qs)));
@@ -217,9 +234,15 @@ TEST_F(RequestDetailsRetrieverTest, RepliesAfterItsEndAreNotHandled)
     expectThreeKinds();
     retriever_->execute();
     scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    std::thread network([this] { template_.setValue(test::success(groupOf<TemplateRequestDetail>(u"t"_qs))); });
+    std::thread another(
+        [&list] {
+            list.setValue(test::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
+        });
     retriever_.reset();
-    template_.setValue(test::success(groupOf<TemplateRequestDetail>(u"t"_qs)));
-    list.setValue(test::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
+    network.join();
+    another.join();
+    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
     runEvents();
     EXPECT_EQ(finished_, 0);
 }
