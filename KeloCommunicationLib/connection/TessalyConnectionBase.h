@@ -21,6 +21,6 @@ public:
     void initialize(QUrl baseUrl, QString const& username, QString const& password, QString const& extra) override;
 
     /// The process-wide trace hook. Read without a lock whenever a connection is initialised, so set it before the
-    /// first one is made.
+    /// first one is made. Several threads may call it at the same time.
     static std::function<void(rest::TraceData const&)> m_callback;
 };

@@ -41,6 +41,11 @@ void Connection::disableCertificateChecking()
     session_->acceptAnyCertificate();
 }
 
+void Connection::setExtraCertificates(QString const& pemFile)
+{
+    session_->setExtraCertificates(pemFile);
+}
+
 void Connection::setTraceCallback(TraceCallback callback)
 {
     session_->setTraceCallback(std::move(callback));

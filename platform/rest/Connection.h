@@ -46,9 +46,15 @@ public:
     virtual void initialize(QUrl baseUrl, QString const& username, QString const& password, QString const& extra);
     /// Accepts any server certificate from now on. For hosts with a test service; nothing in this library calls it.
     virtual void disableCertificateChecking();
+    /// Trusts the certificates in a PEM file beside the system's, on this connection only: of authorities, for instance
+    /// that of an inspecting proxy, or of a server itself. Everything else about a certificate is checked as before.
+    /// The file is read at once and counts for requests made from now on; a later change of the file does not, until
+    /// this is called again. While a file that cannot be read or has no certificate is set, every request ends as a
+    /// network error that says so, and nothing is sent. An empty name: the system's alone.
+    void setExtraCertificates(QString const& pemFile);
 
-    /// Called once for each finished exchange, on the thread that finishes it, before its future. An empty function
-    /// ends tracing.
+    /// Called once for each finished exchange, on the thread that finishes it, before its future; several threads may
+    /// do so at the same time. An empty function ends tracing.
     void setTraceCallback(TraceCallback callback);
     /// Whether the system's proxies are used (loopback is always reached directly). Off, no proxy is.
     void setUseProxyAutoDiscovery(bool use);

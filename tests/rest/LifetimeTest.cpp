@@ -71,14 +71,17 @@ TEST(Lifetime, destructionAndClosingCancelWhatIsPending)
 TEST(Lifetime, blockingCallEndsWhenItsConnectionDoes)
 {
     RawServer server([](RawRequest const&) { return stall(); });
-    auto const connection = connectTo(server.url());
-    rest::JsonReply answer;
-    std::thread caller([&] { answer = send(*connection, upload("x")); });
-    EXPECT_TRUE(server.waitForRequests(1));
-    connection->closeConnection();
-    caller.join();
-    EXPECT_THAT(answer, IsNetworkError());
-    EXPECT_TRUE(saysMaybeProcessed(answer));
+    for (auto const& request : {upload("x"), get()})
+    {
+        auto const connection = connectTo(server.url());
+        rest::JsonReply answer;
+        std::thread caller([&] { answer = send(*connection, request); });
+        EXPECT_TRUE(server.waitForRequests(request.method == HttpMethod::Get ? 2 : 1));
+        connection->closeConnection();
+        caller.join();
+        EXPECT_THAT(answer, IsNetworkError());
+        EXPECT_EQ(saysMaybeProcessed(answer), request.method != HttpMethod::Get);
+    }
 }
 
 TEST(Lifetime, connectionMayDieInItsOwnContinuation)

@@ -188,7 +188,11 @@ TEST(Request, writeLostBetweenHeadAndBodyIsNotRepeated)
     for (qsizetype const size : {10, 10'000'000})
     {
         send(*connection, get("/warm"));
-        EXPECT_TRUE(saysMaybeProcessed(send(*connection, upload(QByteArray(size, 'x')))));
+        EXPECT_THAT(
+            send(*connection, upload(QByteArray(size, 'x')))->errorText().toStdString(),
+            testing::MatchesRegex("The connection to 127.0.0.1 was lost before the answer was complete"
+                                  "( .Broken pipe.| .Connection reset by peer.)?[.]"
+                                  " The server may have processed the request[.]"));
     }
     EXPECT_EQ(heads, 2);
 }
@@ -202,8 +206,7 @@ TEST(Request, failureBeforeSendingDoesNotTalkOfProcessing)
     }
     auto const answer = send(*connectTo(nobodyThere), upload("x"));
     EXPECT_THAT(answer, IsNetworkError());
-    EXPECT_FALSE(saysMaybeProcessed(answer));
-    EXPECT_FALSE(answer->errorText().contains(QLatin1String("secret")));
+    EXPECT_EQ(answer->errorText(), QLatin1String("No connection to 127.0.0.1 could be made (Connection refused)."));
 }
 
 TEST(Request, sixAtATimeTheRestWaitsInOrderWithItsClockStopped)

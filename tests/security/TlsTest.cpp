@@ -1,12 +1,19 @@
 // Whom the library believes to be the service. The certificates come from one authority, which this program trusts.
 #include <array>
+#include <cstdio>
+#include <utility>
+
+#include <QTemporaryDir>
 
 #include <arpa/inet.h>
+#include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include "tests/rest/RestTestSupport.h"
+#include "tests/security/TrustedAuthority.h"
+#include "tests/support/Certificates.h"
 
 namespace test
 {
@@ -71,16 +78,18 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
     } const rows[] = {
         {"as it should be", good, nullptr},
         {"this and other names", named("DNS:other.example,IP:127.0.0.1"), nullptr},
-        {"another name", named("DNS:other.example"), "subject name"},
-        {"another address", named("IP:127.0.0.2"), "subject name"},
-        {"expired", valid(-48h, -1h), "certificate has expired"},
-        {"not yet valid", valid(1h, 24h), "certificate is not yet valid"},
-        {"of no authority", {}, "self-signed certificate"},
+        {"another name", named("DNS:other.example"), "made out to another name."},
+        {"another address", named("IP:127.0.0.2"), "made out to another name."},
+        {"expired", valid(-48h, -1h), "it has expired."},
+        {"not yet valid", valid(1h, 24h), "it is not yet valid"},
+        {"of no authority", {}, "it is self-signed."},
+        {"of an unknown authority", {TlsOptions::Signer::Stranger}, "that this system does not know."},
         {"TLS 1.2", speaking(TLS1_2_VERSION), nullptr},
         // The server may be gone before its reason is read.
         {"TLS 1.1", speaking(TLS1_1_VERSION), "No secure connection"},
         {"TLS 1.0", speaking(TLS1_VERSION), "No secure connection"},
     };
+    int const reads = readsOfSystemAuthorities();
     for (auto const& row : rows)
     {
         SCOPED_TRACE(row.what);
@@ -98,6 +107,76 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
         EXPECT_FALSE(saysMaybeProcessed(answer));
         EXPECT_EQ(server.requestCount(), 0);
     }
+    EXPECT_LE(readsOfSystemAuthorities() - reads, 1);
+}
+
+QString pemFile(QString const& path, std::initializer_list<TestAuthority const*> authorities, char const* end = "")
+{
+    FILE* const file = std::fopen(path.toLocal8Bit().constData(), "w");
+    for (auto const* authority : authorities)
+    {
+        PEM_write_X509(file, authority->certificate());
+    }
+    std::fputs(end, file);
+    std::fclose(file);
+    return path;
+}
+
+TEST(Tls, certificatesOfOnesOwnCountOnTheirConnectionOnly)
+{
+    RawServer const ofSystem({}, {true, {}, good});
+    RawServer const ofStranger({}, {true, {}, {TlsOptions::Signer::Stranger}});
+    QTemporaryDir const folder;
+    auto const* const known = &TestAuthority::instance();
+    auto const* const stranger = &TestAuthority::stranger();
+    QString const usual = pemFile(folder.filePath(u"usual.pem"_qs), {stranger});
+    struct
+    {
+        QString file;
+        char const* ofSystem = nullptr; ///< null: accepted
+        char const* ofStranger = nullptr;
+    } const rows[] = {
+        {{}, nullptr, "that this system does not know."},
+        {usual},
+        {{}, nullptr, "that this system does not know."},
+        {pemFile(folder.filePath(u"two.pem"_qs), {known, stranger})},
+        {pemFile(folder.filePath(u"other.pem"_qs), {known}), nullptr, "that this system does not know."},
+        {usual},
+        {folder.filePath(u"none.pem"_qs), "none.pem cannot be used: No such file", "No such file"},
+        {folder.path(), "cannot be used", "cannot be used"},
+        {pemFile(folder.filePath(u"empty.pem"_qs), {}), "no certificate in PEM form", "no certificate"},
+        {pemFile(folder.filePath(u"cut.pem"_qs), {stranger}, "-----BEGIN CERTIFICATE-----\nMII"), "damaged", "damaged"},
+    };
+    auto const toSystem = connectTo(ofSystem.url());
+    auto const toStranger = connectTo(ofStranger.url());
+    int answered = 0;
+    for (auto const& row : rows)
+    {
+        SCOPED_TRACE(row.file.toStdString());
+        for (auto const& [connection, refusal] :
+             {std::pair(&toSystem, row.ofSystem), std::pair(&toStranger, row.ofStranger)})
+        {
+            (*connection)->setExtraCertificates(row.file);
+            auto const answer = send(**connection);
+            answered += answer->httpStatusCode() == 200 ? 1 : 0;
+            EXPECT_EQ(answer->httpStatusCode() == 200, refusal == nullptr) << answer->errorText().toStdString();
+            EXPECT_THAT(answer->errorText().toStdString(), testing::HasSubstr(refusal == nullptr ? "" : refusal));
+        }
+    }
+    EXPECT_EQ(ofSystem.requestCount() + ofStranger.requestCount(), answered);
+    // Kept connections are used again by those who trust the same certificates only.
+    EXPECT_EQ(ofSystem.connectionCount(), 4);
+    toStranger->setExtraCertificates(usual);
+    int const reads = readsOfSystemAuthorities();
+    int const connections = ofStranger.connectionCount();
+    for (int count = 0; count < 10; ++count)
+    {
+        // One without a body goes out on a connection of its own.
+        EXPECT_EQ(
+            send(*toStranger, RequestDataCreator::makeRequest(HttpMethod::Post, path("/x")))->httpStatusCode(), 200);
+    }
+    EXPECT_EQ(ofStranger.connectionCount(), connections + 10);
+    EXPECT_LE(readsOfSystemAuthorities() - reads, 1);
 }
 
 TEST(Tls, redirectsStayOnTheOrigin)

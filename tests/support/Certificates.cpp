@@ -50,20 +50,28 @@ Certificate makeCertificate(TlsOptions const& options, EVP_PKEY* key)
     Certificate certificate = unsignedCertificate(options, key, "KELO test server");
     addExtension(certificate.get(), NID_subject_alt_name, options.names);
     bool const signsItself = options.signer == TlsOptions::Signer::Itself;
-    X509* const issuer = signsItself ? certificate.get() : TestAuthority::instance().certificate();
+    auto const& authority =
+        options.signer == TlsOptions::Signer::Stranger ? TestAuthority::stranger() : TestAuthority::instance();
+    X509* const issuer = signsItself ? certificate.get() : authority.certificate();
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(issuer));
-    X509_sign(certificate.get(), signsItself ? key : TestAuthority::instance().key(), EVP_sha256());
+    X509_sign(certificate.get(), signsItself ? key : authority.key(), EVP_sha256());
     return certificate;
 }
 
 TestAuthority const& TestAuthority::instance()
 {
-    static TestAuthority const authority;
+    static TestAuthority const authority("KELO test authority");
     return authority;
 }
 
-TestAuthority::TestAuthority()
-    : key_(makeKey()), certificate_(unsignedCertificate(TlsOptions(), key_.get(), "KELO test authority"))
+TestAuthority const& TestAuthority::stranger()
+{
+    static TestAuthority const authority("Nobody's authority");
+    return authority;
+}
+
+TestAuthority::TestAuthority(char const* name)
+    : key_(makeKey()), certificate_(unsignedCertificate(TlsOptions(), key_.get(), name))
 {
     X509_set_issuer_name(certificate_.get(), X509_get_subject_name(certificate_.get()));
     addExtension(certificate_.get(), NID_basic_constraints, "critical,CA:TRUE");

@@ -27,18 +27,19 @@ Key makeKey();
 /// A server's certificate for `key`.
 Certificate makeCertificate(TlsOptions const& options, EVP_PKEY* key);
 
-/// The certificate authority of this process, made when first asked for. Nobody trusts it unless told so.
+/// The certificate authorities of this process, made when first asked for. Nobody trusts them unless told so.
 class TestAuthority
 {
 public:
     static TestAuthority const& instance();
+    static TestAuthority const& stranger();
 
     X509* certificate() const { return certificate_.get(); }
 
     EVP_PKEY* key() const { return key_.get(); }
 
 private:
-    TestAuthority();
+    explicit TestAuthority(char const* name);
 
     Key key_;
     Certificate certificate_;

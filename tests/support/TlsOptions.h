@@ -11,7 +11,8 @@ struct TlsOptions
     enum class Signer : int
     {
         Itself,
-        Authority ///< see `TestAuthority`
+        Authority, ///< see `TestAuthority`
+        Stranger   ///< another authority
     };
 
     Signer signer = Signer::Itself;

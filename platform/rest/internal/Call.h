@@ -17,6 +17,7 @@ namespace rest
 
 class Session;
 class Transfer;
+class TrustStore;
 
 using Clock = std::chrono::steady_clock;
 
@@ -61,6 +62,7 @@ struct Request
     TimeoutKind timeoutKind = TimeoutKind::Total;
     qint64 replySizeLimit = 0;
     bool verifiesCertificates = true;
+    std::shared_ptr<TrustStore> trust; ///< null: whom libcurl trusts unless told otherwise
     bool usesSystemProxies = false;
     bool isTraced = false;
     bool isDownload = false; ///< of any type of content; else the reply is JSON

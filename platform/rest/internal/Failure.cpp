@@ -16,33 +16,6 @@ QString timeoutText(Request const& request, QString const& host)
     return text.arg(host).arg(request.timeout.count());
 }
 
-QString ownText(CURLcode result)
-{
-    switch (result)
-    {
-    case CURLE_COULDNT_RESOLVE_HOST:
-        return QStringLiteral("The name of the host %1 could not be resolved.");
-    case CURLE_COULDNT_RESOLVE_PROXY:
-        return QStringLiteral("The name of the proxy for %1 could not be resolved.");
-    case CURLE_COULDNT_CONNECT:
-        return QStringLiteral("No connection to %1 could be made.");
-    case CURLE_PEER_FAILED_VERIFICATION:
-    case CURLE_SSL_CACERT_BADFILE:
-    case CURLE_SSL_ISSUER_ERROR:
-        return QStringLiteral("The certificate of %1 is not trusted.");
-    case CURLE_SSL_CONNECT_ERROR:
-    case CURLE_SSL_CIPHER:
-        return QStringLiteral("No secure connection to %1 could be made.");
-    case CURLE_PARTIAL_FILE:
-        return QStringLiteral("The answer of %1 was cut short.");
-    case CURLE_WEIRD_SERVER_REPLY:
-    case CURLE_UNSUPPORTED_PROTOCOL:
-        return QStringLiteral("The answer of %1 was not proper HTTP.");
-    default:
-        return QStringLiteral("The connection to %1 was lost before the answer was complete.");
-    }
-}
-
 } // namespace
 
 CURLcode errorNumber(Failure failure, CURLcode result)
@@ -67,7 +40,7 @@ CURLcode errorNumber(Failure failure, CURLcode result)
     return CURLE_SEND_FAIL_REWIND;
 }
 
-QString describeFailure(Failure failure, CURLcode result, QString const& detail, Request const& request)
+QString describeFailure(Failure failure, Request const& request)
 {
     QString const host = QUrl::fromEncoded(request.origin).host();
     switch (failure)
@@ -87,18 +60,18 @@ QString describeFailure(Failure failure, CURLcode result, QString const& detail,
     case Failure::OutOfMemory:
         return QStringLiteral("There is not enough memory for the answer of %1.").arg(host);
     case Failure::WouldRepeatWrite:
-        return ownText(CURLE_SEND_FAIL_REWIND).arg(host);
+        return QStringLiteral("The connection to %1 was lost before the answer was complete.").arg(host);
     case Failure::None:
         break;
     }
-    return QStringLiteral("%1 (%2)").arg(ownText(result).arg(host), detail);
+    return {};
 }
 
 Outcome neverSent(Request const& request)
 {
     Outcome outcome;
     outcome.error = static_cast<int>(errorNumber(Failure::NeverSent, CURLE_OK));
-    outcome.errorText = describeFailure(Failure::NeverSent, CURLE_OK, {}, request);
+    outcome.errorText = describeFailure(Failure::NeverSent, request);
     return outcome;
 }
 

@@ -25,8 +25,8 @@ enum class Failure : int
 /// The error number of a failed exchange: always one of libcurl's.
 CURLcode errorNumber(Failure failure, CURLcode result);
 
-/// A sentence for people, without secrets; `detail` is libcurl's own text.
-QString describeFailure(Failure failure, CURLcode result, QString const& detail, Request const& request);
+/// A sentence for people, without secrets; empty for `None`.
+QString describeFailure(Failure failure, Request const& request);
 
 /// How a call ends that has waited for its turn too long.
 Outcome neverSent(Request const& request);

@@ -1,5 +1,7 @@
 #include <platform/rest/internal/Session.h>
 
+#include <QFile>
+
 #include <platform/rest/internal/IoThread.h>
 #include <platform/rest/internal/Redaction.h>
 
@@ -10,6 +12,7 @@ namespace
 {
 
 constexpr std::chrono::milliseconds fallbackTimeout{30000};
+constexpr qint64 certificatesLimit = qint64(16) * 1024 * 1024;
 
 std::chrono::milliseconds positiveOr(std::chrono::milliseconds timeout, std::chrono::milliseconds fallback)
 {
@@ -93,6 +96,23 @@ void Session::acceptAnyCertificate()
     settings_.verifiesCertificates = false;
 }
 
+void Session::setExtraCertificates(QString const& pemFile)
+{
+    std::shared_ptr<TrustStore> trust = TrustStore::system();
+    QString problem;
+    if (!pemFile.isEmpty())
+    {
+        QFile file(pemFile);
+        bool const isOpen = file.open(QIODevice::ReadOnly);
+        trust = isOpen ? TrustStore::withCertificates(file.read(certificatesLimit)) : nullptr;
+        problem = isOpen ? QStringLiteral("it holds no certificate in PEM form, or a damaged one") : file.errorString();
+    }
+    std::lock_guard const lock(mutex_);
+    settings_.trust = std::move(trust);
+    settings_.trustProblem =
+        QStringLiteral("The request was not sent: the certificates in %1 cannot be used: %2.").arg(pemFile, problem);
+}
+
 void Session::setTraceCallback(TraceCallback callback)
 {
     auto shared = callback ? std::make_shared<TraceCallback const>(std::move(callback)) : nullptr;
@@ -157,6 +177,10 @@ std::optional<QString> Session::prepare(Request& request, QUrl const& url, bool 
     {
         return settings_.refusal;
     }
+    if (!settings_.trust)
+    {
+        return settings_.trustProblem;
+    }
     BaseUrl const base = *settings_.baseUrl;
     if (authenticated)
     {
@@ -165,6 +189,7 @@ std::optional<QString> Session::prepare(Request& request, QUrl const& url, bool 
     }
     request.replySizeLimit = settings_.replySizeLimit;
     request.verifiesCertificates = settings_.verifiesCertificates;
+    request.trust = settings_.verifiesCertificates ? settings_.trust : nullptr;
     request.usesSystemProxies = settings_.usesSystemProxies;
     request.isTraced = traceCallback_ != nullptr;
     lock.unlock();

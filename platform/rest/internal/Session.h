@@ -11,6 +11,7 @@
 #include <platform/rest/internal/Call.h>
 #include <platform/rest/internal/CallRegistry.h>
 #include <platform/rest/internal/Calls.h>
+#include <platform/rest/internal/TrustStore.h>
 #include <platform/rest/internal/UrlJoin.h>
 
 namespace rest
@@ -31,6 +32,7 @@ public:
     void awaitOtherThreads();
 
     void acceptAnyCertificate();
+    void setExtraCertificates(QString const& pemFile);
     void setTraceCallback(TraceCallback callback);
     void setUsesSystemProxies(bool use);
     void setDefaultTimeout(std::chrono::milliseconds timeout);
@@ -56,6 +58,8 @@ private:
         QString refusal = QStringLiteral("The request was not sent: the connection is not initialised.");
         qint64 replySizeLimit = qint64(256) * 1024 * 1024;
         bool verifiesCertificates = true;
+        std::shared_ptr<TrustStore> trust = TrustStore::system(); ///< null: the file named could not be read
+        QString trustProblem;
         bool usesSystemProxies = false;
     };
 

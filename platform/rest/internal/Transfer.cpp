@@ -4,7 +4,9 @@
 #include <cstring>
 #include <new>
 
+#include <platform/rest/internal/FailedExchange.h>
 #include <platform/rest/internal/ReplyBuffer.h>
+#include <platform/rest/internal/TrustStore.h>
 
 namespace rest
 {
@@ -133,6 +135,10 @@ void Transfer::configureConnection(Request const& request)
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_SSL_VERIFYPEER, request.verifiesCertificates ? 1L : 0L);
     set(CURLOPT_SSL_VERIFYHOST, request.verifiesCertificates ? 2L : 0L);
+    if (request.trust)
+    {
+        request.trust->attach(handle());
+    }
     // Set even when empty: libcurl must not look at the environment's proxies itself.
     set(CURLOPT_PROXY, proxy.address.isEmpty() ? "" : proxy.address.constData());
     set(CURLOPT_NOPROXY, "");
@@ -290,6 +296,11 @@ Outcome Transfer::end(CURLcode result)
         // A head that ends early counts as one without a body for libcurl.
         result = CURLE_PARTIAL_FILE;
     }
+    if (result == CURLE_OK && status == 407 && !queue_.proxy->address.isEmpty())
+    {
+        // Only a proxy answers so; the service has not seen the request.
+        result = CURLE_PROXY;
+    }
     if (failure_ == Failure::None && result == CURLE_OK && decoder_ && !decoder_->isComplete())
     {
         failure_ = Failure::BadCompression;
@@ -317,10 +328,10 @@ Outcome Transfer::end(CURLcode result)
 
 QString Transfer::failureText(CURLcode result, bool maybeProcessed) const
 {
-    QString const detail =
-        QString::fromUtf8(errorBuffer_[0] != '\0' ? errorBuffer_.data() : curl_easy_strerror(result));
-    QString text = describeFailure(failure_, result, detail, call_->request());
-    if (maybeProcessed)
+    FailedExchange const exchange{handle(),      result,        errorBuffer_.data(),
+                                  attempts_ > 0, *queue_.proxy, call_->request()};
+    QString text = failure_ == Failure::None ? exchange.description() : describeFailure(failure_, call_->request());
+    if (maybeProcessed && result != CURLE_PROXY)
     {
         text += QStringLiteral(" The server may have processed the request.");
     }
