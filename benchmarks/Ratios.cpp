@@ -29,7 +29,9 @@ public:
             }
             else
             {
-                times[run.run_name.function_name].push_back(run.GetAdjustedRealTime());
+                std::string const& argument = run.run_name.args;
+                times[run.run_name.function_name + (argument.empty() ? "" : "/" + argument)].push_back(
+                    run.real_accumulated_time / static_cast<double>(run.iterations));
             }
         }
         if (!shown.empty())
@@ -65,14 +67,18 @@ int runWithRatios(int argc, char** argv, std::vector<Ratio> const& ratios)
     }
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
-    std::printf("\nRatios of the median times (subject / peer)\n");
+    std::printf("\nMedian times, subject / peer\n");
     for (Ratio const& ratio : ratios)
     {
         auto const& subject = collector.times[ratio.subject];
         auto const& peer = collector.times[ratio.peer];
-        if (!subject.empty() && !peer.empty())
+        if (!subject.empty() && ratio.peer.empty())
         {
-            std::printf("  %6.2f  %s\n", median(subject) / median(peer), ratio.meaning.c_str());
+            std::printf("  %6.2f ms  %s\n", median(subject) * 1000, ratio.meaning.c_str());
+        }
+        else if (!subject.empty() && !peer.empty())
+        {
+            std::printf("  %6.2f     %s\n", median(subject) / median(peer), ratio.meaning.c_str());
         }
     }
     benchmark::Shutdown();

@@ -6,7 +6,8 @@
 namespace bench
 {
 
-/// A comparison to print after the run: the time of `subject` over that of `peer`, both names of benchmarks.
+/// A comparison to print after the run: the time of `subject` over that of `peer`, both names of benchmarks with their
+/// argument (`name/1000`). Without a peer it is the time itself.
 struct Ratio
 {
     std::string subject;

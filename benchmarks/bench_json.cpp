@@ -2,7 +2,9 @@
 /// plain structures, in time and in memory.
 
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,7 @@
 #include <KeloCommunicationLib/json/internal/Value.h>
 
 #include "benchmarks/Ratios.h"
+#include "benchmarks/Replies.h"
 
 namespace
 {
@@ -31,73 +34,40 @@ constexpr int detailsSize = 5000;
 using Requests = std::vector<collaboration::RequestInfo>;
 using Details = std::vector<collaboration::RestorationRequestDetail>;
 
-/// An array of `count` elements that `element` makes, with the room behind it that the transport leaves.
-template <class Element>
-QByteArray arrayOf(int count, Element element)
+/// With the room behind it that the transport leaves.
+QByteArray padded(QByteArray text)
 {
-    QByteArray text = "[";
-    for (int index = 0; index < count; ++index)
+    text.reserve(text.size() + rest::replyPadding);
+    return text;
+}
+
+QByteArray const& requestsOf(std::int64_t count)
+{
+    static std::map<std::int64_t, QByteArray> texts;
+    auto const [place, isNew] = texts.try_emplace(count);
+    if (isNew)
     {
-        text += (index == 0 ? "" : ",") + element(QByteArray::number(100000000 + index), index);
+        place->second = padded(bench::requestsReply(static_cast<int>(count)));
     }
-    text += "]";
-    text.reserve(text.size() + 64);
-    return text;
+    return place->second;
 }
 
-QByteArray requestsReply(int count)
+QByteArray const& detailsOf(std::int64_t count)
 {
-    return arrayOf(
-        count,
-        [](QByteArray const& number, int index)
-        {
-            return R"({"RequestId":"REQ-)" + number + R"(-2b9f","TransactionId":"TX-)" + number
-                   + R"(-77","RequestType":)" + QByteArray::number(index % 8) + "}";
-        });
-}
-
-QByteArray const& listReply()
-{
-    static QByteArray const text = requestsReply(listSize);
-    return text;
-}
-
-QByteArray const& detailsReply()
-{
-    static QByteArray const text = arrayOf(
-        detailsSize,
-        [](QByteArray const& number, int)
-        {
-            QByteArray const file = R"({"Id":"FILE-)" + number
-                                    + R"(","State":1,"Name":"upper jaw.stl","Size":12345678,"NumberOfChunks":12,)"
-                                      R"("ChunkSize":1048576,"FileType":"stl","CreatedBy":"Dr. Example",)"
-                                      R"("IsCreator":true,"IsMarkedAsSeen":false})";
-            return R"({"PartnershipId":"PS-1","Id":"PARTNER-1","PartnerName":"Laboratory",)"
-                   R"("CollaborationRequestDetailInfos":[{"Restorations":[{"ImplantConnections":[{"ToothNumber":36,)"
-                   R"("ImplantConnectionId":"IC-4.1","ManufacturerId":"M-1","ImplantCategory":"Bone","Size":"4.1"}],)"
-                   R"("ToothNumberStart":36,"ToothNumberEnd":37,"Type":"Crown","Material":"Zirconia","Color":"A2",)"
-                   R"("Note":"","UseAuthenticProducts":true,"BarType":""}],"Id":"REQ-)"
-                   + number + R"(","TransactionId":"TX-)" + number + R"(","Key":"KC-)" + number
-                   + R"(","Status":2,"VersionNumber":"3.1","Metadata":"","DueDate":"2026-12-31",)"
-                     R"("CreationTimestamp":"2026-11-21T10:11:12.345Z","Files":[)"
-                   + file + "," + file
-                   + R"(],"NoteInfos":[{"Text":"As discussed","CreatedAt":"2026-11-21T10:11:12.345Z",)"
-                     R"("CreatedBy":"Dr. Example","IsCreator":true}],"InternalCaseIdentifier":"C-1",)"
-                     R"("OrderReference":"","TreatingClinician":"Dr. Example","PatientId":"P-1",)"
-                     R"("PatientFirstName":"Ada","PatientLastName":"Example","PatientDateOfBirth":"1980-01-02",)"
-                     R"("PatientGender":"Female","RestorationURL":"https://kelo.example/r/1"}]})";
-        });
+    static QByteArray const text =
+        padded(bench::detailsReply("collaboration::RestorationRequestDetail", static_cast<int>(count)));
     return text;
 }
 
 // The peers.
 
-template <QByteArray const& (*text)()>
+template <QByteArray const& (*textOf)(std::int64_t)>
 void document(benchmark::State& state)
 {
+    QByteArray const& text = textOf(state.range(0));
     for (auto _ : state)
     {
-        QJsonDocument parsed = QJsonDocument::fromJson(text());
+        QJsonDocument parsed = QJsonDocument::fromJson(text);
         benchmark::DoNotOptimize(parsed);
     }
 }
@@ -119,10 +89,10 @@ void from_json(nlohmann::json const& source, PlainRequest& request)
 
 void plainStructures(benchmark::State& state)
 {
+    QByteArray const& text = requestsOf(state.range(0));
     for (auto _ : state)
     {
-        auto const requests =
-            nlohmann::json::parse(listReply().begin(), listReply().end()).get<std::vector<PlainRequest>>();
+        auto const requests = nlohmann::json::parse(text.begin(), text.end()).get<std::vector<PlainRequest>>();
         benchmark::DoNotOptimize(requests.data());
     }
 }
@@ -142,12 +112,13 @@ List listIn(QByteArray const& text)
     return list;
 }
 
-template <class List, QByteArray const& (*text)()>
+template <class List, QByteArray const& (*textOf)(std::int64_t)>
 void records(benchmark::State& state)
 {
+    QByteArray const& text = textOf(state.range(0));
     for (auto _ : state)
     {
-        auto const list = listIn<List>(text());
+        auto const list = listIn<List>(text);
         benchmark::DoNotOptimize(list.data());
     }
 }
@@ -155,38 +126,48 @@ void records(benchmark::State& state)
 void throughDocument(benchmark::State& state)
 {
     using Converter = json::FromJSON<Requests, 1>;
+    QByteArray const& text = requestsOf(state.range(0));
     for (auto _ : state)
     {
-        auto const list = Converter::convert(QJsonDocument::fromJson(listReply()));
+        auto const list = Converter::convert(QJsonDocument::fromJson(text));
         benchmark::DoNotOptimize(list.data());
     }
 }
 
 /// The time for an entry of a list, without that of destroying it.
-template <int count>
 void entry(benchmark::State& state)
 {
-    QByteArray const text = requestsReply(count);
+    QByteArray const& text = requestsOf(state.range(0));
     for (auto _ : state)
     {
         auto const begin = std::chrono::steady_clock::now();
         auto const list = listIn<Requests>(text);
         benchmark::DoNotOptimize(list.data());
         std::chrono::duration<double> const time = std::chrono::steady_clock::now() - begin;
-        state.SetIterationTime(time.count() / count);
+        state.SetIterationTime(time.count() / static_cast<double>(list.size()));
     }
 }
 
-BENCHMARK_TEMPLATE(document, listReply)->Name("listDocument")->UseRealTime();
-BENCHMARK_TEMPLATE(document, detailsReply)->Name("detailsDocument")->UseRealTime();
-BENCHMARK(plainStructures)->UseRealTime();
-BENCHMARK_TEMPLATE(records, Requests, listReply)->Name("listRecords")->UseRealTime();
-BENCHMARK_TEMPLATE(records, Details, detailsReply)->Name("detailsRecords")->UseRealTime();
-BENCHMARK(throughDocument)->UseRealTime();
-BENCHMARK_TEMPLATE(entry, 1000)->Name("entryOf1000")->UseManualTime()->Iterations(1000);
-BENCHMARK_TEMPLATE(entry, 10000)->Name("entryOf10000")->UseManualTime()->Iterations(100);
-BENCHMARK_TEMPLATE(entry, 100000)->Name("entryOf100000")->UseManualTime()->Iterations(10);
-BENCHMARK_TEMPLATE(entry, 1000000)->Name("entryOf1000000")->UseManualTime()->Iterations(1);
+void manySizes(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->RangeMultiplier(10)->Range(1000, 1000000)->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
+void oneSize(benchmark::internal::Benchmark* benchmark)
+{
+    benchmark->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK_TEMPLATE(document, requestsOf)->Name("listDocument")->Apply(manySizes);
+BENCHMARK_TEMPLATE(records, Requests, requestsOf)->Name("listRecords")->Apply(manySizes);
+BENCHMARK(plainStructures)->Name("listPlain")->Apply(manySizes);
+BENCHMARK(throughDocument)->Arg(listSize)->Apply(oneSize);
+BENCHMARK_TEMPLATE(document, detailsOf)->Name("detailsDocument")->Arg(detailsSize)->Apply(oneSize);
+BENCHMARK_TEMPLATE(records, Details, detailsOf)->Name("detailsRecords")->Arg(detailsSize)->Apply(oneSize);
+BENCHMARK(entry)->Arg(1000)->UseManualTime()->Iterations(1000);
+BENCHMARK(entry)->Arg(10000)->UseManualTime()->Iterations(100);
+BENCHMARK(entry)->Arg(100000)->UseManualTime()->Iterations(10);
+BENCHMARK(entry)->Arg(1000000)->UseManualTime()->Iterations(1);
 
 std::size_t bytesInUse()
 {
@@ -198,14 +179,14 @@ std::size_t bytesInUse()
 void printMemory()
 {
     std::size_t const before = bytesInUse();
-    QJsonDocument const parsed = QJsonDocument::fromJson(listReply());
+    QJsonDocument const parsed = QJsonDocument::fromJson(requestsOf(listSize));
     std::size_t const withDocument = bytesInUse();
-    auto const requests = listIn<Requests>(listReply());
+    auto const requests = listIn<Requests>(requestsOf(listSize));
     std::size_t const withRecords = bytesInUse();
     auto const share = static_cast<double>(withRecords - withDocument) / static_cast<double>(withDocument - before);
     std::printf(
         "  %6.2f  memory of %zu records over that of their document (%.1f MB of text)\n", share, requests.size(),
-        static_cast<double>(listReply().size()) / 1e6);
+        static_cast<double>(requestsOf(listSize).size()) / 1e6);
 }
 
 } // namespace
@@ -214,13 +195,16 @@ int main(int argc, char** argv)
 {
     int const outcome = bench::runWithRatios(
         argc, argv,
-        {{"listRecords", "listDocument", "reading a list of 100 000 into records over QJsonDocument::fromJson alone"},
-         {"throughDocument", "listDocument", "the same by way of the document"},
-         {"detailsRecords", "detailsDocument", "reading 5 000 nested details over QJsonDocument::fromJson alone"},
-         {"plainStructures", "listRecords", "nlohmann-json into plain structures over reading the list into records"},
-         {"entryOf10000", "entryOf1000", "time for an entry of 10 000 over one of 1 000"},
-         {"entryOf100000", "entryOf1000", "time for an entry of 100 000 over one of 1 000"},
-         {"entryOf1000000", "entryOf1000", "time for an entry of 1 000 000 over one of 1 000"}});
+        {{"listRecords/100000", "listDocument/100000",
+          "reading a list of 100 000 into records over QJsonDocument::fromJson alone"},
+         {"throughDocument/100000", "listDocument/100000", "the same by way of the document"},
+         {"detailsRecords/5000", "detailsDocument/5000",
+          "reading 5 000 nested details over QJsonDocument::fromJson alone"},
+         {"listPlain/100000", "listRecords/100000",
+          "nlohmann-json into plain structures over reading the list into records"},
+         {"entry/10000", "entry/1000", "time for an entry of 10 000 over one of 1 000"},
+         {"entry/100000", "entry/1000", "time for an entry of 100 000 over one of 1 000"},
+         {"entry/1000000", "entry/1000", "time for an entry of 1 000 000 over one of 1 000"}});
     if (outcome == 0)
     {
         printMemory();

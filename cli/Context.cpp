@@ -91,6 +91,11 @@ Context::Context(CommonOptions const& options) : output_(options.json)
         throw badInput(u"No installation: give --installation or set KELO_INSTALLATION."_s);
     }
     installation_ = identifier("installation", givenOr(options.installation, environment.installationReference({})));
+    certificateFile_ = givenOr(options.certificateFile, qEnvironmentVariable("KELO_CA_FILE"));
+    if (!certificateFile_.isEmpty())
+    {
+        contentOf("certificate file", certificateFile_);
+    }
     if (!options.traceFile.isNull())
     {
         trace_ = std::make_unique<HarFile>(options.traceFile);
@@ -101,6 +106,7 @@ Context::Context(CommonOptions const& options) : output_(options.json)
     core::setHostEnvironment(environment);
     TessalyConnectionBase::m_callback = [log = exchanges_](rest::TraceData const& exchange) { log->add(exchange); };
     connection_ = TessalyConnection::makeConnection(url_, user_, environment.password);
+    connection_->setExtraCertificates(certificateFile_);
 }
 
 void Context::check(rest::RestReplyStatus const& status, Shape shape) const

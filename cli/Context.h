@@ -27,6 +27,7 @@ struct CommonOptions
     QString user;
     QString password;
     QString installation;
+    QString certificateFile;
     QString traceFile;
     bool json = false;
 };
@@ -59,6 +60,9 @@ public:
 
     /// Who acts, in the bodies that name a user.
     QString const& user() const { return user_; }
+
+    /// Whose certificates are trusted beside the system's, as the command's own connections must be told; may be empty.
+    QString const& certificateFile() const { return certificateFile_; }
 
     Output const& output() const { return output_; }
 
@@ -122,6 +126,7 @@ private:
     QUrl url_;
     QString user_;
     QString installation_;
+    QString certificateFile_;
     Output output_;
     std::unique_ptr<HarFile> trace_;
     std::shared_ptr<ExchangeLog> exchanges_ = std::make_shared<ExchangeLog>();

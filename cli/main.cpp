@@ -17,11 +17,13 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 using cli::Value;
 
-constexpr auto exitCodes = "Exit codes: 0 success, 1 the service answered with an error, 2 a mistake in what was asked "
-                           "for (nothing is sent),\n"
-                           "3 no connection or no usable answer.\n"
-                           "Settings may come from KELO_API_URL, KELO_USERNAME, KELO_PASSWORD, KELO_INSTALLATION and\n"
-                           "KELO_COLLABORATION_VERSION.";
+constexpr auto exitCodes =
+    "Exit codes: 0 success, 1 the service answered with an error, 2 a mistake in what was asked "
+    "for (nothing is sent),\n"
+    "3 no connection or no usable answer.\n"
+    "Settings may come from KELO_API_URL, KELO_USERNAME, KELO_PASSWORD, KELO_INSTALLATION,\n"
+    "KELO_CA_FILE, KELO_PROXY_AUTO_DISCOVERY (1: use the system's proxies, or those of http_proxy,\n"
+    "https_proxy, all_proxy and no_proxy) and KELO_COLLABORATION_VERSION.";
 
 /// The options before or after any command.
 class CommonArguments
@@ -33,6 +35,8 @@ public:
           password_(
               arguments.text("--password", "Password; better given in KELO_PASSWORD, which other users cannot see")),
           installation_(arguments.text("--installation", "The account's installation; else KELO_INSTALLATION")),
+          certificates_(
+              arguments.text("--ca-file", "PEM file of certificates to trust beside the system's; else KELO_CA_FILE")),
           trace_(arguments.text(
               "--trace", "Records the exchanges in this HAR file: secrets redacted, bodies (patients' data!) not")),
           json_(arguments.flag("--json", "JSON for programs instead of tables for people")),
@@ -47,6 +51,7 @@ public:
             .user = *user_,
             .password = *password_,
             .installation = *installation_,
+            .certificateFile = *certificates_,
             .traceFile = *trace_,
             .json = *json_};
     }
@@ -54,7 +59,7 @@ public:
     bool isVerbose() const { return *verbose_; }
 
 private:
-    Value<QString> url_, user_, password_, installation_, trace_;
+    Value<QString> url_, user_, password_, installation_, certificates_, trace_;
     Value<bool> json_, verbose_;
 };
 

@@ -71,7 +71,7 @@ public:
 
     QString start();
     void stop();
-    QString certificateFile() const { return certificateFile_.fileName(); }
+    QString certificateFile() const { return certificateFile_ ? certificateFile_->fileName() : QString(); }
     QString directUrl() const { return urlOf(port_); }
     faults::FaultProxy* faultProxy() const { return proxy_.get(); }
     Service& service() { return service_; }
@@ -79,6 +79,7 @@ public:
 private:
     QString urlOf(int port) const;
     void makeHttpServer();
+    void writeCertificate(QByteArray const& pem);
     void prepareSocket(int socket);
     void addHandlers();
     void answer(httplib::Request const& request, HttpRequest const& received, httplib::Response& response);
@@ -86,7 +87,7 @@ private:
 
     SimulatorOptions const options_;
     Service service_;
-    QTemporaryFile certificateFile_;
+    std::unique_ptr<QFile> certificateFile_;
     std::unique_ptr<httplib::Server> http_;
     int listeningSocket_ = -1;
     int port_ = -1;
@@ -116,10 +117,23 @@ void Simulator::Server::makeHttpServer()
     auto tlsServer = std::make_unique<httplib::SSLServer>(certificate.certificate.get(), certificate.key.get());
     SSL_CTX_set_min_proto_version(tlsServer->ssl_context(), TLS1_2_VERSION);
     http_ = std::move(tlsServer);
-    certificateFile_.setFileTemplate(QDir::temp().filePath("kelo-simulator-XXXXXX.pem"));
-    if (!certificateFile_.open() || certificateFile_.write(certificate.pem()) < 0 || !certificateFile_.flush())
+    writeCertificate(certificate.pem());
+}
+
+void Simulator::Server::writeCertificate(QByteArray const& pem)
+{
+    if (options_.certificateFile.isEmpty())
     {
-        throw std::runtime_error("cannot write the certificate file: " + certificateFile_.errorString().toStdString());
+        certificateFile_ = std::make_unique<QTemporaryFile>(QDir::temp().filePath("kelo-simulator-XXXXXX.pem"));
+    }
+    else
+    {
+        certificateFile_ = std::make_unique<QFile>(options_.certificateFile);
+    }
+    QFile& file = *certificateFile_;
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate) || file.write(pem) < 0 || !file.flush())
+    {
+        throw std::runtime_error("cannot write the certificate file: " + file.errorString().toStdString());
     }
 }
 

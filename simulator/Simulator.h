@@ -19,6 +19,7 @@ struct SimulatorOptions
     int port = 0;              ///< 0: any free one
     unsigned seed = 1;         ///< of the data it starts with
     bool tls = false;          ///< HTTPS with a certificate made at start
+    QString certificateFile;   ///< where that certificate is written to; empty: a temporary file
     QString username = "kelo"; ///< HTTP Basic; empty: no credentials are asked for
     QString password = "kelo";
     std::optional<quint64> faultSeed;        ///< set: a fault proxy stands in front; its chance is drawn from this seed
@@ -43,7 +44,8 @@ public:
     /// Closes all connections, ends waiting answers and returns when no thread is left.
     void stop();
 
-    /// The PEM file with the certificate that clients must trust; exists as long as this object. Empty without TLS.
+    /// The PEM file with the certificate that clients must trust; a temporary one exists as long as this object. Empty
+    /// without TLS.
     QString certificateFile() const;
 
     /// The address behind the fault proxy; what `start` returned if there is none.

@@ -51,6 +51,7 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     CommandLine line;
     std::string user = line.options.username.toStdString();
     std::string password = line.options.password.toStdString();
+    std::string certificateFile;
     bool verbose = false;
     CLI::App app("A KELO service for one desk: listens on 127.0.0.1 and keeps its data in memory.", "kelo-simulator");
     app.set_version_flag("--version", "kelo-simulator " KELO_VERSION);
@@ -58,7 +59,11 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
     app.add_option("--seed", line.options.seed, "Seed of the data it starts with")->capture_default_str();
-    app.add_flag("--tls", line.options.tls, "Speak HTTPS; the path of the certificate goes to standard error");
+    auto* const tls =
+        app.add_flag("--tls", line.options.tls, "Speak HTTPS; the path of the certificate goes to standard error");
+    app.add_option(
+           "--certificate-file", certificateFile, "With --tls: write the certificate to this file, for kelo --ca-file")
+        ->needs(tls);
     app.add_option("--user", user, "User name asked for; empty asks for none")->capture_default_str();
     app.add_option("--password", password, "Password asked for")->capture_default_str();
     app.add_flag("--verbose", verbose, "Write every request to standard error");
@@ -85,6 +90,7 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     }
     line.options.username = QString::fromStdString(user);
     line.options.password = QString::fromStdString(password);
+    line.options.certificateFile = QString::fromStdString(certificateFile);
     if (verbose)
     {
         line.options.log = [](QString const& text) { std::cerr << (text.toStdString() + '\n') << std::flush; };

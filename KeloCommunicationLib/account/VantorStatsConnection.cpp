@@ -10,6 +10,7 @@
 
 VantorStatsConnection::VantorStatsConnection()
 {
+    setUseProxyAutoDiscovery(HostInfo::getHTTPProxyAutoDiscovery());
     TessalyConnectionBase::initialize(
         HostInfo::getVantorStatsURL(), HostInfo::getKELOUsername(), HostInfo::getKELOPassword(), QString());
 }

@@ -28,7 +28,9 @@ Action statsUpload(Arguments& arguments)
         environment.statsUrl = url;
         core::setHostEnvironment(environment);
 
-        auto const result = VantorStatsConnection().uploadVantorStats(stats);
+        VantorStatsConnection connection;
+        connection.setExtraCertificates(context.certificateFile());
+        auto const result = connection.uploadVantorStats(stats);
         if (!result.succeeded)
         {
             auto const exchanges = context.exchanges();

@@ -1,0 +1,24 @@
+# Draws the plots of docs/performance.md. Called by scripts/bench --plots, which sets `results` and `plots`.
+set terminal svg size 800,480 font "sans,14" background "white"
+set key left top
+set grid
+set logscale x
+
+set output plots."/lists.svg"
+set logscale y
+set format x "10^{%T}"
+set xlabel "entries of the list"
+set ylabel "time of reading (ms)"
+plot results."/lists.dat" index 0 using 1:2 with linespoints lw 2 title "library, into records", \
+     "" index 1 using 1:2 with linespoints lw 2 title "QJsonDocument alone", \
+     "" index 2 using 1:2 with linespoints lw 2 title "nlohmann-json, into plain structures"
+
+set output plots."/calls.svg"
+unset logscale y
+set format x "%g"
+set yrange [0:*]
+set xlabel "calls in flight"
+set ylabel "calls a second"
+plot results."/calls.dat" index 0 using 1:2 with linespoints lw 2 title "library, into records", \
+     "" index 1 using 1:2 with linespoints lw 2 title "libcurl multi loop, QJsonDocument", \
+     "" index 2 using 1:2 with linespoints lw 2 title "Qt's access manager, QJsonDocument"

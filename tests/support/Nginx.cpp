@@ -1,0 +1,228 @@
+#include "tests/support/Nginx.h"
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <openssl/pem.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "tests/support/Certificates.h"
+
+namespace test
+{
+
+namespace
+{
+
+// Debian's folder for it is not in everybody's search path.
+constexpr char const* program = "/usr/sbin/nginx";
+
+/// A socket that listens on a port of the system's choice. It is handed to nginx, which cannot choose one itself.
+class Listener
+{
+public:
+    Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        if (::bind(socket_, generic, size) != 0 || ::listen(socket_, 1024) != 0
+            || ::getsockname(socket_, generic, &size) != 0)
+        {
+            throw std::runtime_error("No port for nginx");
+        }
+        port_ = ntohs(address.sin_port);
+    }
+
+    Listener(Listener const&) = delete;
+    Listener& operator=(Listener const&) = delete;
+
+    ~Listener() { ::close(socket_); }
+
+    int socket() const { return socket_; }
+
+    int port() const { return port_; }
+
+private:
+    int socket_;
+    int port_ = 0;
+};
+
+constexpr char const* configuration = R"(
+load_module /usr/lib/nginx/modules/ngx_http_echo_module.so;
+user root;
+daemon off;
+pid pid;
+error_log error.log error;
+worker_processes %WORKERS%;
+events { worker_connections 8192; }
+http {
+  client_body_temp_path client; proxy_temp_path proxy; fastcgi_temp_path fastcgi; uwsgi_temp_path uwsgi; scgi_temp_path scgi;
+  client_max_body_size 0;
+  client_body_in_single_buffer on;
+  default_type application/json;
+  root files;
+  sendfile on;
+  tcp_nopush on;
+  keepalive_requests %REQUESTS%;
+  keepalive_timeout %TIMEOUT%s;
+  log_format chosen escape=none '%FORMAT%';
+  access_log %LOG%;
+  ssl_certificate certificate.pem;
+  ssl_certificate_key key.pem;
+  ssl_protocols TLSv1.3;
+  server {
+    listen 127.0.0.1:%PORT%;
+    listen 127.0.0.1:%TLSPORT% ssl %HTTP2%;
+    %LOCATIONS%
+    location ~ ^/after/([0-9.]+)(/.*)$ { echo_sleep $1; echo_exec $2; }
+    location ~ ^/read(/.*)$ { echo_read_request_body; echo_exec $1; }
+    location / { error_page 405 =200 $uri; try_files $uri $uri.json =404; }
+  }
+}
+)";
+
+QByteArray configurationFor(NginxOptions const& options, int port, int tlsPort)
+{
+    QByteArray const format = options.logFormat;
+    std::array<std::pair<char const*, QByteArray>, 9> const values{{
+        {"%WORKERS%", QByteArray::number(options.workers)},
+        {"%REQUESTS%", QByteArray::number(options.keepaliveRequests)},
+        {"%TIMEOUT%", QByteArray::number(options.keepaliveTimeout)},
+        {"%FORMAT%", format},
+        {"%LOG%", format.isEmpty() ? "off" : "access.log chosen"},
+        {"%PORT%", QByteArray::number(port)},
+        {"%TLSPORT%", QByteArray::number(tlsPort)},
+        {"%HTTP2%", options.http2 ? "http2" : ""},
+        {"%LOCATIONS%", options.locations},
+    }};
+    QByteArray text = configuration;
+    for (auto const& [name, value] : values)
+    {
+        text.replace(name, value);
+    }
+    return text;
+}
+
+void write(QString const& path, QByteArray const& content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+    {
+        throw std::runtime_error("A file of nginx cannot be written");
+    }
+}
+
+void writeCertificate(QString const& certificatePath, QString const& keyPath)
+{
+    using File = std::unique_ptr<std::FILE, Freed<&std::fclose>>;
+    Key const key = makeKey();
+    Certificate const certificate = makeCertificate(TlsOptions(), key.get());
+    File const certificateFile(std::fopen(certificatePath.toUtf8().constData(), "w"));
+    File const keyFile(std::fopen(keyPath.toUtf8().constData(), "w"));
+    if (certificateFile == nullptr || keyFile == nullptr
+        || PEM_write_X509(certificateFile.get(), certificate.get()) != 1
+        || PEM_write_PrivateKey(keyFile.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) != 1)
+    {
+        throw std::runtime_error("The certificate of nginx cannot be written");
+    }
+}
+
+} // namespace
+
+Nginx::Nginx(NginxOptions const& options)
+{
+    Listener const plain;
+    Listener const tls;
+    port_ = plain.port();
+    tlsPort_ = tls.port();
+    writeCertificate(path("certificate.pem"), path("key.pem"));
+    write(path("nginx.conf"), configurationFor(options, port_, tlsPort_));
+    QDir(folder_.path()).mkdir(QStringLiteral("files"));
+    QStringList const arguments{"-p", folder_.path(), "-c", "nginx.conf", "-e", "error.log"};
+    if (QProcess::execute(
+            program, QStringList(arguments) << "-t"
+                                            << "-q")
+        != 0)
+    {
+        throw std::runtime_error("nginx is not installed or refuses its configuration");
+    }
+    // Its way of taking over the sockets of an older self. It needs no readiness to wait for: the sockets listen.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NGINX"), QStringLiteral("%1;%2;").arg(plain.socket()).arg(tls.socket()));
+    process_.setProcessEnvironment(environment);
+    process_.setStandardErrorFile(path("stderr"));
+    process_.setChildProcessModifier(
+        [sockets = std::array{plain.socket(), tls.socket()}]
+        {
+            for (int const socket : sockets)
+            {
+                ::fcntl(socket, F_SETFD, 0);
+            }
+            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        });
+    process_.start(program, arguments);
+    if (!process_.waitForStarted())
+    {
+        throw std::runtime_error("nginx does not start");
+    }
+}
+
+Nginx::~Nginx()
+{
+    end();
+}
+
+QUrl Nginx::url() const
+{
+    return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(port_));
+}
+
+QUrl Nginx::tlsUrl() const
+{
+    return QUrl(QStringLiteral("https://127.0.0.1:%1").arg(tlsPort_));
+}
+
+void Nginx::serve(QString const& path, QByteArray const& content) const
+{
+    QString const file = folder_.filePath(QStringLiteral("files")) + path;
+    QDir().mkpath(QFileInfo(file).path());
+    write(file, content);
+}
+
+QList<QByteArray> Nginx::end()
+{
+    if (process_.state() != QProcess::NotRunning)
+    {
+        process_.terminate();
+        process_.waitForFinished();
+    }
+    QFile log(path("access.log"));
+    if (!log.open(QIODevice::ReadOnly))
+    {
+        return {};
+    }
+    QList<QByteArray> lines = log.readAll().split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+QString Nginx::path(char const* name) const
+{
+    return folder_.filePath(QString::fromLatin1(name));
+}
+
+} // namespace test
