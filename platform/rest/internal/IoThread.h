@@ -66,6 +66,8 @@ private:
     void handBack();
     /// One round of work: either one completion, or the network.
     void step(threading::WaitDriver::Deadline deadline);
+    /// True if there was something to tell.
+    bool tellProgress();
     void readMail();
     void sleep(threading::WaitDriver::Deadline deadline);
     void cancelAll();

@@ -26,6 +26,11 @@ public:
         std::shared_ptr<Call> call;
         Outcome outcome;
     };
+    struct Report
+    {
+        std::shared_ptr<Call> call;
+        TransferProgress progress;
+    };
 
     TransferLoop();
     TransferLoop(TransferLoop const&) = delete;
@@ -41,6 +46,8 @@ public:
     /// True when there is nothing in flight, queued or to be taken.
     bool isIdle() const;
     std::optional<Finished> takeFinished();
+    /// The news of a transfer whose watcher may be told now.
+    std::optional<Report> takeReport();
     /// Waits for the network, `wake`, or the deadline.
     void sleep(std::optional<Clock::time_point> deadline);
     /// Ends a `sleep`, now or the next one. May be called from any thread.
@@ -63,6 +70,7 @@ private:
     std::deque<Finished> finished_;
     /// No deadline of an active transfer is before this moment.
     Clock::time_point nextCheck_ = Clock::time_point::max();
+    Clock::time_point nextReport_ = Clock::time_point::max();
 };
 
 } // namespace rest
