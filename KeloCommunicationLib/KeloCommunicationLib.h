@@ -35,6 +35,8 @@
 #include <platform/core/HostInfo.h>
 #include <platform/data/PatientGender.h>
 #include <platform/rest/Connection.h>
+#include <platform/rest/MappedFile.h>
+#include <platform/rest/Progress.h>
 #include <platform/threading/Future.h>
 #include <platform/utility/Optional.h>
 #include <platform/utility/Result.h>

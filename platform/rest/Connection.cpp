@@ -77,6 +77,12 @@ threading::Future<void> Connection::downloadBinary(
     return session_->download(url, std::move(callback), timeout);
 }
 
+threading::Future<BinaryReply> Connection::downloadTo(
+    QUrl const& url, QString const& path, std::chrono::milliseconds timeout) const
+{
+    return session_->downloadTo(url, path, timeout);
+}
+
 Client Connection::httpConnection() const
 {
     return Client(session_);

@@ -70,6 +70,13 @@ public:
     /// without progress; 0 means the connection's own.
     threading::Future<void> downloadBinary(
         QUrl const& url, std::function<void(BinaryReply const&)> callback, std::chrono::milliseconds timeout) const;
+    /// Fetches a URL's body into the file `path`, which gets it as it comes, decompressed; its size is not limited. The
+    /// file is there, in the place of a former one, when the future finishes with HTTP status 200; in all other cases
+    /// nothing has changed there. An error's body is in the reply. If the file cannot be written, the reply is a
+    /// network error with an error number below 0; a file that cannot be made is found out before anything is sent.
+    /// `timeout` as above. The folder holds a file with a name of its own meanwhile.
+    threading::Future<BinaryReply> downloadTo(
+        QUrl const& url, QString const& path, std::chrono::milliseconds timeout) const;
 
     /// The blocking face of this connection.
     Client httpConnection() const;

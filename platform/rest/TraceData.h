@@ -16,7 +16,8 @@ using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
 
 /// One finished HTTP exchange, for the host's own log. Header values outside a short list of harmless ones read
 /// "[redacted]", and the URL carries no credentials. Bodies are given as they were sent and received, but for the
-/// connection's credentials should a server send them back; they may hold patients' data.
+/// connection's credentials should a server send them back; they may hold patients' data. What goes from a `MappedFile`
+/// or into a file is left out.
 struct TraceData
 {
     /// Time spent in each phase; 0 for a phase that the exchange did not pass (a reused connection has no connect

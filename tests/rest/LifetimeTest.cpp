@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "tests/rest/RestTestSupport.h"
+#include "tests/support/Waiting.h"
 
 namespace test
 {
@@ -19,10 +20,14 @@ TEST(Cancel, reachesTheWire)
     bool called = false;
     auto const download = connection->downloadBinary(
         path("/x"), [&called](rest::BinaryReply const&) { called = true; }, 0ms);
-    ASSERT_TRUE(server.waitForRequests(2));
+    Folder const folder;
+    auto const stored = connection->downloadTo(path("/x"), folder.path("file"), 0ms);
+    ASSERT_TRUE(server.waitForRequests(3));
     answer.cancel();
     download.cancel();
-    EXPECT_TRUE(server.waitForClosedByClient(2));
+    stored.cancel();
+    EXPECT_TRUE(server.waitForClosedByClient(3));
+    EXPECT_TRUE(comesTrue([&folder] { return folder.isEmpty(); }));
     EXPECT_TRUE(answer.isCanceled());
     EXPECT_TRUE(download.isCanceled());
     EXPECT_FALSE(called);

@@ -1,7 +1,10 @@
 // How answers are classified, and what ends an exchange as a network error.
+#include <csignal>
 #include <thread>
 
 #include <QJsonArray>
+
+#include <sys/resource.h>
 
 #include "tests/rest/RestTestSupport.h"
 
@@ -122,6 +125,9 @@ TEST(Reply, brokenAnswersAreNetworkErrors)
             .wait();
         EXPECT_THAT(download, IsNetworkError()) << name;
         EXPECT_TRUE(download->body().isEmpty()) << name;
+        Folder const folder;
+        EXPECT_THAT(connection->downloadTo(path("/x"), folder.path("file"), 0ms).get(), IsNetworkError()) << name;
+        EXPECT_TRUE(folder.isEmpty()) << name;
     }
 }
 
@@ -175,6 +181,12 @@ TEST(Reply, sizeLimitCountsDecompressedBytes)
         EXPECT_EQ(send(*connection, get(target))->httpStatusCode(), 200) << target;
         connection->setReplySizeLimit(raw.size() - 1);
         EXPECT_THAT(send(*connection, get(target)), IsNetworkError()) << target;
+        // What is not held in memory is not limited.
+        Folder const folder;
+        auto const stored = connection->downloadTo(path(target), folder.path("file"), 0ms).get();
+        EXPECT_EQ(stored->httpStatusCode(), 200);
+        EXPECT_TRUE(stored->body().isEmpty());
+        EXPECT_TRUE(folder.read("file") == raw) << target;
     }
     EXPECT_THAT(send(*connection, get("/endless")), IsNetworkError());
 }
@@ -196,13 +208,51 @@ TEST(Reply, downloadsGiveBytesAndKeepErrorStatus)
                 path(target), [&replies](rest::BinaryReply const& reply) { replies.push_back(reply); }, 0ms)
             .wait();
     }
-    ASSERT_EQ(replies.size(), 2);
-    EXPECT_EQ(replies[0]->httpStatusCode(), 200);
-    EXPECT_TRUE(replies[0]->body() == content);
-    EXPECT_EQ(replies[1]->httpStatusCode(), 404);
-    EXPECT_EQ(replies[1]->classification(), 1);
-    EXPECT_EQ(server.requests()[0].header("Accept"), "*/*");
-    EXPECT_EQ(server.requests()[0].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+    Folder const folder;
+    folder.write("file", "former");
+    replies.push_back(connection->downloadTo(path("/other"), folder.path("file"), 0ms).get());
+    EXPECT_EQ(folder.read("file"), "former");
+    replies.push_back(connection->downloadTo(path("/logo"), folder.path("file"), 0ms).get());
+    EXPECT_TRUE(folder.read("file") == content);
+    int const statuses[] = {200, 404, 404, 200};
+    QByteArray const bodies[] = {content, "gone", "gone", ""};
+    ASSERT_EQ(replies.size(), 4);
+    for (std::size_t i = 0; i < replies.size(); ++i)
+    {
+        EXPECT_EQ(replies[i]->httpStatusCode(), statuses[i]);
+        EXPECT_EQ(replies[i]->classification(), statuses[i] == 200 ? 0 : 1);
+        EXPECT_TRUE(replies[i]->body() == bodies[i]) << i;
+        EXPECT_EQ(server.requests()[i].header("Accept"), "*/*");
+        EXPECT_EQ(server.requests()[i].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+    }
+}
+
+TEST(Reply, fileThatCannotBeWrittenEndsItsDownload)
+{
+    RawServer server([](RawRequest const& request)
+                     { return reply(200, QByteArray(request.target == "/long" ? 300'000 : 10, 'x')); });
+    auto const connection = connectTo(server.url());
+    Folder const folder;
+    auto const refused = connection->downloadTo(path("/x"), folder.path("no/file"), 0ms).get();
+    EXPECT_THAT(refused, IsNetworkError());
+    EXPECT_EQ(server.requestCount(), 0);
+
+    // As a full disk does.
+    rlimit former = {};
+    ::getrlimit(RLIMIT_FSIZE, &former);
+    auto* const formerHandler = std::signal(SIGXFSZ, SIG_IGN);
+    for (auto const& [target, room] : {std::pair("/long", 100'000U), std::pair("/short", 0U)})
+    {
+        rlimit const limit = {room, former.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        auto const answer = connection->downloadTo(path(target), folder.path("file"), 0ms).get();
+        ::setrlimit(RLIMIT_FSIZE, &former);
+        EXPECT_THAT(answer, IsNetworkError());
+        EXPECT_LT(answer->errorCode(), 0);
+        EXPECT_TRUE(answer->errorText().contains(QLatin1String("too large"))) << answer->errorText().toStdString();
+        EXPECT_TRUE(folder.isEmpty()) << target;
+    }
+    std::signal(SIGXFSZ, formerHandler);
 }
 
 TEST(Reply, parserClassifiesReplies)

@@ -123,12 +123,19 @@ TEST(Request, bodiesAndHeaders)
     send(*connection, upload(bytes));
     send(*connection, RequestDataCreator::makeRequest(HttpMethod::Post, path("/x")));
     send(*connection, upload({}));
+    Folder const folder;
+    rest::MappedFile const file(folder.write("file", bytes));
+    ASSERT_EQ(file.size(), bytes.size());
+    send(*connection, upload(file.bytes()));
+    send(*connection, upload(QByteArray::fromRawData(file.bytes().constData() + 2, 4097)));
+    send(*connection, upload(rest::MappedFile(folder.write("empty", "")).bytes()));
 
     auto const requests = server.requests();
-    ASSERT_EQ(requests.size(), 5);
-    char const* const methods[] = {"GET", "POST", "PUT", "POST", "PUT"};
-    QByteArray const bodies[] = {"", "{\"a\":1}", bytes, "", ""};
-    QByteArray const types[] = {"", "application/json", "application/octet-stream", "", "application/octet-stream"};
+    ASSERT_EQ(requests.size(), 8);
+    char const* const methods[] = {"GET", "POST", "PUT", "POST", "PUT", "PUT", "PUT", "PUT"};
+    QByteArray const bodies[] = {"", "{\"a\":1}", bytes, "", "", bytes, bytes.mid(2, 4097), ""};
+    QByteArray const octets = "application/octet-stream";
+    QByteArray const types[] = {"", "application/json", octets, "", octets, octets, octets, octets};
     for (std::size_t i = 0; i < requests.size(); ++i)
     {
         EXPECT_EQ(requests[i].method, methods[i]);
@@ -141,8 +148,69 @@ TEST(Request, bodiesAndHeaders)
         EXPECT_TRUE(requests[i].header("Expect").isNull());
         EXPECT_TRUE(requests[i].header("Cookie").isNull());
     }
-    // Connections are reused, but for the two writes that have no body.
-    EXPECT_EQ(server.connectionCount(), 3);
+    // Connections are reused, but for the three writes that have no body.
+    EXPECT_EQ(server.connectionCount(), 4);
+}
+
+TEST(Request, fileThatBecomesShorterEndsItsUpload)
+{
+    RawServer server;
+    Folder const folder;
+    QString const path = folder.write("file", QByteArray(1'000'000, 'x'));
+    rest::MappedFile const file(path);
+    ASSERT_TRUE(QFile::resize(path, 200'000));
+    auto const answer = send(*connectTo(server.url()), upload(file.bytes()));
+    EXPECT_THAT(answer, IsNetworkError());
+    EXPECT_TRUE(answer->errorText().contains(QLatin1String("become shorter"))) << answer->errorText().toStdString();
+    for (QString const& unusable : {folder.path("missing"), folder.path(".")})
+    {
+        EXPECT_FALSE(rest::MappedFile(unusable).isOpen());
+        EXPECT_FALSE(rest::MappedFile(unusable).errorString().isEmpty());
+    }
+}
+
+TEST(Request, progressIsToldToTheScopeThatTheRequestWasMadeIn)
+{
+    QByteArray const raw = "\"" + QByteArray(100'000, 'x') + "\"";
+    QByteArray const stored = qCompress(raw, 0).mid(4);
+    RawServer server(
+        [&stored](RawRequest const&) {
+            return reply(200, stored, {{"Content-Encoding", "deflate"}}).holdingBack(10);
+        });
+    auto const connection = connectTo(server.url());
+    std::vector<rest::TransferProgress> reports;
+    auto const start = std::chrono::steady_clock::now();
+    rest::FutureJsonReply watched;
+    {
+        rest::ProgressScope const scope(
+            [&](rest::TransferProgress const& progress)
+            {
+                reports.push_back(progress);
+                if (progress.received == stored.size() - 10)
+                {
+                    server.release();
+                }
+                throw std::runtime_error("host's fault");
+            });
+        watched = connection->request(upload(QByteArray(5'000'000, 'x')));
+    }
+    send(*connection);
+    ASSERT_EQ(watched.get()->text(), raw);
+    auto const elapsed = std::chrono::steady_clock::now() - start;
+
+    ASSERT_GE(reports.size(), 3);
+    EXPECT_LE(static_cast<int>(reports.size()), elapsed / 100ms + 2);
+    EXPECT_LT(reports.front().sent, 5'000'000);
+    EXPECT_EQ(reports.front().toReceive, -1);
+    for (std::size_t i = 0; i < reports.size(); ++i)
+    {
+        EXPECT_EQ(reports[i].hasEnded, i + 1 == reports.size());
+        EXPECT_GE(reports[i].sent, reports[i > 0 ? i - 1 : 0].sent);
+        EXPECT_EQ(reports[i].toSend, 5'000'000);
+    }
+    EXPECT_EQ(reports.back().sent, 5'000'000);
+    EXPECT_EQ(reports.back().received, stored.size());
+    EXPECT_EQ(reports.back().toReceive, stored.size());
 }
 
 // A server that closes after reading must have seen a POST or PUT once, whatever libcurl would do by itself.

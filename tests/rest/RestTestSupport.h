@@ -6,7 +6,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <platform/rest/Connection.h>
+#include <platform/rest/MappedFile.h>
+#include <platform/rest/Progress.h>
 
 #include "tests/support/RawServer.h"
 
@@ -55,6 +61,31 @@ inline rest::JsonReply send(rest::Connection const& connection, rest::HttpReques
 {
     return connection.httpConnection().send(data);
 }
+
+/// A folder with files in it, gone with this object.
+class Folder
+{
+public:
+    QString path(char const* name) const { return folder_.filePath(QLatin1String(name)); }
+
+    QString write(char const* name, QByteArray const& content) const
+    {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        return file.fileName();
+    }
+
+    QByteArray read(char const* name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    bool isEmpty() const { return QDir(folder_.path()).isEmpty(); }
+
+private:
+    QTemporaryDir folder_;
+};
 
 MATCHER(IsNetworkError, "is a network error")
 {

@@ -10,11 +10,15 @@
 #include <QString>
 
 #include <platform/rest/HttpMethod.h>
+#include <platform/rest/Progress.h>
 #include <platform/rest/TraceData.h>
+#include <platform/rest/internal/ProgressMeter.h>
 
 namespace rest
 {
 
+class FileTarget;
+class Mapping;
 class Session;
 class Transfer;
 class TrustStore;
@@ -31,8 +35,9 @@ inline Clock::time_point timeOut(Clock::time_point start, std::chrono::milliseco
 /// positive.
 enum class LocalError : int
 {
-    NotSent = -1, ///< the request was refused before anything was opened
-    Closed = -2,  ///< the connection was closed while a blocking call waited
+    NotSent = -1,  ///< the request was refused before anything was opened
+    Closed = -2,   ///< the connection was closed while a blocking call waited
+    NotStored = -3 ///< the answer could not be written to its file
 };
 
 /// What one exchange sends, complete and independent of the connection's later settings.
@@ -56,7 +61,8 @@ struct Request
     QByteArray origin;
     Content content = Content::None;
     QByteArray body;
-    QByteArray username; ///< UTF-8; empty: no authentication
+    std::shared_ptr<Mapping const> file; ///< which the body is part of, if any
+    QByteArray username;                 ///< UTF-8; empty: no authentication
     QByteArray password;
     std::chrono::milliseconds timeout{0};
     TimeoutKind timeoutKind = TimeoutKind::Total;
@@ -65,7 +71,9 @@ struct Request
     std::shared_ptr<TrustStore> trust; ///< null: whom libcurl trusts unless told otherwise
     bool usesSystemProxies = false;
     bool isTraced = false;
-    bool isDownload = false; ///< of any type of content; else the reply is JSON
+    std::shared_ptr<ProgressCallback const> watcher; ///< null: nobody
+    std::shared_ptr<FileTarget> target;              ///< where the body of an answer 200 goes; null: into the reply
+    bool isDownload = false;                         ///< of any type of content; else the reply is JSON
 };
 
 /// How an exchange ended: with an HTTP status, or with an error number and text.
@@ -102,6 +110,7 @@ public:
     /// Used on the I/O thread only: the transfer that carries the call, and whether nobody waits for it any more.
     Transfer* transfer = nullptr;
     bool isAborted = false;
+    ProgressMeter progress;
 
 private:
     std::shared_ptr<Session> const session_;

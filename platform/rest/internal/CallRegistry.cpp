@@ -30,6 +30,12 @@ CallRegistry::Completion CallRegistry::take(std::shared_ptr<Call> const& call)
     return pending_.erase(call) == 1 ? enter() : Completion(nullptr);
 }
 
+CallRegistry::Completion CallRegistry::visit(std::shared_ptr<Call> const& call)
+{
+    std::lock_guard const lock(mutex_);
+    return pending_.count(call) == 1 ? enter() : Completion(nullptr);
+}
+
 bool CallRegistry::remove(std::shared_ptr<Call> const& call)
 {
     std::lock_guard const lock(mutex_);

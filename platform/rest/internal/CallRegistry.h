@@ -13,12 +13,13 @@
 namespace rest
 {
 
-/// The calls of a session that have not ended, and the threads that are ending some right now. Whoever takes a call out
-/// ends it; nobody else does.
+/// The calls of a session that have not ended, and the threads that are ending or reporting some right now. Whoever
+/// takes a call out ends it; nobody else does.
 class CallRegistry
 {
 public:
-    /// While it exists the calling thread counts as one that ends calls of the session.
+    /// While it exists the calling thread counts as one that is busy with calls of the session: it may run the host's
+    /// code for them.
     class Completion
     {
     public:
@@ -48,11 +49,14 @@ public:
     bool add(std::shared_ptr<Call> const& call);
     /// Takes a call out to end it; false if another has done so.
     Completion take(std::shared_ptr<Call> const& call);
+    /// Keeps a call that has not ended from doing so unnoticed by `awaitOtherThreads`; false if it has ended.
+    Completion visit(std::shared_ptr<Call> const& call);
     /// Takes a call out that its consumer has ended; false if another has done so.
     bool remove(std::shared_ptr<Call> const& call);
     /// Takes all calls out to end them and lets no more in.
     std::pair<Completion, std::vector<std::shared_ptr<Call>>> close();
-    /// Returns once no other thread ends calls of the session. On a thread that drives futures, they go on meanwhile.
+    /// Returns once no other thread is busy with calls of the session. On a thread that drives futures, they go on
+    /// meanwhile.
     void awaitOtherThreads();
 
 private:

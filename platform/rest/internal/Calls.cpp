@@ -1,5 +1,6 @@
 #include <platform/rest/internal/Calls.h>
 
+#include <platform/rest/internal/FileTarget.h>
 #include <platform/rest/internal/Session.h>
 
 namespace rest
@@ -44,7 +45,9 @@ void abandonOnCancel(threading::Promise<T>& promise, std::shared_ptr<Call> const
 } // namespace
 
 Call::Call(std::shared_ptr<Session> session, Request request)
-    : session_(std::move(session)), request_(std::move(request))
+    : progress(request.watcher != nullptr, request.body.size()),
+      session_(std::move(session)),
+      request_(std::move(request))
 {
 }
 
@@ -97,6 +100,34 @@ void DownloadCall::cancel()
 }
 
 void DownloadCall::watchCancellation()
+{
+    abandonOnCancel(promise_, shared_from_this());
+}
+
+void FileCall::complete(Outcome outcome)
+{
+    FileTarget& target = *request().target;
+    bool const isWanted = outcome.error == 0 && outcome.httpStatus == 200 && !promise_.future().isFinished();
+    if (!isWanted)
+    {
+        target.discard();
+    }
+    else if (!target.commit())
+    {
+        outcome.httpStatus = 0;
+        outcome.error = static_cast<int>(LocalError::NotStored);
+        outcome.errorText = target.failureText();
+    }
+    QByteArray body = outcome.error == 0 ? std::move(outcome.body) : QByteArray();
+    promise_.setValue(makeReply<QByteArray>(outcome, std::move(body)));
+}
+
+void FileCall::cancel()
+{
+    promise_.cancel();
+}
+
+void FileCall::watchCancellation()
 {
     abandonOnCancel(promise_, shared_from_this());
 }

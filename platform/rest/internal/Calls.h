@@ -44,4 +44,20 @@ private:
     threading::Promise<void> promise_;
 };
 
+/// A call whose answer goes to the request's target.
+class FileCall final : public Call
+{
+public:
+    using Call::Call;
+
+    threading::Future<BinaryReply> future() const { return promise_.future(); }
+
+    void complete(Outcome outcome) override;
+    void cancel() override;
+    void watchCancellation() override;
+
+private:
+    threading::Promise<BinaryReply> promise_;
+};
+
 } // namespace rest

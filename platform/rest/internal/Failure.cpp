@@ -2,6 +2,8 @@
 
 #include <QUrl>
 
+#include <platform/rest/internal/FileTarget.h>
+
 namespace rest
 {
 
@@ -18,7 +20,7 @@ QString timeoutText(Request const& request, QString const& host)
 
 } // namespace
 
-CURLcode errorNumber(Failure failure, CURLcode result)
+int errorNumber(Failure failure, CURLcode result)
 {
     switch (failure)
     {
@@ -34,6 +36,11 @@ CURLcode errorNumber(Failure failure, CURLcode result)
         return CURLE_BAD_CONTENT_ENCODING;
     case Failure::OutOfMemory:
         return CURLE_OUT_OF_MEMORY;
+    case Failure::FileUnreadable:
+    case Failure::FileShortened:
+        return CURLE_READ_ERROR;
+    case Failure::NotStored:
+        return static_cast<int>(LocalError::NotStored);
     case Failure::WouldRepeatWrite:
         break;
     }
@@ -61,6 +68,12 @@ QString describeFailure(Failure failure, Request const& request)
         return QStringLiteral("There is not enough memory for the answer of %1.").arg(host);
     case Failure::WouldRepeatWrite:
         return QStringLiteral("The connection to %1 was lost before the answer was complete.").arg(host);
+    case Failure::FileUnreadable:
+        return QStringLiteral("The file that was being sent to %1 could not be read.").arg(host);
+    case Failure::FileShortened:
+        return QStringLiteral("The file that was being sent to %1 has become shorter meanwhile.").arg(host);
+    case Failure::NotStored:
+        return request.target->failureText();
     case Failure::None:
         break;
     }

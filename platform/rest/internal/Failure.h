@@ -20,10 +20,13 @@ enum class Failure : int
     BadCompression,
     OutOfMemory,
     WouldRepeatWrite, ///< libcurl was about to send a POST or PUT a second time
+    FileUnreadable,   ///< that the request's body is part of
+    FileShortened,    ///< since the request was made
+    NotStored,        ///< the answer could not be written to its file
 };
 
-/// The error number of a failed exchange: always one of libcurl's.
-CURLcode errorNumber(Failure failure, CURLcode result);
+/// The error number of a failed exchange: one of libcurl's or, if the answer could not be stored, a `LocalError`.
+int errorNumber(Failure failure, CURLcode result);
 
 /// A sentence for people, without secrets; empty for `None`.
 QString describeFailure(Failure failure, Request const& request);

@@ -137,10 +137,21 @@ void IoThread::step(threading::WaitDriver::Deadline deadline)
         return;
     }
     loop_.perform();
-    if (!loop_.hasFinished())
+    if (!tellProgress() && !loop_.hasFinished())
     {
         sleep(deadline);
     }
+}
+
+bool IoThread::tellProgress()
+{
+    bool hasTold = false;
+    while (auto const report = loop_.takeReport())
+    {
+        report->call->session()->report(report->call, report->progress);
+        hasTold = true;
+    }
+    return hasTold;
 }
 
 void IoThread::complete(TransferLoop::Finished finished)

@@ -62,6 +62,8 @@ private:
     void run();
     /// One round of work: either one completion, or the network.
     void step(threading::WaitDriver::Deadline deadline);
+    /// True if there was something to tell.
+    bool tellProgress();
     void complete(TransferLoop::Finished finished);
     void findProxy(QByteArray const& origin, QUrl const& url);
     void readMail();

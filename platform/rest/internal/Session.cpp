@@ -2,7 +2,9 @@
 
 #include <QFile>
 
+#include <platform/rest/internal/FileTarget.h>
 #include <platform/rest/internal/IoThread.h>
+#include <platform/rest/internal/Mapping.h>
 #include <platform/rest/internal/Redaction.h>
 
 namespace rest
@@ -30,11 +32,27 @@ void fillContent(Request& request, HttpRequestData const& data)
         request.content = Request::Content::Bytes;
         request.timeoutKind = Request::TimeoutKind::Idle;
         request.body = data.rawBody;
+        request.file = Mapping::holding(data.rawBody);
     }
     else if (!data.jsonBody.isNull())
     {
         request.content = Request::Content::Json;
         request.body = data.jsonBody.toJson(QJsonDocument::Compact);
+    }
+}
+
+void tell(Request const& request, TransferProgress const& progress)
+{
+    try
+    {
+        if (request.watcher)
+        {
+            (*request.watcher)(progress);
+        }
+    }
+    catch (...)
+    {
+        threading::impl::reportContinuationException();
     }
 }
 
@@ -170,8 +188,28 @@ threading::Future<void> Session::download(
     return future;
 }
 
+threading::Future<BinaryReply> Session::downloadTo(
+    QUrl const& url, QString const& path, std::chrono::milliseconds timeout)
+{
+    Request request;
+    request.timeout = positiveOr(timeout, defaultTimeout_.load());
+    request.timeoutKind = Request::TimeoutKind::Idle;
+    request.isDownload = true;
+    auto refusal = prepare(request, url, true);
+    request.target = std::make_shared<FileTarget>(path);
+    if (!refusal && !request.target->open())
+    {
+        refusal = QStringLiteral("The request was not sent: %1").arg(request.target->failureText());
+    }
+    auto const call = std::make_shared<FileCall>(shared_from_this(), std::move(request));
+    threading::Future<BinaryReply> future = call->future();
+    send(call, refusal);
+    return future;
+}
+
 std::optional<QString> Session::prepare(Request& request, QUrl const& url, bool authenticated) const
 {
+    request.watcher = ProgressScope::current();
     std::unique_lock lock(mutex_);
     if (!settings_.baseUrl)
     {
@@ -225,11 +263,23 @@ void Session::complete(std::shared_ptr<Call> const& call, Outcome outcome)
 {
     if (auto const completion = calls_.take(call))
     {
+        // This thread may be one of the host's that waits; continuations are not what its scope was made for.
+        ProgressScope const unwatched({});
         redactCredentials(outcome, call->request());
+        tell(call->request(), call->progress.atEnd());
         trace(outcome.traces);
         // The trace callback may have closed or destroyed the connection, to whose continuations the reply would come
         // too late.
         calls_.isOpen() ? call->complete(std::move(outcome)) : call->cancel();
+    }
+}
+
+void Session::report(std::shared_ptr<Call> const& call, TransferProgress const& progress)
+{
+    if (auto const visit = calls_.visit(call))
+    {
+        ProgressScope const unwatched({});
+        tell(call->request(), progress);
     }
 }
 

@@ -42,10 +42,13 @@ public:
     FutureJsonReply request(HttpRequestData data);
     threading::Future<void> download(
         QUrl const& url, DownloadCall::Callback callback, std::chrono::milliseconds timeout);
+    threading::Future<BinaryReply> downloadTo(QUrl const& url, QString const& path, std::chrono::milliseconds timeout);
 
     /// The transport's ways to end a call; without effect if the call has ended otherwise.
     void complete(std::shared_ptr<Call> const& call, Outcome outcome);
     void cancel(std::shared_ptr<Call> const& call);
+    /// Tells the call's watcher, unless the call has ended.
+    void report(std::shared_ptr<Call> const& call, TransferProgress const& progress);
     /// The consumer has ended the call.
     void abandon(std::shared_ptr<Call> const& call);
 

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #include <platform/rest/internal/FailedExchange.h>
+#include <platform/rest/internal/FileTarget.h>
+#include <platform/rest/internal/Mapping.h>
 #include <platform/rest/internal/ReplyBuffer.h>
 #include <platform/rest/internal/TrustStore.h>
 
@@ -109,6 +112,7 @@ void Transfer::beginExchange()
     isUnfit_ = false;
     body_.clear();
     decoder_.reset();
+    call_->progress.restartReceiving();
     errorBuffer_[0] = '\0';
     configureConnection(call_->request());
     configureCallbacks();
@@ -308,7 +312,7 @@ Outcome Transfer::end(CURLcode result)
     Outcome outcome;
     if (result != CURLE_OK || failure_ != Failure::None)
     {
-        outcome.error = static_cast<int>(errorNumber(failure_, result));
+        outcome.error = errorNumber(failure_, result);
         outcome.errorText = failureText(result, attempts_ > 0 && isWrite());
     }
     else
@@ -372,17 +376,40 @@ std::size_t Transfer::readBody(char* buffer, std::size_t capacity)
     }
     QByteArray const& body = call_->request().body;
     auto const count = std::min(static_cast<qsizetype>(capacity), body.size() - bodySent_);
-    std::memcpy(buffer, body.constData() + bodySent_, static_cast<std::size_t>(count));
+    if (!copyBody(buffer, count))
+    {
+        return CURL_READFUNC_ABORT;
+    }
     bodySent_ += count;
+    call_->progress.setSent(bodySent_);
     return static_cast<std::size_t>(count);
+}
+
+bool Transfer::copyBody(char* buffer, qsizetype size)
+{
+    Request const& request = call_->request();
+    char const* const place = request.body.constData() + bodySent_;
+    if (request.file == nullptr)
+    {
+        std::memcpy(buffer, place, static_cast<std::size_t>(size));
+        return true;
+    }
+    qsizetype const read = request.file->read(place, buffer, size);
+    if (read != size)
+    {
+        failure_ = read < 0 ? Failure::FileUnreadable : Failure::FileShortened;
+    }
+    return read == size;
 }
 
 std::size_t Transfer::writeBody(char const* data, std::size_t size)
 {
     queue_.lastByte = lastProgress_ = Clock::now();
+    call_->progress.addReceived(static_cast<qint64>(size), info<curl_off_t>(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T));
     try
     {
-        if (appendBody(data, static_cast<qsizetype>(size)))
+        auto const count = static_cast<qsizetype>(size);
+        if (goesToFile() ? storeBody(data, count) : appendBody(data, count))
         {
             return size;
         }
@@ -400,12 +427,7 @@ bool Transfer::appendBody(char const* data, qsizetype size)
     qint64 const limit = call_->request().replySizeLimit;
     if (decoder_)
     {
-        auto const result = decoder_->decode(data, size, body_, limit);
-        if (result != ContentDecoder::Result::Ok)
-        {
-            failure_ = result == ContentDecoder::Result::TooLarge ? Failure::ReplyTooLarge : Failure::BadCompression;
-        }
-        return result == ContentDecoder::Result::Ok;
+        return decode(data, size, limit);
     }
     if (body_.size() + size > limit)
     {
@@ -423,6 +445,38 @@ bool Transfer::appendBody(char const* data, qsizetype size)
     return true;
 }
 
+bool Transfer::goesToFile() const
+{
+    return call_->request().target != nullptr && info<long>(CURLINFO_RESPONSE_CODE) == 200;
+}
+
+bool Transfer::storeBody(char const* data, qsizetype size)
+{
+    if (decoder_ && !decode(data, size, std::numeric_limits<qint64>::max()))
+    {
+        return false;
+    }
+    FileTarget& target = *call_->request().target;
+    bool const isStored = decoder_ ? target.write(body_.constData(), body_.size()) : target.write(data, size);
+    // Its room is kept for the next piece.
+    body_.resize(0);
+    if (!isStored)
+    {
+        failure_ = Failure::NotStored;
+    }
+    return isStored;
+}
+
+bool Transfer::decode(char const* data, qsizetype size, qint64 limit)
+{
+    auto const result = decoder_->decode(data, size, body_, limit);
+    if (result != ContentDecoder::Result::Ok)
+    {
+        failure_ = result == ContentDecoder::Result::TooLarge ? Failure::ReplyTooLarge : Failure::BadCompression;
+    }
+    return result == ContentDecoder::Result::Ok;
+}
+
 std::size_t Transfer::takeHeader(char const* line, std::size_t size)
 {
     queue_.lastByte = lastProgress_ = Clock::now();
@@ -435,7 +489,7 @@ std::size_t Transfer::takeHeader(char const* line, std::size_t size)
     auto const text = QByteArray::fromRawData(line, static_cast<qsizetype>(size));
     // The trailers of a body in chunks come here, too, without an empty line behind them.
     isHeadComplete_ = text.trimmed().isEmpty() || (isHeadComplete_ && !text.startsWith("HTTP/"));
-    if (body_.isEmpty())
+    if (call_->progress.received() == 0)
     {
         readEncoding(text);
     }

@@ -67,6 +67,10 @@ private:
     std::size_t readBody(char* buffer, std::size_t capacity);
     std::size_t writeBody(char const* data, std::size_t size);
     bool appendBody(char const* data, qsizetype size);
+    bool copyBody(char* buffer, qsizetype size);
+    bool goesToFile() const;
+    bool storeBody(char const* data, qsizetype size);
+    bool decode(char const* data, qsizetype size, qint64 limit);
     std::size_t takeHeader(char const* line, std::size_t size);
     void readEncoding(QByteArray const& line);
     int beforeRequest(long localPort);

@@ -232,9 +232,25 @@ std::optional<TransferLoop::Finished> TransferLoop::takeFinished()
     return first;
 }
 
+std::optional<TransferLoop::Report> TransferLoop::takeReport()
+{
+    auto const first = std::min_element(
+        active_.begin(), active_.end(),
+        [](auto const& left, auto const& right)
+        { return left->call()->progress.due() < right->call()->progress.due(); });
+    nextReport_ = first != active_.end() ? (*first)->call()->progress.due() : Clock::time_point::max();
+    auto const now = Clock::now();
+    if (nextReport_ > now)
+    {
+        return std::nullopt;
+    }
+    std::shared_ptr<Call> const& call = (*first)->call();
+    return Report{call, call->progress.take(now)};
+}
+
 void TransferLoop::sleep(std::optional<Clock::time_point> deadline)
 {
-    auto const until = std::min(deadline.value_or(Clock::time_point::max()), nextCheck_);
+    auto const until = std::min({deadline.value_or(Clock::time_point::max()), nextCheck_, nextReport_});
     auto const now = Clock::now();
     auto const time =
         until <= now

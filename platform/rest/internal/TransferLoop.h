@@ -28,6 +28,11 @@ public:
         std::shared_ptr<Call> call;
         Outcome outcome;
     };
+    struct Report
+    {
+        std::shared_ptr<Call> call;
+        TransferProgress progress;
+    };
 
     /// Finds out which proxy leads to `url`, for all calls to `origin`, and tells by `setProxy`.
     using FindProxy = std::function<void(QByteArray const& origin, QUrl const& url)>;
@@ -45,6 +50,8 @@ public:
     void perform();
     bool hasFinished() const;
     std::optional<Finished> takeFinished();
+    /// The news of a transfer whose watcher may be told now.
+    std::optional<Report> takeReport();
     /// Waits for the network, `wake`, or the deadline.
     void sleep(std::optional<Clock::time_point> deadline);
     /// Ends a `sleep`, now or the next one. May be called from any thread.
@@ -71,6 +78,7 @@ private:
     std::deque<Finished> finished_;
     /// No deadline of a call is before this moment.
     Clock::time_point nextCheck_ = Clock::time_point::max();
+    Clock::time_point nextReport_ = Clock::time_point::max();
 };
 
 } // namespace rest

@@ -158,7 +158,10 @@ TraceData TransferTrace::finish(CURL* handle, Call const& call, QByteArray const
     data.phases.queued = atLeastZero(std::chrono::duration_cast<microseconds>(started_ - call.created()));
     data.method = methodName(call.request().method);
     data.url = QUrl::fromEncoded(url);
-    data.requestBody = call.request().body;
+    if (call.request().file == nullptr)
+    {
+        data.requestBody = call.request().body;
+    }
     long status = 0;
     curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
     data.httpStatus = static_cast<int>(status);
