@@ -172,13 +172,12 @@ void Transfer::configureCallbacks()
     set(
         CURLOPT_PREREQFUNCTION, +[](void* self, char*, char*, int, int localPort)
                                 { return static_cast<Self>(self)->beforeRequest(localPort); });
-    // These belong to the connection, which may outlive this transfer, but not its origin's queue.
-    Connections* const connections = &queue_.connections;
-    set(CURLOPT_OPENSOCKETDATA, connections);
+    set(CURLOPT_OPENSOCKETDATA, this);
     set(
         CURLOPT_OPENSOCKETFUNCTION, +[](void* self, curlsocktype, curl_sockaddr* address)
-                                    { return static_cast<Connections*>(self)->open(*address); });
-    set(CURLOPT_CLOSESOCKETDATA, connections);
+                                    { return static_cast<Self>(self)->openSocket(*address); });
+    // The connection may outlive this transfer, but not its origin's queue.
+    set(CURLOPT_CLOSESOCKETDATA, &queue_.connections);
     set(
         CURLOPT_CLOSESOCKETFUNCTION,
         +[](void* self, curl_socket_t socket) { return static_cast<Connections*>(self)->close(socket); });
@@ -342,18 +341,29 @@ QString Transfer::failureText(CURLcode result, bool maybeProcessed) const
     return text;
 }
 
+bool Transfer::wouldRepeatWrite()
+{
+    // libcurl repeats requests on its own when a kept connection dies early; a write is not repeated.
+    bool const isRefused = attempts_ > 0 && isWrite();
+    failure_ = isRefused ? Failure::WouldRepeatWrite : failure_;
+    return isRefused;
+}
+
+curl_socket_t Transfer::openSocket(curl_sockaddr const& address)
+{
+    return wouldRepeatWrite() ? CURL_SOCKET_BAD : queue_.connections.open(address);
+}
+
 int Transfer::beforeRequest(long localPort)
 {
     Connections& connections = queue_.connections;
+    if (wouldRepeatWrite())
+    {
+        return CURL_PREREQFUNC_ABORT;
+    }
     if (++attempts_ > 1)
     {
-        // libcurl repeats requests on its own when a kept connection dies early; a write is not repeated.
         connections.foundDead(started_);
-        if (isWrite())
-        {
-            failure_ = Failure::WouldRepeatWrite;
-            return CURL_PREREQFUNC_ABORT;
-        }
     }
     localPort_ = localPort;
     isReused_ = info<long>(CURLINFO_NUM_CONNECTS) == 0;

@@ -73,7 +73,9 @@ private:
     bool decode(char const* data, qsizetype size, qint64 limit);
     std::size_t takeHeader(char const* line, std::size_t size);
     void readEncoding(QByteArray const& line);
+    curl_socket_t openSocket(curl_sockaddr const& address);
     int beforeRequest(long localPort);
+    bool wouldRepeatWrite();
     bool isRedirected(CURLcode result);
     void judgeConnection(CURLcode result);
 
