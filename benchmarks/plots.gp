@@ -1,11 +1,12 @@
 # Draws the plots of docs/performance.md. Called by scripts/bench --plots, which sets `results` and `plots`.
 set terminal svg size 800,480 font "sans,14" background "white"
-set key left top
+set key above vertical maxrows 3
 set grid
 set logscale x
 
 set output plots."/lists.svg"
 set logscale y
+set xrange [800:1250000]
 set format x "10^{%T}"
 set xlabel "entries of the list"
 set ylabel "time of reading (ms)"
@@ -16,6 +17,7 @@ plot results."/lists.dat" index 0 using 1:2 with linespoints lw 2 title "library
 set output plots."/calls.svg"
 unset logscale y
 set format x "%g"
+set xrange [0.8:6250]
 set yrange [0:*]
 set xlabel "calls in flight"
 set ylabel "calls a second"
