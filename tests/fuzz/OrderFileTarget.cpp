@@ -50,7 +50,7 @@ public:
 
 private:
     QTemporaryDir folder_;
-    cli::Context context_{{u"http://127.0.0.1:1"_s, u"user"_s, u"password"_s, u"I"_s, QString(), false}};
+    cli::Context context_{{u"http://127.0.0.1:1"_s, u"user"_s, u"password"_s, u"I"_s, {}, {}, false}};
 };
 
 Desk const& desk()
