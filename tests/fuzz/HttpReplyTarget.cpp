@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <cstring>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-
-#include <curl/curl.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <platform/rest/internal/Calls.h>
 #include <platform/rest/internal/Transfer.h>
@@ -61,7 +61,7 @@ rest::Request makeRequest(Kind kind, Choice const& choice)
     request.timeout = std::chrono::hours(1);
     request.replySizeLimit = choice.replySizeLimit;
     request.isTraced = choice.isTraced;
-    request.acceptsAnyType = kind == Kind::Download;
+    request.isDownload = kind == Kind::Download;
     switch (kind)
     {
     case Kind::Get:
@@ -86,30 +86,35 @@ rest::Request makeRequest(Kind kind, Choice const& choice)
 
 // ---- the way to the server -----------------------------------------------------------------------------------------
 
-/// Checks where libcurl wants to connect to, and leads it to the scripted server instead.
-curl_socket_t openSocket(void* data, curlsocktype, curl_sockaddr* address)
+/// Where whatever connects is led to.
+fuzz::ScriptedServer const* serverOfThisRun = nullptr;
+
+} // namespace
+
+// In the place of the system's, for the transport and libcurl alike: no exchange leaves the process.
+extern "C" int socket(int domain, int type, int protocol) noexcept
 {
-    auto const* const wanted = reinterpret_cast<sockaddr_in const*>(&address->addr);
+    bool const isTcp = domain == AF_INET;
+    return static_cast<int>(syscall(SYS_socket, isTcp ? AF_UNIX : domain, type, isTcp ? 0 : protocol));
+}
+
+extern "C" int connect(int socket, sockaddr const* address, socklen_t)
+{
+    auto const* const wanted = reinterpret_cast<sockaddr_in const*>(address);
     require(
         wanted->sin_family == AF_INET && wanted->sin_port == htons(port)
             && wanted->sin_addr.s_addr == htonl(INADDR_LOOPBACK),
         "no other server is contacted");
-    auto const& server = *static_cast<fuzz::ScriptedServer const*>(data);
-    require(server.addressSize() <= sizeof address->addr, "the server's address has room in the other's place");
-    std::memcpy(&address->addr, &server.address(), server.addressSize());
-    address->addrlen = server.addressSize();
-    address->family = AF_UNIX;
-    address->protocol = 0;
-    return socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    return static_cast<int>(syscall(SYS_connect, socket, &serverOfThisRun->address(), serverOfThisRun->addressSize()));
 }
+
+namespace
+{
 
 rest::Outcome exchange(rest::TransferLoop& loop, fuzz::ScriptedServer& server, std::shared_ptr<rest::Call> const& call)
 {
     loop.add(call);
     require(call->transfer != nullptr, "a call to an idle server begins at once");
-    CURL* const handle = call->transfer->handle();
-    curl_easy_setopt(handle, CURLOPT_OPENSOCKETFUNCTION, &openSocket);
-    curl_easy_setopt(handle, CURLOPT_OPENSOCKETDATA, &server);
     do
     {
         loop.perform();
@@ -118,7 +123,7 @@ rest::Outcome exchange(rest::TransferLoop& loop, fuzz::ScriptedServer& server, s
     } while (!loop.hasFinished());
     auto finished = loop.takeFinished();
     require(finished->call == call, "the call that ends is the one that was made");
-    require(loop.isIdle() && call->transfer == nullptr, "a call ends once");
+    require(loop.takeAll().empty() && call->transfer == nullptr, "a call ends once");
     return std::move(finished->outcome);
 }
 
@@ -212,7 +217,8 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
     }
     Choice const choice(data[0]);
     fuzz::ScriptedServer server(QByteArray(reinterpret_cast<char const*>(data + 1), static_cast<qsizetype>(size) - 1));
-    rest::TransferLoop loop;
+    serverOfThisRun = &server;
+    rest::TransferLoop loop({});
     if (choice.isPreceded)
     {
         runJsonCall(loop, server, makeRequest(Kind::Get, choice));
