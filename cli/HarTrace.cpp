@@ -57,12 +57,12 @@ void addText(QJsonObject& json, QByteArray const& bytes)
     }
 }
 
-/// The body of an upload is not there any more.
-qint64 requestBodySize(rest::TraceData const& exchange)
+/// The body of what goes from a file or into one is not in the trace.
+qint64 bodySize(rest::Headers const& headers, QByteArray const& body)
 {
     bool isAnnounced = false;
-    auto const size = headerValue(exchange.requestHeaders, "Content-Length").toLongLong(&isAnnounced);
-    return isAnnounced ? size : exchange.requestBody.size();
+    auto const size = headerValue(headers, "Content-Length").toLongLong(&isAnnounced);
+    return body.isEmpty() && isAnnounced ? size : body.size();
 }
 
 QJsonObject requestJson(rest::TraceData const& exchange)
@@ -80,7 +80,7 @@ QJsonObject requestJson(rest::TraceData const& exchange)
         {u"headers"_s, headersJson(exchange.requestHeaders)},
         {u"queryString"_s, query},
         {u"headersSize"_s, -1},
-        {u"bodySize"_s, requestBodySize(exchange)}};
+        {u"bodySize"_s, bodySize(exchange.requestHeaders, exchange.requestBody)}};
     if (!exchange.requestBody.isEmpty())
     {
         QJsonObject body{{u"mimeType"_s, headerValue(exchange.requestHeaders, "Content-Type")}};
@@ -93,7 +93,7 @@ QJsonObject requestJson(rest::TraceData const& exchange)
 QJsonObject responseJson(rest::TraceData const& exchange)
 {
     QJsonObject content{
-        {u"size"_s, exchange.responseBody.size()},
+        {u"size"_s, bodySize(exchange.responseHeaders, exchange.responseBody)},
         {u"mimeType"_s, headerValue(exchange.responseHeaders, "Content-Type")}};
     addText(content, exchange.responseBody);
     return {

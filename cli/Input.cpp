@@ -181,6 +181,16 @@ QByteArray contentOf(char const* what, QString const& path)
     return content;
 }
 
+rest::MappedFile fileToSend(QString const& path)
+{
+    rest::MappedFile const file(path);
+    if (!file.isOpen())
+    {
+        throw badInput(u"Cannot read the file \"%1\": %2."_s.arg(path, file.errorString()));
+    }
+    return file;
+}
+
 std::vector<FileDescription> describeFiles(QStringList const& paths, int chunkSize)
 {
     if (chunkSize <= 0)

@@ -13,6 +13,7 @@
 #include <KeloCommunicationLib/collaboration/RequestTypes.h>
 #include <KeloCommunicationLib/collaboration/RestorationRecords.h>
 #include <KeloCommunicationLib/orders/CatalogRecords.h>
+#include <platform/rest/MappedFile.h>
 
 /// Texts of the command line to values. Every function throws a Failure that names a text it cannot take.
 namespace cli
@@ -43,6 +44,9 @@ QDate day(char const* what, QString const& text);
 
 /// The bytes of a file; `what` names its role in the Failure for one that cannot be read.
 QByteArray contentOf(char const* what, QString const& path);
+
+/// A file to be sent, which is not read into memory. Throws a Failure for one that cannot be read.
+rest::MappedFile fileToSend(QString const& path);
 
 /// What the service wants to know of a file that will be uploaded.
 using FileDescription = CreateRestorationRequestInfo::NewFileInfo;

@@ -100,6 +100,12 @@ void CallArguments::read(bool& value)
     value = word == "true"_L1;
 }
 
+void CallArguments::read(QByteArray& content)
+{
+    file_ = fileToSend(nextWord());
+    content = file_->bytes();
+}
+
 void CallArguments::read(mirashare::Cases& cases)
 {
     for (QString const& id : nextWord().split(u','))

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <type_traits>
 #include <utility>
@@ -97,7 +98,7 @@ private:
     void read(QString& id);
     void read(bool& value);
     void read(QVersionNumber& version) { version = versionOf(nextWord()); }
-    void read(QByteArray& content) { content = contentOf("file", nextWord()); }
+    void read(QByteArray& content);
     void read(collaboration::RequestKeyRequest& search) { read(search.requestKey); }
     void read(collaboration::SalesOrderNumberRequest& search) { read(search.salesOrderNumber); }
     void read(mirashare::Cases& cases);
@@ -122,6 +123,7 @@ private:
     Operation const& operation_;
     QStringList words_;
     std::size_t position_ = 0;
+    std::optional<rest::MappedFile> file_;
 };
 
 /// An operation as a row of the table.

@@ -1,6 +1,7 @@
 #include "cli/OrderFile.h"
 
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include <QCryptographicHash>
@@ -107,6 +108,17 @@ QJsonObject readItem(Place const& place, QJsonObject item)
 
 // ---- the files to send ---------------------------------------------------------------------------------------------
 
+/// Read piece by piece; nothing if the file cannot be read.
+std::optional<QString> checkSum(QFile& file)
+{
+    QCryptographicHash sum(QCryptographicHash::Md5);
+    if (!file.open(QIODevice::ReadOnly) || !sum.addData(&file))
+    {
+        return std::nullopt;
+    }
+    return QString::fromLatin1(sum.result().toHex());
+}
+
 void describe(OrderFileInfo& file, Place const& place, QString const& folder, int chunkSize)
 {
     QFile content(QDir(folder).filePath(file.getName()));
@@ -118,14 +130,14 @@ void describe(OrderFileInfo& file, Place const& place, QString const& folder, in
     {
         throw place.mistake(u"\"%1\" is larger than 2 GiB"_s.arg(content.fileName()));
     }
-    QCryptographicHash sum(QCryptographicHash::Md5);
-    if (!content.open(QIODevice::ReadOnly) || !sum.addData(&content))
+    auto const sum = checkSum(content);
+    if (!sum)
     {
         throw place.mistake(u"cannot read \"%1\": %2"_s.arg(content.fileName(), content.errorString()));
     }
     file.setSize(static_cast<int>(content.size()));
     file.setChunckSize(chunkSize);
-    file.setCheckSum(QString::fromLatin1(sum.result().toHex()));
+    file.setCheckSum(*sum);
 }
 
 } // namespace
@@ -192,16 +204,16 @@ void describeOrderFiles(OrderDraft& draft, QString const& folder, int chunkSize)
     draft.request.setOrderItems(items);
 }
 
-QByteArray announcedContent(OrderFileInfo const& file, QString const& folder)
+rest::MappedFile announcedFile(OrderFileInfo const& file, QString const& folder)
 {
     QString const path = QDir(folder).filePath(file.getName());
-    QByteArray content = contentOf("file", path);
-    auto const sum = QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
-    if (content.size() != file.getSize() || QString::fromLatin1(sum) != file.getCheckSum())
+    auto const mapped = fileToSend(path);
+    QFile content(path);
+    if (mapped.size() != file.getSize() || checkSum(content) != file.getCheckSum())
     {
         throw badInput(u"\"%1\" has changed since it was announced to the service, and was not sent"_s.arg(path));
     }
-    return content;
+    return mapped;
 }
 
 } // namespace cli

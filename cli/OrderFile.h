@@ -4,6 +4,7 @@
 
 #include <KeloCommunicationLib/orders/PriceRecords.h>
 #include <KeloCommunicationLib/orders/ProductionOrderRecords.h>
+#include <platform/rest/MappedFile.h>
 
 namespace cli
 {
@@ -30,7 +31,7 @@ void checkArticles(OrderDraft const& draft, Context const& context);
 /// file that cannot be sent.
 void describeOrderFiles(OrderDraft& draft, QString const& folder, int chunkSize);
 
-/// The bytes of a file that has been announced. Throws a Failure if they are no longer those that were announced.
-QByteArray announcedContent(OrderFileInfo const& file, QString const& folder);
+/// A file that has been announced. Throws a Failure if its bytes are no longer those that were announced.
+rest::MappedFile announcedFile(OrderFileInfo const& file, QString const& folder);
 
 } // namespace cli

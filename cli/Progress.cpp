@@ -1,5 +1,6 @@
 #include "cli/Progress.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
@@ -45,10 +46,17 @@ void Progress::begin(QString const& name)
 {
     name_ = name;
     draw();
+    if (isTerminal_)
+    {
+        // Called by another thread while the one that holds this object waits for the transfer.
+        watched_.emplace([this](rest::TransferProgress const& progress)
+                         { draw(std::max(progress.sent, progress.received)); });
+    }
 }
 
 void Progress::finish(qint64 bytes)
 {
+    watched_.reset();
     ++filesDone_;
     bytesDone_ += bytes;
     draw();
@@ -58,14 +66,15 @@ void Progress::finish(qint64 bytes)
     }
 }
 
-void Progress::draw() const
+void Progress::draw(qint64 bytesOfFile) const
 {
     if (!isTerminal_)
     {
         return;
     }
+    qint64 const bytesDone = std::min(bytesDone_ + bytesOfFile, bytes_);
     // Without a byte to send the files themselves are the measure.
-    double const share = bytes_ > 0   ? static_cast<double>(bytesDone_) / static_cast<double>(bytes_)
+    double const share = bytes_ > 0   ? static_cast<double>(bytesDone) / static_cast<double>(bytes_)
                          : files_ > 0 ? static_cast<double>(filesDone_) / files_
                                       : 1;
     int const filled = static_cast<int>(share * barWidth);
@@ -73,7 +82,7 @@ void Progress::draw() const
     write(u"[%1%2] %3/%4 files, %5 of %6  %7"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
               .arg(filesDone_)
               .arg(files_)
-              .arg(sizeText(bytesDone_), sizeText(bytes_), printable(name_)));
+              .arg(sizeText(bytesDone), sizeText(bytes_), printable(name_)));
 }
 
 void Progress::erase() const

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <optional>
+
 #include <QString>
+
+#include <platform/rest/Progress.h>
 
 namespace cli
 {
@@ -8,7 +12,8 @@ namespace cli
 class Output;
 
 /// Tells how far a transfer of several files has come: a bar on standard error if that is a terminal, else a line for
-/// every file on standard output, unless that is to be JSON.
+/// every file on standard output, unless that is to be JSON. The bar follows the bytes of the requests that are made
+/// between the beginning of a file and its end.
 class Progress
 {
 public:
@@ -22,7 +27,7 @@ public:
     void finish(qint64 bytes);
 
 private:
-    void draw() const;
+    void draw(qint64 bytesOfFile = 0) const;
     void erase() const;
 
     Output const& output_;
@@ -33,6 +38,7 @@ private:
     QString name_;
     int filesDone_ = 0;
     qint64 bytesDone_ = 0;
+    std::optional<rest::ProgressScope> watched_;
 };
 
 } // namespace cli

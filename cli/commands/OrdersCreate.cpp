@@ -65,7 +65,8 @@ void upload(OrderState& state, OrderStateFile& stateFile, Wish const& wish, Cont
             continue;
         }
         progress.begin(slot.file.getName());
-        context.valueOf(context.connection().uploadOrderFile(slot.reference, announcedContent(slot.file, wish.folder)));
+        auto const file = announcedFile(slot.file, wish.folder);
+        context.valueOf(context.connection().uploadOrderFile(slot.reference, file.bytes()));
         slot.isUploaded = true;
         stateFile.save(state);
         progress.finish(slot.file.getSize());

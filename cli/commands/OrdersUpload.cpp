@@ -20,14 +20,14 @@ Action ordersUpload(Arguments& arguments)
     return [=](Context const& context)
     {
         QString const reference = identifier("slot reference", *slot);
-        QByteArray const content = contentOf("file", *path);
+        auto const file = fileToSend(*path);
         {
-            Progress progress(context.output(), u"Uploaded"_s, 1, content.size());
+            Progress progress(context.output(), u"Uploaded"_s, 1, file.size());
             progress.begin(QFileInfo(*path).fileName());
-            context.valueOf(context.connection().uploadOrderFile(reference, content));
-            progress.finish(content.size());
+            context.valueOf(context.connection().uploadOrderFile(reference, file.bytes()));
+            progress.finish(file.size());
         }
-        context.output().show(QJsonObject{{u"Reference"_s, reference}, {u"Size"_s, content.size()}}, {});
+        context.output().show(QJsonObject{{u"Reference"_s, reference}, {u"Size"_s, file.size()}}, {});
     };
 }
 

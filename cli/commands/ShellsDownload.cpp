@@ -1,13 +1,17 @@
 #include "cli/commands/Commands.h"
 
+#include <chrono>
 #include <numeric>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QSet>
+#include <QUrl>
+
+#include <KeloCommunicationLib/orders/OrderOperations.h>
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
@@ -31,27 +35,27 @@ QString localName(TempShellFile const& shell, QSet<QString> const& used)
     return isPlain && !used.contains(name) ? name : shell.getFileId() + ".stl"_L1;
 }
 
-QByteArray fetch(TempShellFile const& shell, Context const& context)
+void fetch(TempShellFile const& shell, QString const& path, Context const& context)
 {
     QString const id = identifier("shell id", shell.getFileId());
-    auto const future = context.connection().getTempShellFile(id);
-    QByteArray content = context.finished(future).get();
-    context.checkNewExchanges(Shape::Anything);
-    if (content.size() != shell.getFileSize())
+    QUrl const url(QString::fromLatin1(operations::getTempShellFile.path).arg(id));
+    auto const reply = context.finished(context.connection().downloadTo(url, path, std::chrono::milliseconds(0))).get();
+    if (reply->errorCode() < 0)
     {
+        throw badInput(u"Cannot write \"%1\": %2"_s.arg(path, reply->errorText()));
+    }
+    context.checkNewExchanges(Shape::Anything);
+    bool const isStored = reply->httpStatusCode() == 200;
+    qint64 const size = isStored ? QFileInfo(path).size() : 0;
+    if (size != shell.getFileSize())
+    {
+        if (isStored)
+        {
+            QFile::remove(path);
+        }
         throw Failure(
             ExitCode::NoConnection,
-            u"The shell %1 came with %2 bytes instead of %3."_s.arg(id).arg(content.size()).arg(shell.getFileSize()));
-    }
-    return content;
-}
-
-void store(QString const& path, QByteArray const& content)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-    {
-        throw badInput(u"Cannot write \"%1\": %2."_s.arg(path, file.errorString()));
+            u"The shell %1 came with %2 bytes instead of %3."_s.arg(id).arg(size).arg(shell.getFileSize()));
     }
 }
 
@@ -86,7 +90,7 @@ Action shellsDownload(Arguments& arguments)
             used.insert(name);
             progress.begin(name);
             QString const path = QDir(*folder).filePath(name);
-            store(path, fetch(shell, context));
+            fetch(shell, path, context);
             progress.finish(shell.getFileSize());
             json.append(QJsonObject{{u"Id"_s, shell.getFileId()}, {u"File"_s, path}});
         }

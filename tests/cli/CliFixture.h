@@ -38,11 +38,13 @@ protected:
         environment.insert("KELO_INSTALLATION", "INST-1001");
     }
 
-    ProgramRun kelo(QStringList const& arguments) const
+    ProgramRun kelo(QStringList const& arguments) const { return run(KELO_PROGRAM, arguments); }
+
+    ProgramRun run(QString const& program, QStringList const& arguments) const
     {
         QProcess process;
         process.setProcessEnvironment(environment);
-        process.start(KELO_PROGRAM, arguments);
+        process.start(program, arguments);
         if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
         {
             process.kill();

@@ -155,6 +155,9 @@ TEST_F(OrdersCli, SendsAFileToASlotAndFinishes)
     auto const request = QJsonDocument::fromJson(contentOf(trace))["log"]["entries"][0]["request"];
     EXPECT_EQ(request["bodySize"], QFile(missing).size());
     EXPECT_FALSE(contentOf(trace).contains("endsolid"));
+    auto const onTerminal =
+        run("script", {"-qec", KELO_PROGRAM " orders upload UPLOAD-000004 " + missing, "/dev/null"});
+    EXPECT_TRUE(onTerminal.output.contains("[########################] 0/1 files, 45 bytes of 45")) << onTerminal;
     EXPECT_EQ(kelo({"orders", "finish", "ORD-000002"}).exitCode, 0);
     EXPECT_EQ(keloJson({"orders", "status", "ORD-000002"})[0]["State"], 1);
     EXPECT_EQ(kelo({"orders", "upload", "UPLOAD-000004", folder.path()}).exitCode, 2);

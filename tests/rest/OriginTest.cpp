@@ -70,12 +70,10 @@ TEST(Certificate, selfSignedIsRefusedUntilCheckingIsSwitchedOff)
 class ProxyEnvironment
 {
 public:
-    explicit ProxyEnvironment(QByteArray const& value)
+    ProxyEnvironment(QByteArray const& proxy, QByteArray const& exempt)
     {
-        for (char const* const name : {"http_proxy", "https_proxy", "all_proxy"})
-        {
-            qputenv(name, value);
-        }
+        qputenv("all_proxy", proxy);
+        qputenv("NO_PROXY", exempt);
     }
 
     ProxyEnvironment(ProxyEnvironment const&) = delete;
@@ -83,20 +81,23 @@ public:
 
     ~ProxyEnvironment()
     {
-        for (char const* const name : {"http_proxy", "https_proxy", "all_proxy"})
-        {
-            qunsetenv(name);
-        }
+        qunsetenv("all_proxy");
+        qunsetenv("NO_PROXY");
     }
 };
 
 TEST(Proxy, systemProxyIsUsedOnlyWithAutoDiscovery)
 {
-    RawServer proxy([](RawRequest const& request) { return reply(request.method == "CONNECT" ? 403 : 200); });
+    RawServer proxy(
+        [](RawRequest const& request)
+        {
+            bool const isUnknown = request.header("Proxy-Authorization").isEmpty();
+            return reply(isUnknown ? 407 : request.method == "CONNECT" ? 403 : 200);
+        });
     RawServer server;
     QUrl address = proxy.url();
     address.setUserInfo(QStringLiteral("pu:pp"));
-    ProxyEnvironment const environment(address.toEncoded());
+    ProxyEnvironment const environment(address.toEncoded().mid(qstrlen("http://")), "pass.invalid,.direct.invalid");
 
     auto const connection = connectTo(QUrl(QStringLiteral("http://kelo.invalid/api")));
     EXPECT_THAT(send(*connection), IsNetworkError());
@@ -112,8 +113,31 @@ TEST(Proxy, systemProxyIsUsedOnlyWithAutoDiscovery)
     auto const refused = send(*connection, upload("x"));
     EXPECT_THAT(refused, IsNetworkError());
     EXPECT_FALSE(saysMaybeProcessed(refused));
-    EXPECT_FALSE(refused->errorText().contains(QLatin1String("pp@")));
+    EXPECT_THAT(
+        refused->errorText().toStdString(),
+        testing::MatchesRegex("The proxy 127.0.0.1:[0-9]+ made no connection to kelo.invalid .HTTP status 403.[.]"));
     EXPECT_EQ(proxy.requests().back().method, "CONNECT");
+
+    ProxyEnvironment const unknown(proxy.url().toEncoded(), "pass.invalid,.direct.invalid");
+    struct
+    {
+        char const* url = nullptr;
+        char const* refusal = nullptr;
+    } const rows[] = {
+        {"http://other.invalid/", "it asks for a user name and a password"},
+        {"https://other.invalid/", "it asks for a user name and a password"},
+        {"http://pass.invalid/", "could not be resolved"},
+        {"https://one.direct.invalid/", "could not be resolved"},
+    };
+    for (auto const& row : rows)
+    {
+        SCOPED_TRACE(row.url);
+        connection->initialize(QUrl(QString::fromLatin1(row.url)), {}, {}, {});
+        auto const answer = send(*connection, upload("x"));
+        EXPECT_THAT(answer, IsNetworkError());
+        EXPECT_THAT(answer->errorText().toStdString(), testing::HasSubstr(row.refusal));
+        EXPECT_FALSE(saysMaybeProcessed(answer));
+    }
 
     connection->initialize(server.url(), {}, {}, {});
     int const before = proxy.requestCount();

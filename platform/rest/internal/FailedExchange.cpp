@@ -119,7 +119,8 @@ QString proxyDetail(FailedExchange const& exchange)
     {
         status = info(exchange, CURLINFO_RESPONSE_CODE);
     }
-    if (status == 407)
+    // Some proxies say 401 of a wrong password.
+    if (status == 407 || status == 401)
     {
         bool const isNamed = !exchange.proxy.username.isEmpty();
         return QString::fromUtf8(find(proxyReasons, isNamed ? CURLPX_USER_REJECTED : CURLPX_NO_AUTH));
@@ -176,6 +177,7 @@ QString FailedExchange::description() const
     case CURLE_COULDNT_RESOLVE_PROXY:
         return QStringLiteral("The name of the proxy %1 could not be resolved.").arg(hostOf(proxy.address));
     case CURLE_COULDNT_CONNECT:
+    case CURLE_OPERATION_TIMEDOUT: // the system's patience; this library's own time-outs end exchanges otherwise
         return connectText(*this, host);
     case CURLE_PEER_FAILED_VERIFICATION:
         return QStringLiteral("The certificate of %1 is not trusted: %2.").arg(host, certificateDetail(*this));
@@ -195,7 +197,7 @@ QString FailedExchange::description() const
     }
     if (!isSent)
     {
-        return connectText(*this, host);
+        return proxy.address.isEmpty() ? connectText(*this, host) : proxyText(*this, host);
     }
     return withDetail(
         QStringLiteral("The connection to %1 was lost before the answer was complete").arg(host), tlsDetail(*this));

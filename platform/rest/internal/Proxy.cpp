@@ -1,6 +1,7 @@
 #include <platform/rest/internal/Proxy.h>
 
-#include <algorithm>
+#include <array>
+#include <optional>
 
 #include <QHostAddress>
 #include <QNetworkProxy>
@@ -31,6 +32,74 @@ QByteArray schemeOf(QNetworkProxy const& proxy)
     }
 }
 
+Proxy proxyAt(QByteArray const& scheme, QString const& host, int port, QString const& user, QString const& password)
+{
+    QUrl address;
+    address.setScheme(QString::fromLatin1(scheme));
+    address.setHost(host);
+    address.setPort(port);
+    return {address.toEncoded(), user.toUtf8(), password.toUtf8()};
+}
+
+QString variable(QString const& name)
+{
+    QString const value = qEnvironmentVariable(name.toLatin1().constData());
+    return value.isEmpty() ? qEnvironmentVariable(name.toUpper().toLatin1().constData()) : value;
+}
+
+/// Whether `no_proxy` names the host: itself, a domain above it, a network that its address is in, or "*".
+bool isExempt(QString const& host)
+{
+    QStringList const entries = variable(QStringLiteral("no_proxy")).split(u',');
+    for (QString const& text : entries)
+    {
+        QString const entry = text.trimmed();
+        QString const domain = entry.startsWith(u'.') ? entry : u'.' + entry;
+        bool const isNetwork = entry.contains(u'/') && QHostAddress(host).isInSubnet(QHostAddress::parseSubnet(entry));
+        if (entry == u'*' || isNetwork
+            || (!entry.isEmpty() && QString(u'.' + host).endsWith(domain, Qt::CaseInsensitive)))
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// What the usual variables of the environment say; nothing, if they say nothing that can be understood. The system's
+/// look-up does not know all forms of them.
+std::optional<Proxy> proxyOfEnvironment(QUrl const& url)
+{
+    struct Kind
+    {
+        QLatin1String written;
+        char const* meant;
+        int usualPort;
+    };
+    static constexpr std::array<Kind, 4> kinds = {{
+        {QLatin1String("http"), "http", 80},
+        {QLatin1String("socks5"), "socks5h", 1080},
+        {QLatin1String("socks5h"), "socks5h", 1080},
+        {QLatin1String("socks"), "socks5h", 1080},
+    }};
+    QString text = variable(url.scheme() + QLatin1String("_proxy"));
+    if (text.isEmpty())
+    {
+        text = variable(QStringLiteral("all_proxy"));
+    }
+    QUrl const address(text.contains(QLatin1String("://")) ? text : QLatin1String("http://") + text);
+    for (Kind const& kind : kinds)
+    {
+        if (address.scheme() == kind.written && !address.host().isEmpty())
+        {
+            return isExempt(url.host()) ? Proxy()
+                                        : proxyAt(
+                                            kind.meant, address.host(), address.port(kind.usualPort),
+                                            address.userName(QUrl::FullyDecoded), address.password(QUrl::FullyDecoded));
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 Proxy systemProxyFor(QUrl const& url)
@@ -38,6 +107,10 @@ Proxy systemProxyFor(QUrl const& url)
     if (isLoopback(url.host()))
     {
         return {};
+    }
+    if (auto const proxy = proxyOfEnvironment(url))
+    {
+        return *proxy;
     }
     auto const candidates = QNetworkProxyFactory::systemProxyForQuery(QNetworkProxyQuery(url));
     // The first one counts, as the system prefers it; a kind that cannot carry HTTP is passed over.
@@ -49,11 +122,7 @@ Proxy systemProxyFor(QUrl const& url)
         }
         if (QByteArray const scheme = schemeOf(candidate); !scheme.isEmpty() && !candidate.hostName().isEmpty())
         {
-            QUrl address;
-            address.setScheme(QString::fromLatin1(scheme));
-            address.setHost(candidate.hostName());
-            address.setPort(candidate.port());
-            return {address.toEncoded(), candidate.user().toUtf8(), candidate.password().toUtf8()};
+            return proxyAt(scheme, candidate.hostName(), candidate.port(), candidate.user(), candidate.password());
         }
     }
     return {};

@@ -14,8 +14,8 @@ struct Proxy
     QByteArray password;
 };
 
-/// The system's proxy for `url`. Loopback addresses are always reached directly. May block while the system looks for a
-/// proxy.
+/// The proxy for `url` that `http_proxy`, `https_proxy`, `all_proxy` and `no_proxy` name in the environment, or else
+/// the system's. Loopback addresses are always reached directly. May block while the system looks for a proxy.
 Proxy systemProxyFor(QUrl const& url);
 
 } // namespace rest
