@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -67,16 +68,35 @@ void exitOnIoThread()
     ::pause();
 }
 
+void exitOnWorker()
+{
+    connection->downloadBinary(
+        get("/now").url, [](rest::BinaryReply const&) { std::exit(0); }, std::chrono::milliseconds(0));
+    ::pause();
+}
+
+/// What a continuation does that waits for a call which has no end.
+std::function<void()> waiting(threading::Promise<void>& entered)
+{
+    return [&entered]
+    {
+        entered.setValue();
+        lastCheck.calls.front().wait();
+    };
+}
+
 void waitOnIoThread()
 {
     threading::Promise<void> entered;
-    connection->request(get("/now"))
-        .then(
-            [&entered](rest::JsonReply const&)
-            {
-                entered.setValue();
-                lastCheck.calls.front().wait();
-            });
+    connection->request(get("/now")).then([wait = waiting(entered)](rest::JsonReply const&) { wait(); });
+    entered.future().wait();
+}
+
+void waitOnWorker()
+{
+    threading::Promise<void> entered;
+    connection->downloadBinary(
+        get("/now").url, [wait = waiting(entered)](rest::BinaryReply const&) { wait(); }, std::chrono::milliseconds(0));
     entered.future().wait();
 }
 
@@ -115,8 +135,14 @@ struct Mode
     void (*prepare)();
 };
 constexpr Mode modes[] = {
-    {"return", [] {}},         {"exitOnIoThread", exitOnIoThread}, {"waitOnIoThread", waitOnIoThread},
-    {"lateRequest", sendLate}, {"blockedThread", blockAThread},    {"poll", poll},
+    {"return", [] {}},
+    {"exitOnIoThread", exitOnIoThread},
+    {"waitOnIoThread", waitOnIoThread},
+    {"exitOnWorker", exitOnWorker},
+    {"waitOnWorker", waitOnWorker},
+    {"lateRequest", sendLate},
+    {"blockedThread", blockAThread},
+    {"poll", poll},
     {"logos", fetchLogos},
 };
 

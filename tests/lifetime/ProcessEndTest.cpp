@@ -40,7 +40,9 @@ TEST_P(ProcessEnd, finishesWhatIsPending)
 
 INSTANTIATE_TEST_SUITE_P(
     Lifetime, ProcessEnd,
-    testing::Values("return", "exitOnIoThread", "waitOnIoThread", "lateRequest", "blockedThread", "poll", "logos"),
+    testing::Values(
+        "return", "exitOnIoThread", "waitOnIoThread", "exitOnWorker", "waitOnWorker", "lateRequest", "blockedThread",
+        "poll", "logos"),
     [](auto const& row) { return std::string(row.param); });
 
 } // namespace
