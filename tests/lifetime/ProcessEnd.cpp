@@ -62,41 +62,37 @@ struct LastCheck
     }
 } lastCheck;
 
-void exitOnIoThread()
+/// Has `task` run in a continuation on the I/O thread. One that is attached too late runs in this call instead.
+void onIoThread(std::function<void()> const& task)
 {
-    connection->request(get("/now")).then([](rest::JsonReply const&) { std::exit(0); });
+    connection->request(get("/now"))
+        .then([task, caller = std::this_thread::get_id()](rest::JsonReply const&)
+              { std::this_thread::get_id() == caller ? onIoThread(task) : task(); });
+}
+
+void onWorker(std::function<void()> const& task)
+{
+    connection->downloadBinary(
+        get("/now").url, [task](rest::BinaryReply const&) { task(); }, std::chrono::milliseconds(0));
+}
+
+template <auto run>
+void exitOn()
+{
+    run([] { std::exit(0); });
     ::pause();
 }
 
-void exitOnWorker()
-{
-    connection->downloadBinary(
-        get("/now").url, [](rest::BinaryReply const&) { std::exit(0); }, std::chrono::milliseconds(0));
-    ::pause();
-}
-
-/// What a continuation does that waits for a call which has no end.
-std::function<void()> waiting(threading::Promise<void>& entered)
-{
-    return [&entered]
-    {
-        entered.setValue();
-        lastCheck.calls.front().wait();
-    };
-}
-
-void waitOnIoThread()
+template <auto run>
+void waitOn()
 {
     threading::Promise<void> entered;
-    connection->request(get("/now")).then([wait = waiting(entered)](rest::JsonReply const&) { wait(); });
-    entered.future().wait();
-}
-
-void waitOnWorker()
-{
-    threading::Promise<void> entered;
-    connection->downloadBinary(
-        get("/now").url, [wait = waiting(entered)](rest::BinaryReply const&) { wait(); }, std::chrono::milliseconds(0));
+    run(
+        [&entered]
+        {
+            entered.setValue();
+            lastCheck.calls.front().wait();
+        });
     entered.future().wait();
 }
 
@@ -136,10 +132,10 @@ struct Mode
 };
 constexpr Mode modes[] = {
     {"return", [] {}},
-    {"exitOnIoThread", exitOnIoThread},
-    {"waitOnIoThread", waitOnIoThread},
-    {"exitOnWorker", exitOnWorker},
-    {"waitOnWorker", waitOnWorker},
+    {"exitOnIoThread", exitOn<onIoThread>},
+    {"waitOnIoThread", waitOn<onIoThread>},
+    {"exitOnWorker", exitOn<onWorker>},
+    {"waitOnWorker", waitOn<onWorker>},
     {"lateRequest", sendLate},
     {"blockedThread", blockAThread},
     {"poll", poll},
