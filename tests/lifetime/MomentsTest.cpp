@@ -6,6 +6,11 @@
 #include <thread>
 #include <tuple>
 
+#include <QTemporaryFile>
+
+#include <platform/rest/MappedFile.h>
+#include <platform/rest/Progress.h>
+
 #include "tests/lifetime/LifetimeFixture.h"
 
 namespace test
@@ -21,7 +26,8 @@ enum class Moment : int
     MidBody,
     Finished,
     InContinuation,
-    InTrace
+    InTrace,
+    InProgress ///< the last report
 };
 
 enum class Ending : int
@@ -42,7 +48,8 @@ enum class Kind : int
     BlockingUpload
 };
 
-constexpr char const* momentNames[] = {"Queued", "Sent", "MidBody", "Finished", "InContinuation", "InTrace"};
+constexpr char const* momentNames[] = {"Queued",         "Sent",    "MidBody",   "Finished",
+                                       "InContinuation", "InTrace", "InProgress"};
 constexpr char const* endingNames[] = {"DestroyConnection", "CloseConnection", "CancelFuture", "DestroyContext"};
 constexpr char const* kindNames[] = {"Read", "Write", "Upload", "Download", "BlockingRead", "BlockingUpload"};
 constexpr Kind kinds[] = {Kind::Read,     Kind::Write,        Kind::Upload,
@@ -57,13 +64,13 @@ struct Cell
     bool isBlocking() const { return kind == Kind::BlockingRead || kind == Kind::BlockingUpload; }
 
     /// Whether the I/O thread makes the end, in code of the host's that it runs.
-    bool isInside() const { return moment == Moment::InContinuation || moment == Moment::InTrace; }
+    bool isInside() const { return moment >= Moment::InContinuation; }
 
     /// A blocking call has neither future nor continuation, and its object must not go before it is in it.
     bool exists() const
     {
-        bool const isOfFuture =
-            moment == Moment::InContinuation || ending == Ending::CancelFuture || ending == Ending::DestroyContext;
+        bool const isOfFuture = moment == Moment::InContinuation || moment == Moment::InProgress
+                                || ending == Ending::CancelFuture || ending == Ending::DestroyContext;
         return !(isBlocking() && isOfFuture) && !(kind == Kind::BlockingRead && moment == Moment::Queued);
     }
 
@@ -143,6 +150,7 @@ private:
     std::unique_ptr<TessalyConnection> bystander_ = TessalyConnection::makeConnection(server_.url(), {}, {});
     std::unique_ptr<TessalyConnection> connection_ = TessalyConnection::makeConnection(server_.url(), {}, {});
     std::unique_ptr<QObject> context_ = std::make_unique<QObject>();
+    QTemporaryFile upload_;
     Running call_;
     threading::Promise<void> started_;
     threading::Promise<void> ended_;
@@ -169,6 +177,7 @@ Action Passage::answer(RawRequest const& request) const
 
 void Passage::run()
 {
+    ASSERT_TRUE(upload_.open() && upload_.resize(100000));
     takeAllPlaces();
     start();
     reachMoment();
@@ -202,7 +211,17 @@ void Passage::start()
     {
         connection_->setTraceCallback([this](rest::TraceData const&) { end(); });
     }
-    call_ = send();
+    {
+        rest::ProgressScope const scope(
+            [this](rest::TransferProgress const& progress)
+            {
+                if (cell_.moment == Moment::InProgress && progress.hasEnded)
+                {
+                    end();
+                }
+            });
+        call_ = send();
+    }
     if (cell_.moment == Moment::InContinuation)
     {
         call_.always([this] { end(); });
@@ -221,7 +240,8 @@ Running Passage::send()
     case Kind::Write:
         return running(connection_->createCollaborationSession(u"call"_qs));
     case Kind::Upload:
-        return running(connection_->uploadOrderFile(u"call"_qs, QByteArray(100000, 'u')));
+        // The file's handle here goes at once.
+        return running(connection_->uploadOrderFile(u"call"_qs, rest::MappedFile(upload_.fileName()).bytes()));
     case Kind::Download:
         return running(connection_->getTempShellFile(u"call"_qs));
     case Kind::BlockingRead:
@@ -363,7 +383,8 @@ INSTANTIATE_TEST_SUITE_P(
     Lifetime, Moments,
     testing::Combine(
         testing::Values(
-            Moment::Queued, Moment::Sent, Moment::MidBody, Moment::Finished, Moment::InContinuation, Moment::InTrace),
+            Moment::Queued, Moment::Sent, Moment::MidBody, Moment::Finished, Moment::InContinuation, Moment::InTrace,
+            Moment::InProgress),
         testing::Values(
             Ending::DestroyConnection, Ending::CloseConnection, Ending::CancelFuture, Ending::DestroyContext)),
     nameOf);

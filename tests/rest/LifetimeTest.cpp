@@ -14,7 +14,11 @@ namespace
 
 TEST(Cancel, reachesTheWire)
 {
-    RawServer server([](RawRequest const&) { return stall(); });
+    RawServer server([](RawRequest const&) { return stall(); }, {false, [](RawRequest const& request) {
+                                                                     return request.method == "PUT"
+                                                                                ? std::optional(stall())
+                                                                                : std::nullopt;
+                                                                 }});
     auto const connection = connectTo(server.url());
     auto const answer = connection->request(get());
     bool called = false;
@@ -22,11 +26,16 @@ TEST(Cancel, reachesTheWire)
         path("/x"), [&called](rest::BinaryReply const&) { called = true; }, 0ms);
     Folder const folder;
     auto const stored = connection->downloadTo(path("/x"), folder.path("file"), 0ms);
-    ASSERT_TRUE(server.waitForRequests(3));
+    Folder const source;
+    // More than sockets hold, so that it is still being sent; this handle on the file goes at once.
+    QString const file = source.write("file", QByteArray(20'000'000, 'x'));
+    auto const sent = connection->request(upload(rest::MappedFile(file).bytes()));
+    ASSERT_TRUE(server.waitForRequests(4));
     answer.cancel();
     download.cancel();
     stored.cancel();
-    EXPECT_TRUE(server.waitForClosedByClient(3));
+    sent.cancel();
+    EXPECT_TRUE(server.waitForClosedByClient(3)); // nobody reads from the fourth any more
     EXPECT_TRUE(comesTrue([&folder] { return folder.isEmpty(); }));
     EXPECT_TRUE(answer.isCanceled());
     EXPECT_TRUE(download.isCanceled());

@@ -1,5 +1,6 @@
 #include <platform/rest/internal/Proxy.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -71,9 +72,9 @@ std::optional<Proxy> proxyOfEnvironment(QUrl const& url)
 {
     struct Kind
     {
-        QLatin1String written;
-        char const* meant;
-        int usualPort;
+        QLatin1String written = QLatin1String("");
+        char const* meant = nullptr;
+        int usualPort = 0;
     };
     static constexpr std::array<Kind, 4> kinds = {{
         {QLatin1String("http"), "http", 80},
@@ -87,17 +88,19 @@ std::optional<Proxy> proxyOfEnvironment(QUrl const& url)
         text = variable(QStringLiteral("all_proxy"));
     }
     QUrl const address(text.contains(QLatin1String("://")) ? text : QLatin1String("http://") + text);
-    for (Kind const& kind : kinds)
+    auto const kind = std::find_if(
+        kinds.begin(), kinds.end(), [&address](Kind const& known) { return address.scheme() == known.written; });
+    if (kind == kinds.end() || address.host().isEmpty())
     {
-        if (address.scheme() == kind.written && !address.host().isEmpty())
-        {
-            return isExempt(url.host()) ? Proxy()
-                                        : proxyAt(
-                                            kind.meant, address.host(), address.port(kind.usualPort),
-                                            address.userName(QUrl::FullyDecoded), address.password(QUrl::FullyDecoded));
-        }
+        return std::nullopt;
     }
-    return std::nullopt;
+    if (isExempt(url.host()))
+    {
+        return Proxy();
+    }
+    return proxyAt(
+        kind->meant, address.host(), address.port(kind->usualPort), address.userName(QUrl::FullyDecoded),
+        address.password(QUrl::FullyDecoded));
 }
 
 } // namespace
