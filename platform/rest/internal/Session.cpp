@@ -263,8 +263,6 @@ void Session::complete(std::shared_ptr<Call> const& call, Outcome outcome)
 {
     if (auto const completion = calls_.take(call))
     {
-        // This thread may be one of the host's that waits; continuations are not what its scope was made for.
-        ProgressScope const unwatched({});
         redactCredentials(outcome, call->request());
         tell(call->request(), call->progress.atEnd());
         trace(outcome.traces);
@@ -278,7 +276,6 @@ void Session::report(std::shared_ptr<Call> const& call, TransferProgress const& 
 {
     if (auto const visit = calls_.visit(call))
     {
-        ProgressScope const unwatched({});
         tell(call->request(), progress);
     }
 }
