@@ -5,6 +5,9 @@
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include <QDir>
 #include <QFile>
@@ -13,8 +16,9 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <openssl/pem.h>
-#include <sys/prctl.h>
+#include <spawn.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/support/Certificates.h"
@@ -141,6 +145,33 @@ void writeCertificate(QString const& certificatePath, QString const& keyPath)
     }
 }
 
+/// What it complains about goes to the file `errors`, if there is one. Not by QProcess: the thread sanitizer loses
+/// count of who waited for whom when that makes a process.
+pid_t spawn(std::vector<std::string> command, QByteArray const& errors)
+{
+    std::vector<char*> words;
+    for (std::string& word : command)
+    {
+        words.push_back(word.data());
+    }
+    words.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    if (!errors.isEmpty())
+    {
+        posix_spawn_file_actions_addopen(
+            &actions, STDERR_FILENO, errors.constData(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+    }
+    pid_t process = -1;
+    bool const isStarted = ::posix_spawnp(&process, words.front(), &actions, nullptr, words.data(), environ) == 0;
+    posix_spawn_file_actions_destroy(&actions);
+    if (!isStarted)
+    {
+        throw std::runtime_error("nginx cannot be started");
+    }
+    return process;
+}
+
 } // namespace
 
 Nginx::Nginx(NginxOptions const& options)
@@ -152,33 +183,25 @@ Nginx::Nginx(NginxOptions const& options)
     writeCertificate(path("certificate.pem"), path("key.pem"));
     write(path("nginx.conf"), configurationFor(options, port_, tlsPort_));
     QDir(folder_.path()).mkdir(QStringLiteral("files"));
-    QStringList const arguments{"-p", folder_.path(), "-c", "nginx.conf", "-e", "error.log"};
-    if (QProcess::execute(
-            program, QStringList(arguments) << "-t"
-                                            << "-q")
-        != 0)
+    std::vector<std::string> const arguments{program, "-p",       folder_.path().toStdString(), "-c", "nginx.conf",
+                                             "-e",    "error.log"};
+    auto check = arguments;
+    check.insert(check.end(), {"-t", "-q"});
+    int status = 0;
+    if (::waitpid(spawn(check, {}), &status, 0) < 0 || status != 0)
     {
         throw std::runtime_error("nginx is not installed or refuses its configuration");
     }
     // Its way of taking over the sockets of an older self. It needs no readiness to wait for: the sockets listen.
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("NGINX"), QStringLiteral("%1;%2;").arg(plain.socket()).arg(tls.socket()));
-    process_.setProcessEnvironment(environment);
-    process_.setStandardErrorFile(path("stderr"));
-    process_.setChildProcessModifier(
-        [sockets = std::array{plain.socket(), tls.socket()}]
-        {
-            for (int const socket : sockets)
-            {
-                ::fcntl(socket, F_SETFD, 0);
-            }
-            ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-        });
-    process_.start(program, arguments);
-    if (!process_.waitForStarted())
+    auto command = arguments;
+    command.insert(
+        command.begin(), {"env", "NGINX=" + std::to_string(plain.socket()) + ';' + std::to_string(tls.socket()) + ';',
+                          "setpriv", "--pdeathsig", "TERM"});
+    for (int const socket : {plain.socket(), tls.socket()})
     {
-        throw std::runtime_error("nginx does not start");
+        ::fcntl(socket, F_SETFD, 0);
     }
+    process_ = spawn(command, path("stderr").toUtf8());
 }
 
 Nginx::~Nginx()
@@ -205,10 +228,11 @@ void Nginx::serve(QString const& path, QByteArray const& content) const
 
 QList<QByteArray> Nginx::end()
 {
-    if (process_.state() != QProcess::NotRunning)
+    if (process_ > 0)
     {
-        process_.terminate();
-        process_.waitForFinished();
+        ::kill(process_, SIGTERM);
+        ::waitpid(process_, nullptr, 0);
+        process_ = -1;
     }
     QFile log(path("access.log"));
     if (!log.open(QIODevice::ReadOnly))

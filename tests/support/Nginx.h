@@ -1,8 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <QByteArray>
 #include <QList>
-#include <QProcess>
 #include <QString>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -48,7 +49,7 @@ private:
     QString path(char const* name) const;
 
     QTemporaryDir folder_;
-    QProcess process_;
+    pid_t process_ = -1;
     int port_ = 0;
     int tlsPort_ = 0;
 };
