@@ -168,7 +168,7 @@ void checkAnnouncedFiles(cli::OrderDraft const& draft)
             require(
                 QStringList({u"a.stl"_s, u"b.stl"_s}).contains(file.getName()), "only files of the folder are sent");
             require(
-                cli::announcedContent(file, desk().filesFolder()).size() == file.getSize(),
+                cli::announcedFile(file, desk().filesFolder()).size() == file.getSize(),
                 "a file has the size that was announced");
         }
     }
