@@ -30,9 +30,10 @@ using ProgressCallback = std::function<void(TransferProgress const&)>;
 /// the host's call that cancels it has returned; one that is under way on another thread then comes to its end, which
 /// the connection's destructor waits for. Received bytes start over at 0 when a redirect is followed or a GET repeated.
 ///
-/// The callback runs on the I/O thread, for the last report of a download or of a large reply on a worker, and so perhaps
-/// for several transfers at the same time; no lock is held. Be short: while it blocks, all transfers stand still. What it throws is logged and goes no further. It is destroyed with the scope or
-/// after the last transfer that it watches. Requests that continuations make for themselves are not watched.
+/// The callback runs on the I/O thread, for the last report of a download or of a large reply on a worker, and so
+/// perhaps for several transfers at the same time; no lock is held. Be short: while it blocks, all transfers stand
+/// still. What it throws is logged and goes no further. It is destroyed with the scope or after the last transfer that
+/// it watches. Requests that continuations make for themselves are not watched.
 ///
 /// Scopes nest; the innermost counts. An empty callback watches nothing.
 class PLATFORM_REST_EXPORT ProgressScope

@@ -233,28 +233,6 @@ TEST(Lifetime, blockingCallsOfManyThreadsShareOneConnection)
     EXPECT_EQ(successes, 400);
 }
 
-TEST(Lifetime, connectionOfAnotherSessionMayDieOnTheIoThreadWhileItsContinuationRunsElsewhere)
-{
-    RawServer server([](RawRequest const& request) { return request.target == "/stall" ? stall() : reply(200); });
-    auto const first = connectTo(server.url());
-    auto second = connectTo(server.url());
-    threading::Promise<void> entered;
-    // This continuation runs on the thread below, and needs the I/O thread to return.
-    second->request(get("/stall"))
-        .then(
-            [&](rest::FutureJsonReply const&)
-            {
-                entered.setValue();
-                EXPECT_EQ(send(*first)->httpStatusCode(), 200);
-            });
-    ASSERT_TRUE(server.waitForRequests(1));
-    std::thread closing([&second] { second->closeConnection(); });
-    entered.future().wait();
-    first->request(get()).then([&](rest::JsonReply const&) { second.reset(); }).wait();
-    closing.join();
-    EXPECT_EQ(second, nullptr);
-}
-
 TEST(Lifetime, requestsCancelsAndClosesFromManyThreadsAllEnd)
 {
     RawServer server;

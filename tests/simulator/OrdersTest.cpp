@@ -278,19 +278,4 @@ TEST_F(OrdersTest, theCatalogueIsComparedWithTheClientsVersion)
     get("/Installations/INST-none/catalog/4.2", 404);
 }
 
-TEST_F(OrdersTest, faultsReachOrderOperations)
-{
-    auto const stored = get("/_control/orders").array().size();
-    fault({{"Operation", "createOrder"}, {"Kind", "drop"}});
-    EXPECT_FALSE(client.Post("/Orders", "{}", "application/json"));
-    fault({{"Operation", "createOrder"}, {"Kind", "emptyBody"}});
-    post("/Orders", production({}));
-    fault({{"Operation", "putFinishCadOrder"}, {"Kind", "status"}, {"Status", 503}});
-    auto const finish = "/Orders/" + newest()["Reference"].toString() + "/FinishUpload";
-    send("POST", finish, {}, 204);
-    send("PUT", finish, {}, 503);
-    EXPECT_EQ(get("/_control/orders").array().size(), stored + 1);
-    EXPECT_EQ(newest()["State"], 1);
-}
-
 } // namespace
