@@ -45,15 +45,24 @@ std::string faultHelp()
     return text;
 }
 
-/// Nothing: the program is done already (help, version, a mistake), with the exit code in `exitCode`.
-std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
+/// What CLI11 fills in that the options of the simulator say in other words.
+struct GivenTexts
 {
-    CommandLine line;
-    std::string user = line.options.username.toStdString();
-    std::string password = line.options.password.toStdString();
+    explicit GivenTexts(simulator::SimulatorOptions const& defaults)
+        : user(defaults.username.toStdString()), password(defaults.password.toStdString())
+    {
+    }
+
+    std::string user;
+    std::string password;
     std::string certificateFile;
     bool verbose = false;
-    CLI::App app("A KELO service for one desk: listens on 127.0.0.1 and keeps its data in memory.", "kelo-simulator");
+    bool wantsProxy = false;
+    quint64 faultSeed = 1;
+};
+
+void declareOptions(CLI::App& app, CommandLine& line, GivenTexts& given)
+{
     app.set_version_flag("--version", "kelo-simulator " KELO_VERSION);
     app.add_option("--port", line.options.port, "Port to listen on; 0 takes any free one")
         ->check(CLI::Range(0, 65535))
@@ -62,19 +71,27 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     auto* const tls =
         app.add_flag("--tls", line.options.tls, "Speak HTTPS; the path of the certificate goes to standard error");
     app.add_option(
-           "--certificate-file", certificateFile, "With --tls: write the certificate to this file, for kelo --ca-file")
+           "--certificate-file", given.certificateFile,
+           "With --tls: write the certificate to this file, for kelo --ca-file")
         ->needs(tls);
-    app.add_option("--user", user, "User name asked for; empty asks for none")->capture_default_str();
-    app.add_option("--password", password, "Password asked for")->capture_default_str();
-    app.add_flag("--verbose", verbose, "Write every request to standard error");
+    app.add_option("--user", given.user, "User name asked for; empty asks for none")->capture_default_str();
+    app.add_option("--password", given.password, "Password asked for")->capture_default_str();
+    app.add_flag("--verbose", given.verbose, "Write every request to standard error");
     app.add_flag("--exit-with-parent", line.exitWithParent, "Stop when the process that started it is gone");
-    quint64 faultSeed = 1;
-    bool wantsProxy = false;
-    app.add_flag("--fault-proxy", wantsProxy, "Put a proxy for transport faults in front");
+    app.add_flag("--fault-proxy", given.wantsProxy, "Put a proxy for transport faults in front");
     app.add_option("--fault", line.faults, "A fault in force from the start, KIND[:NAME=VALUE,...]; may be repeated")
         ->allow_extra_args(false);
-    app.add_option("--fault-seed", faultSeed, "Seed of the faults that strike by chance")->capture_default_str();
+    app.add_option("--fault-seed", given.faultSeed, "Seed of the faults that strike by chance")->capture_default_str();
     app.footer(faultHelp());
+}
+
+/// Nothing: the program is done already (help, version, a mistake), with the exit code in `exitCode`.
+std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
+{
+    CommandLine line;
+    GivenTexts given(line.options);
+    CLI::App app("A KELO service for one desk: listens on 127.0.0.1 and keeps its data in memory.", "kelo-simulator");
+    declareOptions(app, line, given);
     try
     {
         app.parse(argc, argv);
@@ -84,14 +101,14 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
         exitCode = app.exit(error);
         return std::nullopt;
     }
-    if (wantsProxy || !line.faults.empty())
+    if (given.wantsProxy || !line.faults.empty())
     {
-        line.options.faultSeed = faultSeed;
+        line.options.faultSeed = given.faultSeed;
     }
-    line.options.username = QString::fromStdString(user);
-    line.options.password = QString::fromStdString(password);
-    line.options.certificateFile = QString::fromStdString(certificateFile);
-    if (verbose)
+    line.options.username = QString::fromStdString(given.user);
+    line.options.password = QString::fromStdString(given.password);
+    line.options.certificateFile = QString::fromStdString(given.certificateFile);
+    if (given.verbose)
     {
         line.options.log = [](QString const& text) { std::cerr << (text.toStdString() + '\n') << std::flush; };
     }

@@ -25,9 +25,8 @@ TEST(KeptConnection, isGivenUpForWritesTooIfSomethingHappenedMeanwhile)
         rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n" + stray);
     struct
     {
-        char const* what;
+        char const* what = nullptr;
         Action action;
-        bool isAnnounced = false; ///< the connection is closed with the first answer already
     } const rows[] = {
         {"closed in good order", answer.thenClose()},
         {"reset", answer.thenReset()},

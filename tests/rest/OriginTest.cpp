@@ -97,7 +97,8 @@ TEST(Proxy, systemProxyIsUsedOnlyWithAutoDiscovery)
     RawServer server;
     QUrl address = proxy.url();
     address.setUserInfo(QStringLiteral("pu:pp"));
-    ProxyEnvironment const environment(address.toEncoded().mid(qstrlen("http://")), "pass.invalid,.direct.invalid");
+    ProxyEnvironment const environment(
+        address.toEncoded().mid(QByteArrayView("http://").size()), "pass.invalid,.direct.invalid");
 
     auto const connection = connectTo(QUrl(QStringLiteral("http://kelo.invalid/api")));
     EXPECT_THAT(send(*connection), IsNetworkError());
