@@ -68,11 +68,11 @@ TEST(KeptConnection, isUsedAgainAndAgainAndItsSessionOnNewOnes)
     for (bool const tls : {false, true})
     {
         RawServer server(
-            [](RawRequest const& request) { return request.number <= 200 ? reply(200) : reply(200).thenClose(); },
+            [](RawRequest const& request) { return request.number <= 1000 ? reply(200) : reply(200).thenClose(); },
             {tls, {}, {}});
         auto const connection = connectTo(server.url());
         connection->disableCertificateChecking();
-        for (int i = 0; i < 200; ++i)
+        for (int i = 0; i < 1000; ++i)
         {
             ASSERT_EQ(send(*connection, i % 2 == 0 ? get() : upload("x"))->httpStatusCode(), 200);
         }
@@ -80,7 +80,7 @@ TEST(KeptConnection, isUsedAgainAndAgainAndItsSessionOnNewOnes)
         for (int i = 1; i <= 20; ++i)
         {
             ASSERT_EQ(send(*connection)->httpStatusCode(), 200);
-            ASSERT_TRUE(server.waitForAnswered(200 + i));
+            ASSERT_TRUE(server.waitForAnswered(1000 + i));
         }
         EXPECT_EQ(server.resumedCount(), tls ? 19 : 0);
     }

@@ -1,6 +1,9 @@
 // Redirects, certificates and proxies: where a request may go.
 #include <QNetworkProxy>
 
+#include <platform/rest/internal/Calls.h>
+#include <platform/rest/internal/TransferLoop.h>
+
 #include "tests/rest/RestTestSupport.h"
 
 namespace test
@@ -145,6 +148,40 @@ TEST(Proxy, systemProxyIsUsedOnlyWithAutoDiscovery)
     EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
     EXPECT_EQ(server.requestCount(), 1);
     EXPECT_EQ(proxy.requestCount(), before);
+}
+
+// The system's answer about proxies may take for ever.
+TEST(Proxy, slowLookUpHoldsUpItsOwnCallsOnlyAndNotForEver)
+{
+    RawServer server;
+    rest::TransferLoop loop([](QByteArray const&, QUrl const&) {});
+    auto const add = [&](bool usesSystemProxies, std::chrono::milliseconds timeout)
+    {
+        rest::Request request;
+        request.url = server.url(QStringLiteral("/x")).toEncoded();
+        request.origin = rest::originOf(server.url());
+        request.timeout = timeout;
+        request.replySizeLimit = 1000;
+        request.usesSystemProxies = usesSystemProxies;
+        loop.add(std::make_shared<rest::JsonCall>(nullptr, std::move(request)));
+    };
+    add(true, 300ms);
+    add(false, 20s);
+    std::vector<rest::Outcome> outcomes;
+    while (outcomes.size() < 2)
+    {
+        loop.perform();
+        if (auto finished = loop.takeFinished())
+        {
+            outcomes.push_back(std::move(finished->outcome));
+            continue;
+        }
+        loop.sleep(std::nullopt);
+    }
+    EXPECT_EQ(outcomes[0].httpStatus, 200);
+    EXPECT_EQ(outcomes[1].httpStatus, 0);
+    EXPECT_TRUE(outcomes[1].errorText.contains(QLatin1String("was not sent")));
+    EXPECT_EQ(server.requestCount(), 1);
 }
 
 } // namespace
