@@ -208,31 +208,6 @@ TEST(Lifetime, waitReturnsThoughAContinuationBlocks)
     }
 }
 
-TEST(Lifetime, blockingCallsOfManyThreadsShareOneConnection)
-{
-    RawServer server;
-    auto const connection = connectTo(server.url());
-    std::atomic<int> successes = 0;
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i)
-    {
-        threads.emplace_back(
-            [&]
-            {
-                for (int j = 0; j < 100; ++j)
-                {
-                    successes += send(*connection, j % 5 == 0 ? upload("x") : get())->httpStatusCode() == 200 ? 1 : 0;
-                }
-            });
-    }
-    for (std::thread& thread : threads)
-    {
-        thread.join();
-    }
-    EXPECT_EQ(successes, 400);
-}
-
 TEST(Lifetime, requestsCancelsAndClosesFromManyThreadsAllEnd)
 {
     RawServer server;

@@ -23,28 +23,12 @@ TEST_F(AccountsTest, anAccountHasItsSiteAndItsAddresses)
     EXPECT_NE(of2002("accountInfo?api-version=1.0")["Site"]["Token"], info["Site"]["Token"]);
 
     auto const settings = of1001("settings?api-version=1.0").object();
-    QStringList const keys = {
-        "AdditionalResourcesUrl",
-        "ContactUrl",
-        "DownloadImplantFilesUrl",
-        "FindAccountPageUrl",
-        "ForgotPasswordPageUrl",
-        "HelpUrl",
-        "IFUUrl",
-        "RedirectToPartnerUrl",
-        "SharedCasesUrl",
-        "SoftwarePageUrl",
-        "StatsUploadUrl",
-        "SubscriptionsUrl",
-        "TrainingVideosUrl",
-        "ZelkoMiraUrl"};
-    EXPECT_EQ(settings.keys(), keys);
     QSet<QString> urls;
     for (QJsonValue const url : settings)
     {
         urls << url.toString();
     }
-    EXPECT_EQ(urls.size(), keys.size()) << "no two of them can be mistaken for each other";
+    EXPECT_EQ(urls.size(), 14) << "no two of them can be mistaken for each other";
     EXPECT_EQ(get("/Settings")["SoftwarePageUrl"], settings["SoftwarePageUrl"]);
 }
 
@@ -73,21 +57,6 @@ TEST_F(AccountsTest, theStatusOfADocumentNamesTheFileThatItsInfoDescribes)
 
     EXPECT_EQ(of1001("softwareupdate?api-version=1.0")["ForcedUpdate"], false);
     EXPECT_EQ(of2002("softwareupdate?api-version=1.0")["ForcedUpdate"], true);
-}
-
-TEST_F(AccountsTest, usersStudiesAndKeysBelongToTheirInstallation)
-{
-    auto const users = of1001("users").array();
-    EXPECT_EQ(users.size(), 4);
-    EXPECT_EQ(of2002("users").array().size(), 1);
-    EXPECT_FALSE(users[0]["PasswordHash"].toString().isEmpty());
-    EXPECT_EQ(users[2]["TwoFactorKey"], "");
-    auto const studies = of1001("Studies");
-    EXPECT_EQ(studies["StudyInfos"][0]["ClinicalPartners"][1]["StudyParticipantId"], "PTC-12");
-    EXPECT_EQ(studies["StudyInfos"][2]["ClinicalPartners"], QJsonArray());
-    EXPECT_EQ(of2002("Studies")["StudyInfos"], QJsonArray());
-    EXPECT_EQ(of1001("3rdpartyauthenticationkeys")["Keys"].toArray().size(), 2);
-    EXPECT_EQ(of2002("3rdpartyauthenticationkeys")["Keys"], QJsonArray());
 }
 
 TEST_F(AccountsTest, everyResourceNeedsItsQueryAndAKnownInstallation)

@@ -1,7 +1,5 @@
 #include "tests/simulator/SimulatorFixture.h"
 
-#include <QImage>
-
 namespace
 {
 
@@ -36,50 +34,6 @@ QJsonObject shared(QString const& caseId, QString const& accountId)
 QByteArray json(QJsonObject const& object)
 {
     return QJsonDocument(object).toJson();
-}
-
-TEST_F(PartnersTest, logosArePicturesWhereThePartnerHasOne)
-{
-    auto const base = QStringLiteral("/Installations/INST-1001/partners");
-    auto const partners = get(base).array();
-    int pictures = 0;
-    int missing = 0;
-    int unreadable = 0;
-    for (QJsonValue const partner : partners)
-    {
-        auto const path = base + '/' + partner["PartnerId"].toString() + "/logo";
-        auto const reply = client.Get(path.toStdString());
-        ASSERT_TRUE(reply);
-        QImage image;
-        auto const isImage = image.loadFromData(QByteArray::fromBase64(QByteArray::fromStdString(reply->body)));
-        missing += reply->status == 404;
-        pictures += reply->status == 200 && isImage && image.pixelColor(32, 32).alpha() == 255;
-        unreadable += reply->status == 200 && !reply->body.empty() && !isImage;
-    }
-    EXPECT_EQ(pictures, 2);
-    EXPECT_EQ(missing, 1);
-    EXPECT_EQ(unreadable, 1);
-    EXPECT_EQ(get("/Installations/INST-2002/partners/PLT-12/logo", 404)[0]["Code"], "4041");
-    EXPECT_EQ(get("/Installations/INST-2002/partners").array().size(), 1);
-    EXPECT_TRUE(partners[1]["ShouldAnonymizeCaseData"].toBool());
-}
-
-TEST_F(PartnersTest, accountsTellWhetherTheyAreConnected)
-{
-    auto const accounts = get("/Installations/INST-1001/PartnerConnections").array();
-    ASSERT_EQ(accounts.size(), 3);
-    EXPECT_EQ(accounts[0]["PartnerName"], "Brightline Aligners");
-    EXPECT_EQ(accounts[1]["GivenName"], "");
-    for (QJsonValue const account : accounts)
-    {
-        auto const id = account["PartnerConnectionId"].toString();
-        auto const tested = get("/Installations/INST-1001/test-connection?partnerConnectionId=" + id);
-        EXPECT_EQ(tested["IsConnected"], account["IsConnected"]);
-        EXPECT_EQ(tested["ManagePartnerConnectionUrl"], account["ManagePartnerConnectionUrl"]);
-    }
-    EXPECT_FALSE(accounts[2]["IsConnected"].toBool(true));
-    get("/Installations/INST-2002/test-connection?partnerConnectionId=PAC-301", 404);
-    EXPECT_EQ(get("/Installations/INST-1001/test-connection", 400)[0]["Code"], "4005");
 }
 
 TEST_F(PartnersTest, aCaseGoesFromThePortalToAPartnerAndIsFinishedThere)
