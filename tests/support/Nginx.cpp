@@ -14,14 +14,13 @@
 #include <QFileInfo>
 
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <openssl/pem.h>
 #include <spawn.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "tests/support/Certificates.h"
+#include "tests/support/ServerSocket.h"
 
 namespace test
 {
@@ -32,46 +31,13 @@ namespace
 // Debian's folder for it is not in everybody's search path.
 constexpr char const* program = "/usr/sbin/nginx";
 
-/// A socket that listens on a port of the system's choice. It is handed to nginx, which cannot choose one itself.
-class Listener
-{
-public:
-    Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
-    {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* const generic = reinterpret_cast<sockaddr*>(&address);
-        if (::bind(socket_, generic, size) != 0 || ::listen(socket_, 1024) != 0
-            || ::getsockname(socket_, generic, &size) != 0)
-        {
-            throw std::runtime_error("No port for nginx");
-        }
-        port_ = ntohs(address.sin_port);
-    }
-
-    Listener(Listener const&) = delete;
-    Listener& operator=(Listener const&) = delete;
-
-    ~Listener() { ::close(socket_); }
-
-    int socket() const { return socket_; }
-
-    int port() const { return port_; }
-
-private:
-    int socket_;
-    int port_ = 0;
-};
-
 constexpr char const* configuration = R"(
 load_module /usr/lib/nginx/modules/ngx_http_echo_module.so;
 user root;
 daemon off;
 pid pid;
 error_log error.log error;
-worker_processes %WORKERS%;
+worker_processes 1;
 events { worker_connections 8192; }
 http {
   client_body_temp_path client; proxy_temp_path proxy; fastcgi_temp_path fastcgi; uwsgi_temp_path uwsgi; scgi_temp_path scgi;
@@ -82,7 +48,6 @@ http {
   sendfile on;
   tcp_nopush on;
   keepalive_requests %REQUESTS%;
-  keepalive_timeout %TIMEOUT%s;
   log_format chosen escape=none '%FORMAT%';
   access_log %LOG%;
   ssl_certificate certificate.pem;
@@ -91,7 +56,6 @@ http {
   server {
     listen 127.0.0.1:%PORT%;
     listen 127.0.0.1:%TLSPORT% ssl %HTTP2%;
-    %LOCATIONS%
     location ~ ^/after/([0-9.]+)(/.*)$ { echo_sleep $1; echo_exec $2; }
     location ~ ^/read(/.*)$ { echo_read_request_body; echo_exec $1; }
     location / { error_page 405 =200 $uri; try_files $uri $uri.json =404; }
@@ -102,16 +66,13 @@ http {
 QByteArray configurationFor(NginxOptions const& options, int port, int tlsPort)
 {
     QByteArray const format = options.logFormat;
-    std::array<std::pair<char const*, QByteArray>, 9> const values{{
-        {"%WORKERS%", QByteArray::number(options.workers)},
+    std::array<std::pair<char const*, QByteArray>, 6> const values{{
         {"%REQUESTS%", QByteArray::number(options.keepaliveRequests)},
-        {"%TIMEOUT%", QByteArray::number(options.keepaliveTimeout)},
         {"%FORMAT%", format},
         {"%LOG%", format.isEmpty() ? "off" : "access.log chosen"},
         {"%PORT%", QByteArray::number(port)},
         {"%TLSPORT%", QByteArray::number(tlsPort)},
         {"%HTTP2%", options.http2 ? "http2" : ""},
-        {"%LOCATIONS%", options.locations},
     }};
     QByteArray text = configuration;
     for (auto const& [name, value] : values)
@@ -176,10 +137,8 @@ pid_t spawn(std::vector<std::string> command, QByteArray const& errors)
 
 Nginx::Nginx(NginxOptions const& options)
 {
-    Listener const plain;
-    Listener const tls;
-    port_ = plain.port();
-    tlsPort_ = tls.port();
+    std::array const listeners{listenOnLoopback(port_), listenOnLoopback(tlsPort_)};
+    std::array const owners{ServerSocket(listeners[0]), ServerSocket(listeners[1])};
     writeCertificate(path("certificate.pem"), path("key.pem"));
     write(path("nginx.conf"), configurationFor(options, port_, tlsPort_));
     QDir(folder_.path()).mkdir(QStringLiteral("files"));
@@ -195,11 +154,12 @@ Nginx::Nginx(NginxOptions const& options)
     // Its way of taking over the sockets of an older self. It needs no readiness to wait for: the sockets listen.
     auto command = arguments;
     command.insert(
-        command.begin(), {"env", "NGINX=" + std::to_string(plain.socket()) + ';' + std::to_string(tls.socket()) + ';',
+        command.begin(), {"env", "NGINX=" + std::to_string(listeners[0]) + ';' + std::to_string(listeners[1]) + ';',
                           "setpriv", "--pdeathsig", "TERM"});
-    for (int const socket : {plain.socket(), tls.socket()})
+    for (int const listener : listeners)
     {
-        ::fcntl(socket, F_SETFD, 0);
+        ::fcntl(listener, F_SETFD, 0);
+        ::fcntl(listener, F_SETFL, O_NONBLOCK);
     }
     process_ = spawn(command, path("stderr").toUtf8());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <sys/types.h>
 
 #include <QByteArray>
@@ -13,14 +15,10 @@ namespace test
 
 struct NginxOptions
 {
-    int workers = 1;
     /// Whether the TLS port offers HTTP/2.
     bool http2 = false;
-    /// Requests after which a connection is closed, and seconds that one stays open unused.
+    /// Requests after which a connection is closed.
     int keepaliveRequests = 1000;
-    int keepaliveTimeout = 75;
-    /// Further lines of the server's block of the configuration.
-    QByteArray locations = {};
     /// What the access log tells of a request, in nginx's variables, without quotes; empty for no log.
     QByteArray logFormat = {};
 };
@@ -50,8 +48,8 @@ private:
 
     QTemporaryDir folder_;
     pid_t process_ = -1;
-    int port_ = 0;
-    int tlsPort_ = 0;
+    std::uint16_t port_ = 0;
+    std::uint16_t tlsPort_ = 0;
 };
 
 } // namespace test

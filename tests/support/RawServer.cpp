@@ -20,24 +20,6 @@ namespace
 
 constexpr std::chrono::seconds patience{20};
 
-int listenOnLoopback(std::uint16_t& port)
-{
-    int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    int const on = 1;
-    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (::bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(listener, 1024) != 0
-        || ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
-    {
-        throw std::runtime_error("The test server cannot listen");
-    }
-    port = ntohs(address.sin_port);
-    return listener;
-}
-
 // A write to a connection that the client has closed must not end the test program.
 void blockBrokenPipeSignal()
 {

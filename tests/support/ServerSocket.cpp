@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include <arpa/inet.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -12,6 +13,24 @@
 
 namespace test
 {
+
+int listenOnLoopback(std::uint16_t& port)
+{
+    int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int const on = 1;
+    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (::bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(listener, 1024) != 0
+        || ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+    {
+        throw std::runtime_error("The test server cannot listen");
+    }
+    port = ntohs(address.sin_port);
+    return listener;
+}
 
 ServerTls::ServerTls(TlsOptions const& options) : context_(SSL_CTX_new(TLS_server_method()))
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <QByteArray>
 
 #include <openssl/ssl.h>
@@ -8,6 +10,9 @@
 
 namespace test
 {
+
+/// A socket that listens at 127.0.0.1, on a port that the system chooses. The caller closes it.
+int listenOnLoopback(std::uint16_t& port);
 
 /// The key, the certificate and the context of a TLS server.
 class ServerTls

@@ -55,7 +55,11 @@ IoThread::IoThread()
       loop_([this](QByteArray const& origin, QUrl const& url) { findProxy(origin, url); }),
       thread_(startThread([this] { run(); }))
 {
-    hasEnded_ = isStopping_ = !thread_;
+    if (!thread_)
+    {
+        isStopping_ = true;
+        hasEnded_ = true;
+    }
 }
 
 bool IoThread::submit(std::shared_ptr<Call> const& call)

@@ -78,6 +78,7 @@ private:
     std::deque<Finished> finished_;
     /// No deadline of a call is before this moment.
     Clock::time_point nextCheck_ = Clock::time_point::max();
+    /// No watcher is to be told anything before this moment.
     Clock::time_point nextReport_ = Clock::time_point::max();
 };
 
