@@ -1,8 +1,11 @@
 # Warnings, sanitizers and the two ways in which this project makes targets.
 include(GenerateExportHeader)
 
+# A warning is an error only to those who work on this project: a host's newer compiler may know more of them.
+option(KELO_WARNINGS_AS_ERRORS "Treat compiler warnings in this project's own code as errors" ${PROJECT_IS_TOP_LEVEL})
 add_library(kelo_warnings INTERFACE)
-target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(KELO_SANITIZE)
   add_compile_options(-fsanitize=${KELO_SANITIZE} -fno-omit-frame-pointer)
@@ -19,32 +22,67 @@ if(KELO_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# kelo_add_library(<target> EXPORT_HEADER <path below the include root> EXPORT_MACRO <name> SOURCES ... PUBLIC ... PRIVATE ...)
-# A library of this repository: include root is the repository root, symbols hidden unless exported, shared or static as the build says.
+# kelo_add_library(<target> COMPONENT <name> EXPORT_NAME <name> [EXPORT_HEADER <path below the include root> EXPORT_MACRO <name>]
+#                  [INCLUDE_ROOT <folder>] [STATIC] SOURCES ... PUBLIC ... PRIVATE ...)
+# A library of this repository that is installed as part of a component of the package. Symbols are hidden unless exported;
+# it is shared or static as the build says, unless STATIC. Its users get its own include root: the folder include/ beside
+# its sources, or INCLUDE_ROOT, in which the headers stand in the folder of the sources.
 function(kelo_add_library target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "EXPORT_HEADER;EXPORT_MACRO;EXPORT_NAME" "SOURCES;PUBLIC;PRIVATE")
-  add_library(${target} ${arg_SOURCES})
+  cmake_parse_arguments(PARSE_ARGV 1 arg "STATIC" "COMPONENT;EXPORT_HEADER;EXPORT_MACRO;EXPORT_NAME;INCLUDE_ROOT"
+    "SOURCES;PUBLIC;PRIVATE")
+  set(kind)
+  if(arg_STATIC)
+    set(kind STATIC)
+  endif()
+  set(headers "${CMAKE_CURRENT_SOURCE_DIR}")
+  if(NOT arg_INCLUDE_ROOT)
+    set(arg_INCLUDE_ROOT "${CMAKE_CURRENT_SOURCE_DIR}/include")
+    set(headers "${arg_INCLUDE_ROOT}/")
+  endif()
+  set(generated "${CMAKE_CURRENT_BINARY_DIR}/include")
+  add_library(${target} ${kind} ${arg_SOURCES})
   target_compile_features(${target} PUBLIC cxx_std_20)
-  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+  if(NOT arg_STATIC)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+  endif()
   # Log lines carry no file, line or function, in no build type and not in a host either that wants them in its own lines.
   target_compile_options(${target} PRIVATE -DQT_NO_MESSAGELOGCONTEXT -UQT_MESSAGELOGCONTEXT)
   target_link_libraries(${target} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE} $<BUILD_INTERFACE:kelo_warnings>)
-  set(generated "${PROJECT_BINARY_DIR}/include")
-  target_include_directories(${target} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${generated}> $<INSTALL_INTERFACE:${KELO_INCLUDE_DIR}>)
+  target_include_directories(${target}
+    PUBLIC $<BUILD_INTERFACE:${arg_INCLUDE_ROOT}> $<BUILD_INTERFACE:${generated}> $<INSTALL_INTERFACE:${KELO_INCLUDE_DIR}>
+    PRIVATE "${PROJECT_SOURCE_DIR}")
   set_target_properties(${target} PROPERTIES
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON POSITION_INDEPENDENT_CODE ON
-    # The installed libraries find each other beside themselves.
-    INSTALL_RPATH "$ORIGIN"
+    # The installed libraries find each other beside themselves; debug and release builds can stand in one prefix.
+    INSTALL_RPATH "$ORIGIN" DEBUG_POSTFIX d
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME ${arg_EXPORT_NAME})
-  generate_export_header(${target} BASE_NAME ${target} EXPORT_MACRO_NAME ${arg_EXPORT_MACRO}
-    EXPORT_FILE_NAME "${generated}/${arg_EXPORT_HEADER}")
-  get_target_property(type ${target} TYPE)
-  if(type STREQUAL "STATIC_LIBRARY")
-    string(TOUPPER ${target} upper)
-    target_compile_definitions(${target} PUBLIC ${upper}_STATIC_DEFINE)
+  if(arg_EXPORT_HEADER)
+    generate_export_header(${target} BASE_NAME ${target} EXPORT_MACRO_NAME ${arg_EXPORT_MACRO}
+      EXPORT_FILE_NAME "${generated}/${arg_EXPORT_HEADER}")
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "STATIC_LIBRARY")
+      string(TOUPPER ${target} upper)
+      target_compile_definitions(${target} PUBLIC ${upper}_STATIC_DEFINE)
+    endif()
+    list(APPEND headers "${generated}/")
   endif()
-  set_property(GLOBAL APPEND PROPERTY KELO_LIBRARIES ${target})
+  kelo_install_library(${target} ${arg_COMPONENT} ${headers})
+endfunction()
+
+# kelo_install_library(<target> <component> <folders with headers...>): what stands in folders named "internal" stays here.
+function(kelo_install_library target component)
+  if(NOT KELO_INSTALL)
+    return()
+  endif()
+  install(TARGETS ${target} EXPORT Kelo${component}Targets
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    INCLUDES DESTINATION ${KELO_INCLUDE_DIR})
+  install(DIRECTORY ${ARGN} DESTINATION ${KELO_INCLUDE_DIR} COMPONENT development
+    FILES_MATCHING PATTERN "*.h" PATTERN "internal" EXCLUDE)
+  set_property(GLOBAL APPEND PROPERTY KELO_COMPONENTS ${component})
 endfunction()
 
 # kelo_add_test(<name> SOURCES ... LIBS ... [LABELS ...]): one GoogleTest program, its cases known to ctest one by one.
@@ -54,6 +92,7 @@ function(kelo_add_test name)
   include(GoogleTest)
   add_executable(${name} ${arg_SOURCES})
   target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock GTest::gtest_main kelo_warnings)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}")
 endfunction()

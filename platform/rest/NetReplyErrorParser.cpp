@@ -16,7 +16,12 @@ NetReplyError NetReplyErrorParser::parse(JsonReply const& reply) const
         return {0, 0, reply->httpStatusCode(), QString(), QString()};
     }
     return {
-        2, parseErrorCode(reply), reply->httpStatusCode(), parseErrorMessage(reply), parseServerResponseStatus(reply)};
+        2,
+        parseErrorCode(reply),
+        reply->httpStatusCode(),
+        parseErrorMessage(reply),
+        parseServerResponseStatus(reply),
+        reply->retryAfter()};
 }
 
 } // namespace rest

@@ -11,8 +11,8 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/core/HostEnvironment.h>
 #include <platform/core/HostInfo.h>
-#include <tests/support/LogCapture.h>
-#include <tests/support/RawServer.h>
+#include <testkit/LogCapture.h>
+#include <testkit/RawServer.h>
 
 namespace
 {
@@ -61,15 +61,15 @@ protected:
     bool retrieve() { return retriever_.retrieveAccountSettings(*connection_); }
 
     /// What one target is answered with from now on in place of its usual answer.
-    void answerWith(char const* target, std::function<test::Action()> answer)
+    void answerWith(char const* target, std::function<testkit::Action()> answer)
     {
         std::lock_guard const lock(mutex_);
         special_ = {{target, std::move(answer)}};
     }
 
-    test::Action answer(test::RawRequest const& request)
+    testkit::Action answer(testkit::RawRequest const& request)
     {
-        std::function<test::Action()> special;
+        std::function<testkit::Action()> special;
         {
             std::lock_guard const lock(mutex_);
             auto const found = special_.find(request.target);
@@ -83,15 +83,15 @@ protected:
         {
             if (request.target == step.target)
             {
-                return test::reply(200, step.answer);
+                return testkit::reply(200, step.answer);
             }
         }
-        return test::reply(404);
+        return testkit::reply(404);
     }
 
     std::mutex mutex_;
-    std::map<QByteArray, std::function<test::Action()>> special_;
-    test::RawServer server_{[this](test::RawRequest const& request) { return answer(request); }};
+    std::map<QByteArray, std::function<testkit::Action()>> special_;
+    testkit::RawServer server_{[this](testkit::RawRequest const& request) { return answer(request); }};
     std::unique_ptr<TessalyConnection> connection_;
     AccountSettingsRetriever retriever_;
 };
@@ -185,7 +185,7 @@ Settings referencesAfter(int count)
 
 TEST_F(AccountSettings, AllStepsInOrder)
 {
-    test::LogCapture const log;
+    testkit::LogCapture const log;
     ASSERT_TRUE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(stepCount));
     EXPECT_EQ(retriever_.getUpdateReferences(), referencesAfter(stepCount));
@@ -209,17 +209,17 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
         SCOPED_TRACE(step.target);
         struct
         {
-            std::function<test::Action()> answer;
+            std::function<testkit::Action()> answer;
             std::string warning;
         } const rows[] = {
-            {[] { return test::reply(400, R"([{"Code":"17","Message":"Bad \"input\""}])"); },
+            {[] { return testkit::reply(400, R"([{"Code":"17","Message":"Bad \"input\""}])"); },
              step.failed + std::string("(17) Bad \"input\"")},
-            {[] { return test::reply(503, "<html/>"); }, step.failed + std::string("(1000) ")},
+            {[] { return testkit::reply(503, "<html/>"); }, step.failed + std::string("(1000) ")},
             // The exchange ends without a reply.
             {[this]
              {
                  connection_->closeConnection();
-                 return test::closeNow();
+                 return testkit::closeNow();
              },
              std::string("AccountSettingsRetriever::retrieveAccountSettings ") + step.unreachable},
         };
@@ -228,7 +228,7 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
             connection_->initialize(server_.url(), QString(), QString(), QString());
             retriever_ = AccountSettingsRetriever();
             answerWith(step.target, row.answer);
-            test::LogCapture const log;
+            testkit::LogCapture const log;
             EXPECT_FALSE(retrieve());
             EXPECT_THAT(log.warnings(), testing::ElementsAre(row.warning));
             EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(failing));
@@ -239,8 +239,8 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
 
 TEST_F(AccountSettings, ABrokenExchangeIsAFailedStep)
 {
-    answerWith(steps[1].target, [] { return test::closeNow(); });
-    test::LogCapture const log;
+    answerWith(steps[1].target, [] { return testkit::closeNow(); });
+    testkit::LogCapture const log;
     EXPECT_FALSE(retrieve());
     EXPECT_THAT(log.warnings(), testing::ElementsAre(testing::StartsWith("Failed to get settings info: (0) ")));
 }
@@ -248,17 +248,17 @@ TEST_F(AccountSettings, ABrokenExchangeIsAFailedStep)
 TEST_F(AccountSettings, EarlierEntriesGoWithTheNextAccountOnly)
 {
     ASSERT_TRUE(retrieve());
-    test::LogCapture const log;
-    answerWith(steps[0].target, [] { return test::reply(500); });
+    testkit::LogCapture const log;
+    answerWith(steps[0].target, [] { return testkit::reply(500); });
     EXPECT_FALSE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(stepCount));
 
-    answerWith(steps[1].target, [] { return test::reply(500); });
+    answerWith(steps[1].target, [] { return testkit::reply(500); });
     EXPECT_FALSE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings(), accountEntries());
     EXPECT_EQ(retriever_.getUpdateReferences(), referencesAfter(stepCount));
 
-    answerWith(steps[4].target, [] { return test::reply(200, "[]"); });
+    answerWith(steps[4].target, [] { return testkit::reply(200, "[]"); });
     retriever_.skipIFUFileReference(true);
     AccountSettingsRetriever copy = retriever_;
     int const before = server_.requestCount();
@@ -276,7 +276,7 @@ TEST_F(AccountSettings, TheCallingThreadGoesOnWithItsEvents)
     int count = 0;
     QCoreApplication const application(count, nullptr);
     // Only an event of this thread lets the answer go.
-    answerWith(steps[0].target, [] { return test::reply(200).afterRelease(); });
+    answerWith(steps[0].target, [] { return testkit::reply(200).afterRelease(); });
     QTimer::singleShot(0, [this] { server_.release(); });
     EXPECT_TRUE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings()[QStringLiteral("PartnerId")], QVariant(QString()));

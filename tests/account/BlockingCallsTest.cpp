@@ -4,13 +4,13 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionProxy.h>
 #include <platform/core/HostEnvironment.h>
-#include <tests/support/LogCapture.h>
-#include <tests/support/RawServer.h>
+#include <testkit/LogCapture.h>
+#include <testkit/RawServer.h>
 
 namespace
 {
 
-std::unique_ptr<TessalyConnection> connectTo(test::RawServer const& server)
+std::unique_ptr<TessalyConnection> connectTo(testkit::RawServer const& server)
 {
     return TessalyConnection::makeConnection(server.url(), QString(), QString());
 }
@@ -19,23 +19,23 @@ TEST(BlockingCalls, AuthenticationKeysOfAnyAnswer)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         KeloErrorCode code;
         std::vector<QString> keys;
     } const rows[] = {
-        {test::reply(200, R"({"Keys":["a",5,"b"],"More":1})"),
+        {testkit::reply(200, R"({"Keys":["a",5,"b"],"More":1})"),
          KeloErrorCode::Success,
          {QStringLiteral("a"), QString(), QStringLiteral("b")}},
-        {test::reply(200, "{}"), KeloErrorCode::Success, {}},
-        {test::reply(200, R"({"Keys":"a"})"), KeloErrorCode::Success, {}},
-        {test::reply(200, R"(["a"])"), KeloErrorCode::Success, {}},
-        {test::reply(401, R"([{"Code":"17","Message":"x"}])"), KeloErrorCode::Success, {}},
-        {test::reply(500, R"({"Keys":["a"]})"), KeloErrorCode::Success, {QStringLiteral("a")}},
-        {test::closeNow(), KeloErrorCode::NoConnection, {}},
+        {testkit::reply(200, "{}"), KeloErrorCode::Success, {}},
+        {testkit::reply(200, R"({"Keys":"a"})"), KeloErrorCode::Success, {}},
+        {testkit::reply(200, R"(["a"])"), KeloErrorCode::Success, {}},
+        {testkit::reply(401, R"([{"Code":"17","Message":"x"}])"), KeloErrorCode::Success, {}},
+        {testkit::reply(500, R"({"Keys":["a"]})"), KeloErrorCode::Success, {QStringLiteral("a")}},
+        {testkit::closeNow(), KeloErrorCode::NoConnection, {}},
     };
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
         auto const outcome = connectTo(server)->getThirdPartyAuthenticationKeys(QStringLiteral("I"));
         EXPECT_EQ(outcome, std::pair(row.code, row.keys)) << row.answer.bytes.toStdString();
         EXPECT_EQ(server.requests()[0].target, "/Installations/I/3rdpartyauthenticationkeys");
@@ -46,19 +46,19 @@ TEST(BlockingCalls, ShellsOfAnyAnswer)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         QStringList fileIds;
     } const rows[] = {
-        {test::reply(200, R"([{"Id":"a"},{"Id":"b"}])"), {QStringLiteral("a"), QStringLiteral("b")}},
-        {test::reply(200, R"({"Shells":[{"Id":"a"}]})"), {}},
-        {test::reply(404, R"([{"Code":"17","Message":"x"}])"), {QString()}},
-        {test::reply(404, R"([{"Id":"a"}])"), {QStringLiteral("a")}},
-        {test::reply(500, ""), {}},
-        {test::closeNow(), {}},
+        {testkit::reply(200, R"([{"Id":"a"},{"Id":"b"}])"), {QStringLiteral("a"), QStringLiteral("b")}},
+        {testkit::reply(200, R"({"Shells":[{"Id":"a"}]})"), {}},
+        {testkit::reply(404, R"([{"Code":"17","Message":"x"}])"), {QString()}},
+        {testkit::reply(404, R"([{"Id":"a"}])"), {QStringLiteral("a")}},
+        {testkit::reply(500, ""), {}},
+        {testkit::closeNow(), {}},
     };
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
         QStringList fileIds;
         for (auto const& shell : connectTo(server)->getTempShellCalculationData(QStringLiteral("R")).getTempShellFile())
         {
@@ -72,19 +72,19 @@ TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         char const* url = "";
     } const rows[] = {
-        {test::reply(200, R"({"SoftwarePageUrl":"https://x"})"), "https://x"},
-        {test::reply(200, R"({"SoftwarePageUrl":5})"), ""},
-        {test::reply(200, "[]"), ""},
-        {test::reply(404, R"({"SoftwarePageUrl":"https://x"})"), ""},
-        {test::closeNow(), ""},
+        {testkit::reply(200, R"({"SoftwarePageUrl":"https://x"})"), "https://x"},
+        {testkit::reply(200, R"({"SoftwarePageUrl":5})"), ""},
+        {testkit::reply(200, "[]"), ""},
+        {testkit::reply(404, R"({"SoftwarePageUrl":"https://x"})"), ""},
+        {testkit::closeNow(), ""},
     };
-    test::LogCapture const log;
+    testkit::LogCapture const log;
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
         EXPECT_EQ(connectTo(server)->getSoftwarePageUrl(), QLatin1String(row.url)) << row.answer.bytes.toStdString();
         EXPECT_EQ(server.requests()[0].target, "/Settings");
     }
@@ -93,8 +93,8 @@ TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
 
 TEST(BlockingCalls, ProxyKeepsTheOutcomeOfTheLastCall)
 {
-    test::RawServer const broken([](test::RawRequest const&) { return test::closeNow(); });
-    test::RawServer const working([](test::RawRequest const&) { return test::reply(200, R"({"Keys":["k"]})"); });
+    testkit::RawServer const broken([](testkit::RawRequest const&) { return testkit::closeNow(); });
+    testkit::RawServer const working([](testkit::RawRequest const&) { return testkit::reply(200, R"({"Keys":["k"]})"); });
     TessalyConnectionProxy proxy;
     TessalyConnectionProxyInterface& face = proxy;
     EXPECT_TRUE(face.isSuccess());
@@ -118,19 +118,19 @@ TEST(BlockingCalls, StatisticsGoToTheirOwnServiceOnce)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         bool succeeded = false;
         int code = 0;
-    } const rows[] = {{test::reply(200, ""), true, 0}, {test::reply(500), true, 500}, {test::closeNow(), false, 0}};
+    } const rows[] = {{testkit::reply(200, ""), true, 0}, {testkit::reply(500), true, 500}, {testkit::closeNow(), false, 0}};
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
         core::HostEnvironment host;
         host.statsUrl = server.url(QStringLiteral("/stats/?kind=1"));
         host.username = QStringLiteral("user");
         host.password = QStringLiteral("secret");
         core::setHostEnvironment(host);
-        test::LogCapture const log;
+        testkit::LogCapture const log;
         auto const result = VantorStatsConnection().uploadVantorStats({QStringLiteral("id"), QByteArray("\0\xff", 2)});
         EXPECT_EQ(result.succeeded, row.succeeded);
         if (row.succeeded)
@@ -164,10 +164,10 @@ TEST(BlockingCalls, PortalCasesStandUnderTheirKeyWhateverStandsBesideIt)
         {R"({"Items":[{"Name":"a"}]})", 0},
         {R"({"Cases":{"Name":"a"}})", 0},
     };
-    test::LogCapture const log;
+    testkit::LogCapture const log;
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return test::reply(200, row.json); });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return testkit::reply(200, row.json); });
         auto const connection = connectTo(server);
         auto const reply = connection->getMiraShareCases(QStringLiteral("P"), QStringLiteral("I")).get();
         EXPECT_EQ(reply.status.kind, 0U);

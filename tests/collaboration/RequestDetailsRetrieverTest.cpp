@@ -90,29 +90,29 @@ TEST_F(RequestDetailsRetrieverTest, AsksOnceForEachKindInFixedOrder)
         {u"0b"_qs, RequestType::DentalScan},
         {u"?"_qs, static_cast<RequestType>(8)}});
     auto const asks = [](char const* id) { return AsksFor(QList<QString>{QString::fromLatin1(id)}); };
-    auto const restoration = test::success(groupOf<RestorationRequestDetail>(u"r"_qs));
+    auto const restoration = testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs));
     testing::InSequence const inSequence;
     EXPECT_CALL(connection_, getDentalScanRequestDetails(u"I"_qs, AsksFor(QList<QString>{u"0"_qs, u"0b"_qs})))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"s"_qs)))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"s"_qs)))));
     EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, asks("1")))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"l"_qs)))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"l"_qs)))));
     EXPECT_CALL(connection_, getTempShellRequestDetails(u"I"_qs, asks("2")))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"h"_qs)))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"h"_qs)))));
     EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, asks("4")))
         .WillOnce(Return(threading::makeReadyFuture(restoration)));
     auto templates = groupOf<TemplateRequestDetail>(u"t"_qs);
     templates.front().collaborationRequestDetailInfos.front().orderId = u"order"_qs;
     EXPECT_CALL(connection_, getTemplateRequestDetails(u"I"_qs, asks("3")))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(templates))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(templates))));
     auto plans = groupOf<UploadFilesRequestDetail>(u"p"_qs);
     plans.front().collaborationRequestDetailInfos.front().surgeryPlanURL = u"plan"_qs;
     plans.front().collaborationRequestDetailInfos.front().requesterPatientReference = u"patient"_qs;
     EXPECT_CALL(connection_, getSurgeryPlanRequestDetails(u"I"_qs, asks("5")))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(plans))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(plans))));
     EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, asks("6")))
         .WillOnce(Return(threading::makeReadyFuture(restoration)));
     EXPECT_CALL(connection_, getReferralRequestDetails(u"I"_qs, asks("7")))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<UploadFilesRequestDetail>(u"f"_qs)))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<UploadFilesRequestDetail>(u"f"_qs)))));
 
     retriever_->execute();
     EXPECT_EQ(finished_, 0) << "ready replies are handled by the event loop";
@@ -138,8 +138,8 @@ TEST_F(RequestDetailsRetrieverTest, FinishesOnceThoughCallsFail)
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
-    auto refused = test::refusal<std::vector<TemplateRequestDetail>>();
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
+    auto refused = testkit::refusal<std::vector<TemplateRequestDetail>>();
     refused.value = groupOf<TemplateRequestDetail>(u"t"_qs);
     template_.setValue(refused);
     runEvents();
@@ -155,7 +155,7 @@ TEST_F(RequestDetailsRetrieverTest, SweepWithoutIdsIsSilentThoughItTakesAnOlderO
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
     runEvents();
     retriever_->setRequestIds(std::vector<RequestInfo>());
     retriever_->execute();
@@ -172,7 +172,7 @@ TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"old"_qs)));
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"old"_qs)));
     runEvents();
     EXPECT_EQ(idsOf(*retriever_), QStringList{u"old"_qs});
     PendingReply<std::vector<SessionDetails>> newer;
@@ -182,13 +182,13 @@ TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
         [this]
         {
             template_.cancel();
-            restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
+            restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
         });
     retriever_->execute();
     network.join();
     runEvents();
     EXPECT_EQ(finished_, 0);
-    newer.setValue(test::success(groupOf<SessionDetails>(u"n"_qs)));
+    newer.setValue(testkit::success(groupOf<SessionDetails>(u"n"_qs)));
     runEvents();
     EXPECT_EQ(finished_, 1);
     EXPECT_TRUE(retriever_->isSuccess());
@@ -216,12 +216,12 @@ TEST_F(RequestDetailsRetrieverTest, ReceiverMayStartTheNextSweepAndDeleteTheRetr
             }
         });
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
     template_.cancel();
     restoration_.cancel();
     runEvents();
     EXPECT_EQ(finished_, 1);
-    next.setValue(test::success(groupOf<SessionDetails>(u"l"_qs)));
+    next.setValue(testkit::success(groupOf<SessionDetails>(u"l"_qs)));
     runEvents();
     EXPECT_EQ(finished_, 2);
     EXPECT_EQ(retriever_, nullptr);
@@ -233,16 +233,16 @@ TEST_F(RequestDetailsRetrieverTest, RepliesAfterItsEndAreNotHandled)
     startPoll(list, {});
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
-    std::thread network([this] { template_.setValue(test::success(groupOf<TemplateRequestDetail>(u"t"_qs))); });
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
+    std::thread network([this] { template_.setValue(testkit::success(groupOf<TemplateRequestDetail>(u"t"_qs))); });
     std::thread another(
         [&list] {
-            list.setValue(test::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
+            list.setValue(testkit::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
         });
     retriever_.reset();
     network.join();
     another.join();
-    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
+    restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
     runEvents();
     EXPECT_EQ(finished_, 0);
 }
@@ -262,7 +262,7 @@ TEST_F(RequestDetailsRetrieverTest, KeepsReferralsWithAFileOfThePartner)
         entry.referralURL = u"referral"_qs;
     }
     EXPECT_CALL(connection_, getReferralRequestDetails(_, _))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(std::vector{group}))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(std::vector{group}))));
     retriever_->setRequestIds(std::vector<RequestInfo>{{u"f"_qs, {}, RequestType::Referral}});
     retriever_->execute();
     runEvents();
@@ -278,7 +278,7 @@ TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
     PendingReply<std::vector<RequestInfo>> list;
     QList<QString> const fetched{u"new"_qs, u"changed"_qs, u"in two states"_qs, u"in two states too"_qs};
     EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, AsksFor(fetched)))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<SessionDetails>(u"new"_qs)))));
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"new"_qs)))));
     startPoll(
         list, {{u"gone"_qs, u"1"_qs, RequestType::LabDesign},
                {u"same"_qs, u"1"_qs, RequestType::LabDesign},
@@ -289,7 +289,7 @@ TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
                {u"in two states"_qs, u"2"_qs, RequestType::LabDesign},
                {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign},
                {u"in two states too"_qs, u"1"_qs, RequestType::LabDesign}});
-    list.setValue(test::success(std::vector<RequestInfo>{
+    list.setValue(testkit::success(std::vector<RequestInfo>{
         {u"new"_qs, u"1"_qs, RequestType::LabDesign},
         {u"same"_qs, u"1"_qs, RequestType::LabDesign},
         {u"changed"_qs, u"2"_qs, RequestType::LabDesign},
@@ -305,14 +305,14 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSpare
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(test::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
     template_.cancel();
     auto const poll = [this](RequestInfo const& received)
     {
         PendingReply<std::vector<RequestInfo>> list;
         finished_ = 0;
         startPoll(list, {{u"same"_qs, u"1"_qs, RequestType::LabDesign}});
-        list.setValue(test::success(std::vector{received}));
+        list.setValue(testkit::success(std::vector{received}));
         runEvents();
         EXPECT_EQ(finished_, 1) << qPrintable(received.requestId);
     };
@@ -323,7 +323,7 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSpare
         EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
         EXPECT_FALSE(retriever_->isSuccess());
     }
-    restoration_.setValue(test::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
+    restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
     runEvents();
     EXPECT_EQ(finished_, 2) << "one for the last poll, one for the sweep";
     EXPECT_EQ(idsOf(*retriever_), (QStringList{u"s"_qs, u"r"_qs}));
@@ -338,7 +338,7 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
     GetRequestsInfo asked;
     EXPECT_CALL(connection_, getRequests(u"I"_qs, A<GetRequestsInfo>()))
         .WillOnce(testing::DoAll(
-            testing::SaveArg<1>(&asked), Return(threading::makeReadyFuture(test::refusal<std::vector<RequestInfo>>()))))
+            testing::SaveArg<1>(&asked), Return(threading::makeReadyFuture(testkit::refusal<std::vector<RequestInfo>>()))))
         .WillOnce(Return(threading::Future<rest::RestReply<std::vector<RequestInfo>>>()));
     std::vector<RequestInfo> known;
     retriever_->getUpdates({RequestType::TempShell}, known);
@@ -354,8 +354,8 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
 
 TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOlderOneVoid)
 {
-    auto const good = test::success(std::vector<RequestInfo>());
-    auto const bad = test::refusal<std::vector<RequestInfo>>();
+    auto const good = testkit::success(std::vector<RequestInfo>());
+    auto const bad = testkit::refusal<std::vector<RequestInfo>>();
     struct
     {
         rest::RestReply<std::vector<RequestInfo>> newer;

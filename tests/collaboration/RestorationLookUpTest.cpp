@@ -30,9 +30,9 @@ protected:
 TEST_F(RestorationLookUp, GivesTheRequestOrNothing)
 {
     EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, _))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(twoGroups()))))
-        .WillOnce(Return(threading::makeReadyFuture(test::success(groupOf<RestorationRequestDetail>(u"other"_qs)))))
-        .WillOnce(Return(threading::makeReadyFuture(test::refusal<std::vector<RestorationRequestDetail>>())))
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(twoGroups()))))
+        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<RestorationRequestDetail>(u"other"_qs)))))
+        .WillOnce(Return(threading::makeReadyFuture(testkit::refusal<std::vector<RestorationRequestDetail>>())))
         .WillOnce(Return(threading::Future<Reply>()));
     auto const found = retriever_.getRestorationRequestDetails(wanted_);
     ASSERT_TRUE(found.has_value());
@@ -52,7 +52,7 @@ TEST_F(RestorationLookUp, ProcessesEventsUntilAnotherThreadBringsTheReply)
     EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, _)).WillOnce(Return(pending.future()));
     // The reply is only sent by an event of the waiting thread.
     QMetaObject::invokeMethod(
-        &retriever_, [&] { network = std::thread([&] { pending.setValue(test::success(twoGroups())); }); },
+        &retriever_, [&] { network = std::thread([&] { pending.setValue(testkit::success(twoGroups())); }); },
         Qt::QueuedConnection);
     auto const found = retriever_.getCentralizedRestorationRequestDetails(wanted_);
     network.join();

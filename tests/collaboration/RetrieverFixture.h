@@ -9,10 +9,12 @@
 
 #include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
 #include <platform/core/HostEnvironment.h>
-#include <tests/support/FakeConnection.h>
+#include <testkit/FakeConnection.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 /// A call whose reply the test gives when it pleases.
 template <class T>

@@ -5,48 +5,48 @@
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/core/HostEnvironment.h>
-#include <tests/support/RawServer.h>
+#include <testkit/RawServer.h>
 
 namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
 
-std::unique_ptr<TessalyConnection> connectTo(test::RawServer const& server)
+std::unique_ptr<TessalyConnection> connectTo(testkit::RawServer const& server)
 {
     return TessalyConnection::makeConnection(server.url(), QString(), QString());
 }
 
-rest::RestReply<OrderShippingAddressList> addressesFrom(test::Action const& answer)
+rest::RestReply<OrderShippingAddressList> addressesFrom(testkit::Action const& answer)
 {
-    test::RawServer const server([&answer](test::RawRequest const&) { return answer; });
+    testkit::RawServer const server([&answer](testkit::RawRequest const&) { return answer; });
     return connectTo(server)->getShippingAddresses(u"I"_s).get();
 }
 
-test::Action page(int status)
+testkit::Action page(int status)
 {
-    return test::reply(status, R"(<html>[{"Code":"17"}]</html>)", {{"Content-Type", "text/html"}});
+    return testkit::reply(status, R"(<html>[{"Code":"17"}]</html>)", {{"Content-Type", "text/html"}});
 }
 
 TEST(ErrorModel, CodeAndMessageOfAnErrorBody)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         qint32 httpStatus = 0;
         qint32 code = 0;
         char const* message = "";
     } const rows[] = {
-        {test::reply(500, R"([{"Code":"17","Message":"x"},{"Code":"18","Message":"y"}])"), 500, 17, "x"},
-        {test::reply(404, R"([{"Code":"-3","Message":5}])"), 404, -3, ""},
-        {test::reply(400, R"([{"Code":17,"Message":"x"}])"), 400, 1000, "x"},
-        {test::reply(400, R"([{"Code":"99999999999"}])"), 400, 1000, ""},
-        {test::reply(400, R"([{"Code":"0x11"}])"), 400, 1000, ""},
-        {test::reply(400, R"({"Code":"17","Message":"x"})"), 400, 1000, ""},
-        {test::reply(400, R"([["Code"]])"), 400, 1000, ""},
-        {test::reply(400, "[]"), 400, 1000, ""},
-        {test::reply(401, ""), 401, 1000, ""},
-        {test::reply(302, "", {{"Location", "http://192.0.2.1/"}}), 302, 1000, ""},
+        {testkit::reply(500, R"([{"Code":"17","Message":"x"},{"Code":"18","Message":"y"}])"), 500, 17, "x"},
+        {testkit::reply(404, R"([{"Code":"-3","Message":5}])"), 404, -3, ""},
+        {testkit::reply(400, R"([{"Code":17,"Message":"x"}])"), 400, 1000, "x"},
+        {testkit::reply(400, R"([{"Code":"99999999999"}])"), 400, 1000, ""},
+        {testkit::reply(400, R"([{"Code":"0x11"}])"), 400, 1000, ""},
+        {testkit::reply(400, R"({"Code":"17","Message":"x"})"), 400, 1000, ""},
+        {testkit::reply(400, R"([["Code"]])"), 400, 1000, ""},
+        {testkit::reply(400, "[]"), 400, 1000, ""},
+        {testkit::reply(401, ""), 401, 1000, ""},
+        {testkit::reply(302, "", {{"Location", "http://192.0.2.1/"}}), 302, 1000, ""},
         {page(502), 502, 1000, ""},
     };
     for (auto const& row : rows)
@@ -65,15 +65,15 @@ TEST(ErrorModel, CodeAndMessageOfAnErrorBody)
 
 TEST(ErrorModel, AnErrorsBodyIsNoValue)
 {
-    auto const reply = addressesFrom(test::reply(500, R"({"Addresses":[{}]})"));
+    auto const reply = addressesFrom(testkit::reply(500, R"({"Addresses":[{}]})"));
     EXPECT_EQ(reply.status.kind, 2U);
     EXPECT_TRUE(reply.value.addresses.isEmpty());
 }
 
 TEST(ErrorModel, NoAnswerIsNoConnection)
 {
-    for (test::Action const& answer :
-         {test::closeNow(), test::reply(200).truncatedBy(1), test::rawReply("nonsense\r\n\r\n")})
+    for (testkit::Action const& answer :
+         {testkit::closeNow(), testkit::reply(200).truncatedBy(1), testkit::rawReply("nonsense\r\n\r\n")})
     {
         auto const reply = addressesFrom(answer);
         EXPECT_EQ(reply.status.kind, 1U) << answer.bytes.toStdString();
@@ -87,16 +87,16 @@ TEST(ErrorModel, ASuccessWithoutTheExpectedObjectIsADefaultValue)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         int addresses = 0;
     } const rows[] = {
-        {test::reply(200, R"({"Addresses":[{"Name":"n"}]})"), 1},
-        {test::reply(201, R"({"Addresses":[{"Name":"n"}]})"), 1},
-        {test::reply(200, R"([{"Addresses":[{"Name":"n"}]}])"), 0},
-        {test::reply(200, ""), 0},
-        {test::reply(200, "{"), 0},
-        {test::reply(200, "5"), 0},
-        {test::rawReply("HTTP/1.1 204 No Content\r\n\r\n"), 0},
+        {testkit::reply(200, R"({"Addresses":[{"Name":"n"}]})"), 1},
+        {testkit::reply(201, R"({"Addresses":[{"Name":"n"}]})"), 1},
+        {testkit::reply(200, R"([{"Addresses":[{"Name":"n"}]}])"), 0},
+        {testkit::reply(200, ""), 0},
+        {testkit::reply(200, "{"), 0},
+        {testkit::reply(200, "5"), 0},
+        {testkit::rawReply("HTTP/1.1 204 No Content\r\n\r\n"), 0},
         {page(200), 0},
     };
     for (auto const& row : rows)
@@ -125,26 +125,26 @@ TEST(ErrorModel, ADownloadThatFailedIsEmpty)
 {
     struct
     {
-        test::Action answer;
+        testkit::Action answer;
         QByteArray bytes;
     } const rows[] = {
-        {test::reply(200, QByteArray("\0[\xff", 3)), QByteArray("\0[\xff", 3)},
-        {test::reply(404, "bytes"), {}},
-        {test::reply(500, "bytes"), {}},
-        {test::reply(203, "bytes"), {}},
-        {test::reply(200, "bytes").truncatedBy(1), {}},
-        {test::closeNow(), {}},
+        {testkit::reply(200, QByteArray("\0[\xff", 3)), QByteArray("\0[\xff", 3)},
+        {testkit::reply(404, "bytes"), {}},
+        {testkit::reply(500, "bytes"), {}},
+        {testkit::reply(203, "bytes"), {}},
+        {testkit::reply(200, "bytes").truncatedBy(1), {}},
+        {testkit::closeNow(), {}},
     };
     for (auto const& row : rows)
     {
-        test::RawServer const server([&row](test::RawRequest const&) { return row.answer; });
+        testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
         EXPECT_EQ(connectTo(server)->getTempShellFile(u"F"_s).get(), row.bytes) << row.answer.bytes.toStdString();
     }
 }
 
 TEST(ErrorModel, CancellingReachesTheWireAndDestructionCancels)
 {
-    test::RawServer const server([](test::RawRequest const&) { return test::stall(); });
+    testkit::RawServer const server([](testkit::RawRequest const&) { return testkit::stall(); });
     auto connection = connectTo(server);
     auto const reply = connection->getShippingAddresses(u"I"_s);
     auto const bytes = connection->getTempShellFile(u"F"_s);
@@ -167,7 +167,7 @@ TEST(ErrorModel, CancellingReachesTheWireAndDestructionCancels)
 
 TEST(ErrorModel, TheDefaultConnectionIsTheHosts)
 {
-    test::RawServer const server;
+    testkit::RawServer const server;
     core::HostEnvironment host;
     host.apiUrl = server.url(u"/api/v1"_s);
     host.username = u"user"_s;
@@ -184,7 +184,7 @@ TEST(ErrorModel, TheDefaultConnectionIsTheHosts)
 
 TEST(ErrorModel, TheTraceHookIsInstalledByInitialize)
 {
-    test::RawServer const server;
+    testkit::RawServer const server;
     std::atomic<int> traced = 0;
     TessalyConnectionBase base;
     auto const before = connectTo(server);

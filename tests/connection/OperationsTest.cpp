@@ -11,7 +11,7 @@
 #include <KeloCommunicationLib/KeloCommunicationLib.h>
 #include <platform/core/HostEnvironment.h>
 #include <tests/connection/ServiceDocument.h>
-#include <tests/support/RawServer.h>
+#include <testkit/RawServer.h>
 
 namespace
 {
@@ -19,7 +19,7 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 using Client = TessalyConnection&;
 
-std::unique_ptr<TessalyConnection> connectTo(test::RawServer const& server)
+std::unique_ptr<TessalyConnection> connectTo(testkit::RawServer const& server)
 {
     return TessalyConnection::makeConnection(server.url(u"/api/v1"_s), u"user"_s, u"secret"_s);
 }
@@ -88,11 +88,11 @@ void expectOnTheWire(Row const& row)
     static test::ServiceDocument const document(KELO_SERVICE_DOCUMENT);
     EXPECT_EQ(document.refused(row.method, row.target, row.body, row.reply), "");
     // A logo that a list asks for afterwards is not there.
-    test::RawServer const server([&row](test::RawRequest const& request)
-                                 { return request.number == 1 ? test::reply(200, row.reply) : test::reply(404, ""); });
+    testkit::RawServer const server([&row](testkit::RawRequest const& request)
+                                 { return request.number == 1 ? testkit::reply(200, row.reply) : testkit::reply(404, ""); });
     EXPECT_EQ(row.call.run(*connectTo(server)), row.decoded);
     ASSERT_EQ(server.requestCount(), row.target.contains("/PartnerCases/") ? 2 : 1);
-    test::RawRequest const request = server.requests().front();
+    testkit::RawRequest const request = server.requests().front();
     EXPECT_EQ(request.method, row.method);
     EXPECT_EQ(request.target.toStdString(), ("/api/v1" + row.target).toStdString());
     EXPECT_EQ(normalized(request.body).toStdString(), normalized(row.body).toStdString());
@@ -497,11 +497,11 @@ struct Write
     std::function<rest::RestReplyStatus(Client)> send;
 };
 
-void expectSentOnce(Write const& write, test::Action const& drop, bool reused)
+void expectSentOnce(Write const& write, testkit::Action const& drop, bool reused)
 {
     SCOPED_TRACE(std::string(write.name) + (reused ? " on a reused connection" : " on a fresh connection"));
-    test::RawServer const server([&drop](test::RawRequest const& request)
-                                 { return request.method == "GET" ? test::reply(200) : drop; });
+    testkit::RawServer const server([&drop](testkit::RawRequest const& request)
+                                 { return request.method == "GET" ? testkit::reply(200) : drop; });
     auto const connection = connectTo(server);
     std::size_t before = 0;
     if (reused)
@@ -513,7 +513,7 @@ void expectSentOnce(Write const& write, test::Action const& drop, bool reused)
     EXPECT_EQ(status.kind, 1U);
     EXPECT_EQ(kelo::errorCode(status), KeloErrorCode::NoConnection);
     EXPECT_THAT(status.message.toStdString(), testing::HasSubstr("may have processed"));
-    std::vector<test::RawRequest> const requests = server.requests();
+    std::vector<testkit::RawRequest> const requests = server.requests();
     ASSERT_EQ(requests.size(), before + 1);
     // Without a body, only a new connection keeps the transport from sending again.
     EXPECT_EQ(requests.back().connection, reused && requests.back().body.isEmpty() ? 2 : 1);
@@ -521,7 +521,7 @@ void expectSentOnce(Write const& write, test::Action const& drop, bool reused)
 
 TEST(Operations, ACaseDesignerOrderHasATimeOutOfItsOwn)
 {
-    test::RawServer const server([](test::RawRequest const&) { return test::stall(); });
+    testkit::RawServer const server([](testkit::RawRequest const&) { return testkit::stall(); });
     auto const connection = connectTo(server);
     connection->setDefaultTimeout(std::chrono::milliseconds(50));
     auto const caseDesignerOrder = connection->createIPSOrder(ipsOrder());
@@ -543,7 +543,7 @@ TEST(Operations, AWriteIsNeverSentTwice)
     };
     for (Write const& write : writes)
     {
-        for (test::Action const& drop : {test::closeNow(), test::resetNow(), test::reply(200, "{}").truncatedTo(20)})
+        for (testkit::Action const& drop : {testkit::closeNow(), testkit::resetNow(), testkit::reply(200, "{}").truncatedTo(20)})
         {
             expectSentOnce(write, drop, false);
             expectSentOnce(write, drop, true);

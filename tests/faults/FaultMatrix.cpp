@@ -13,7 +13,7 @@
 
 #include "tests/faults/Calls.h"
 #include "tests/faults/Faults.h"
-#include "tests/support/Waiting.h"
+#include <testkit/Waiting.h>
 
 namespace
 {

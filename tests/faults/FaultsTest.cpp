@@ -17,8 +17,8 @@
 #include "simulator/faults/FaultText.h"
 #include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
-#include "tests/support/RawServer.h"
-#include "tests/support/Waiting.h"
+#include <testkit/RawServer.h>
+#include <testkit/Waiting.h>
 
 using namespace simulator;
 using namespace simulator::faults;
@@ -114,14 +114,14 @@ struct ProxiedServer
         return PlainClient(proxy.port()).exchange(request, patience);
     }
 
-    test::RawServer server{[](test::RawRequest const&)
-                           { return test::rawReply(QByteArray::fromStdString(answer)).thenClose(); }};
+    testkit::RawServer server{[](testkit::RawRequest const&)
+                           { return testkit::rawReply(QByteArray::fromStdString(answer)).thenClose(); }};
     FaultProxy proxy;
 };
 
 bool fires(ToxicInForce const& toxic)
 {
-    return test::comesTrue([&toxic] { return toxic.fired > 0; });
+    return testkit::comesTrue([&toxic] { return toxic.fired > 0; });
 }
 
 TEST(Toxics, doWhatTheirNamesSay)
@@ -169,7 +169,7 @@ TEST(Toxics, doWhatTheirNamesSay)
 
 TEST(Toxics, comeAndGoOnOpenConnections)
 {
-    test::RawServer server;
+    testkit::RawServer server;
     FaultProxy proxy(server.port());
     auto const add = [&proxy](char const* text)
     { return proxy.add(ToxicSettings::fromJson(FaultText(text).toToxic())); };

@@ -11,11 +11,13 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/threading/Future.h>
 
-#include "tests/support/RawServer.h"
-#include "tests/support/Waiting.h"
+#include <testkit/RawServer.h>
+#include <testkit/Waiting.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 using namespace std::chrono_literals;
 

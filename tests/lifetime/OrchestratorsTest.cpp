@@ -10,7 +10,7 @@
 #include <platform/core/HostEnvironment.h>
 
 #include "tests/lifetime/LifetimeFixture.h"
-#include "tests/support/LogCapture.h"
+#include <testkit/LogCapture.h>
 
 namespace test
 {

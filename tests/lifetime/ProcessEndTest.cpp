@@ -3,10 +3,12 @@
 
 #include <QProcess>
 
-#include "tests/support/RawServer.h"
+#include <testkit/RawServer.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 namespace
 {

@@ -9,7 +9,7 @@
 
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 
-#include "tests/support/RawServer.h"
+#include <testkit/RawServer.h>
 
 namespace
 {
@@ -56,7 +56,7 @@ int raceWithTheContextsThread(TessalyConnection const& connection)
 int main(int argc, char** argv)
 {
     QCoreApplication const application(argc, argv);
-    test::RawServer const server;
+    testkit::RawServer const server;
     auto const connection = TessalyConnection::makeConnection(server.url(), {}, {});
     bool const onIoThread = argc > 1 && std::strcmp(argv[1], "io") == 0;
     return (onIoThread ? raceWithTheIoThread(*connection) : raceWithTheContextsThread(*connection)) == 1 ? 0 : 1;

@@ -7,8 +7,8 @@
 #include <QImage>
 
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
-#include <tests/support/LogCapture.h>
-#include <tests/support/RawServer.h>
+#include <testkit/LogCapture.h>
+#include <testkit/RawServer.h>
 
 using namespace std::chrono_literals;
 
@@ -42,17 +42,17 @@ QByteArray largePng(int side)
     return encoded(image);
 }
 
-test::Action logoReply(QByteArray const& image)
+testkit::Action logoReply(QByteArray const& image)
 {
-    return test::reply(200, image.toBase64(), {{"Content-Type", "text/plain"}});
+    return testkit::reply(200, image.toBase64(), {{"Content-Type", "text/plain"}});
 }
 
 /// A service with partners A, B and C, each with a logo of its own colour unless `logos` says otherwise.
 struct Service
 {
-    explicit Service(std::map<QByteArray, test::Action> logos = {}, test::Action list = partners())
+    explicit Service(std::map<QByteArray, testkit::Action> logos = {}, testkit::Action list = partners())
         : server(
-            [logos = std::move(logos), list = std::move(list)](test::RawRequest const& request)
+            [logos = std::move(logos), list = std::move(list)](testkit::RawRequest const& request)
             {
                 QList<QByteArray> const parts = request.target.split('/');
                 if (parts.last() != "logo")
@@ -67,9 +67,9 @@ struct Service
     {
     }
 
-    static test::Action partners()
+    static testkit::Action partners()
     {
-        return test::reply(
+        return testkit::reply(
             200, R"([{"PartnerId":"A","PartnerName":"Ada"},{"PartnerId":"B","PartnerName":"Bob"},)"
                  R"({"PartnerId":"C","PartnerName":"Cyd"}])");
     }
@@ -81,7 +81,7 @@ struct Service
     /// Qt makes its image formats when it first needs one, in a way that only it can see is free of races: here, then,
     /// before the server's threads need them.
     QByteArray anyLogo = square(1, 0);
-    test::RawServer server;
+    testkit::RawServer server;
     std::unique_ptr<TessalyConnection> connection;
 };
 
@@ -112,11 +112,11 @@ TEST(LogoChain, CasesGetTheLogoOfTheirPartner)
 {
     Service const service(
         {{"B", logoReply("no image")}},
-        test::reply(
+        testkit::reply(
             200,
             R"([{"CaseId":"1","PartnerId":"C","PartnerName":"Cyd"},{"CaseId":"2","PartnerId":"B","PartnerName":"Bob"},)"
             R"({"CaseId":"3","PartnerId":"C"}])"));
-    test::LogCapture const log;
+    testkit::LogCapture const log;
     auto const future = service.connection->getPartnerCases(QStringLiteral("I"), QStringLiteral("P"));
     ASSERT_TRUE(future.waitFor(deadline));
     auto const cases = future.get().value;
@@ -129,12 +129,12 @@ TEST(LogoChain, NothingIsFetchedForAnEmptyOrFailedList)
 {
     struct
     {
-        test::Action list;
+        testkit::Action list;
         quint32 kind = 0;
     } const rows[] = {
-        {test::reply(200, "[]"), 0},
-        {test::reply(500, R"([{"Code":"17","Message":"x"}])"), 2},
-        {test::closeNow(), 1},
+        {testkit::reply(200, "[]"), 0},
+        {testkit::reply(500, R"([{"Code":"17","Message":"x"}])"), 2},
+        {testkit::closeNow(), 1},
     };
     for (auto const& row : rows)
     {
@@ -158,11 +158,11 @@ TEST(LogoChain, OneBadLogoIsWarnedOfOrNotAndSparesTheOthers)
     struct
     {
         char const* name = "";
-        test::Action logo;
+        testkit::Action logo;
         bool isLogo = false;
         bool isWarned = false;
     } const rows[] = {
-        {"not Base64", test::reply(200, "{}"), false, true},
+        {"not Base64", testkit::reply(200, "{}"), false, true},
         {"no image", logoReply("GIF89a?"), false, true},
         {"cut short", logoReply(png.left(png.size() / 2)), false, true},
         {"cut short, but its decoder takes it", logoReply(jpeg.left(jpeg.size() - 2)), true, false},
@@ -173,15 +173,15 @@ TEST(LogoChain, OneBadLogoIsWarnedOfOrNotAndSparesTheOthers)
         {"of a size that shows only when it is decoded", logoReply("SQUARE -1 4096"), true, false},
         {"too large, as shows when it is decoded", logoReply("SQUARE -1 4097"), false, true},
         {"too large to be decoded, as it says itself", logoReply("SQUARE 4097 16"), false, true},
-        {"empty", test::reply(200, ""), false, false},
-        {"missing", test::reply(404, png.toBase64()), false, false},
+        {"empty", testkit::reply(200, ""), false, false},
+        {"missing", testkit::reply(404, png.toBase64()), false, false},
         {"broken off", logoReply(png).truncatedBy(5), false, false},
     };
     for (auto const& row : rows)
     {
         SCOPED_TRACE(row.name);
         Service const service({{"B", row.logo}});
-        test::LogCapture const log;
+        testkit::LogCapture const log;
         auto const future = service.getPartners();
         ASSERT_TRUE(future.waitFor(deadline));
         auto const reply = future.get();
@@ -211,14 +211,14 @@ TEST(LogoChain, LogosAreRequestedAtOnceAndTheLastOneEndsTheCall)
 
 TEST(LogoChain, CancellingReachesTheListAndTheLogos)
 {
-    Service const stalledList({}, test::stall());
+    Service const stalledList({}, testkit::stall());
     auto const early = stalledList.getPartners();
     ASSERT_TRUE(stalledList.server.waitForRequests(1));
     early.cancel();
     EXPECT_TRUE(stalledList.server.waitForClosedByClient(1));
 
-    Service const stalledLogos({{"A", test::stall()}, {"B", test::stall()}, {"C", test::stall()}});
-    test::LogCapture const log;
+    Service const stalledLogos({{"A", testkit::stall()}, {"B", testkit::stall()}, {"C", testkit::stall()}});
+    testkit::LogCapture const log;
     auto const late = stalledLogos.getPartners();
     ASSERT_TRUE(stalledLogos.server.waitForRequests(4));
     late.cancel();
@@ -229,13 +229,13 @@ TEST(LogoChain, CancellingReachesTheListAndTheLogos)
 
 TEST(LogoChain, DestroyedConnectionEndsTheCallBeforeItIsGone)
 {
-    Service pendingList({}, test::stall());
+    Service pendingList({}, testkit::stall());
     auto const canceled = pendingList.getPartners();
     ASSERT_TRUE(pendingList.server.waitForRequests(1));
     pendingList.connection.reset();
     EXPECT_TRUE(canceled.isCanceled());
 
-    Service pendingLogo({{"B", test::stall()}});
+    Service pendingLogo({{"B", testkit::stall()}});
     auto const finished = pendingLogo.getPartners();
     ASSERT_TRUE(pendingLogo.server.waitForRequests(4));
     pendingLogo.connection.reset();

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "tests/rest/RestTestSupport.h"
-#include "tests/support/Waiting.h"
+#include <testkit/Waiting.h>
 
 namespace test
 {

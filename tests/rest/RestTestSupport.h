@@ -14,10 +14,12 @@
 #include <platform/rest/MappedFile.h>
 #include <platform/rest/Progress.h>
 
-#include "tests/support/RawServer.h"
+#include <testkit/RawServer.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 using namespace std::chrono_literals;
 using rest::HttpMethod;

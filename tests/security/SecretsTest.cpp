@@ -10,12 +10,14 @@
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 
-#include "tests/support/LogCapture.h"
-#include "tests/support/RawServer.h"
+#include <testkit/LogCapture.h>
+#include <testkit/RawServer.h>
 #include "tests/support/SecretForms.h"
 
 namespace test
 {
+
+using namespace testkit;
 
 namespace
 {

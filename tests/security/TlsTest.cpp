@@ -13,10 +13,12 @@
 
 #include "tests/rest/RestTestSupport.h"
 #include "tests/security/TrustedAuthority.h"
-#include "tests/support/Certificates.h"
+#include <testkit/Certificates.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 namespace
 {

@@ -5,7 +5,7 @@
 
 #include <dlfcn.h>
 
-#include "tests/support/Certificates.h"
+#include <testkit/Certificates.h>
 
 namespace
 {
@@ -19,7 +19,7 @@ extern "C" int X509_STORE_load_file(X509_STORE* store, char const* file)
     using Load = int (*)(X509_STORE*, char const*);
     static auto const load = reinterpret_cast<Load>(::dlsym(RTLD_NEXT, "X509_STORE_load_file"));
     ++reads;
-    X509_STORE_add_cert(store, test::TestAuthority::instance().certificate());
+    X509_STORE_add_cert(store, testkit::TestAuthority::instance().certificate());
     return load(store, file);
 }
 

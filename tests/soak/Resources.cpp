@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-#include "tests/support/Waiting.h"
+#include <testkit/Waiting.h>
 
 namespace soak
 {
@@ -15,7 +15,7 @@ Resources Resources::now()
     ::malloc_trim(0);
     QFile file(QStringLiteral("/proc/self/statm"));
     auto const pages = file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : 0;
-    return {.sockets = test::openSockets(), .residentKibibytes = pages * (::sysconf(_SC_PAGESIZE) / 1024)};
+    return {.sockets = testkit::openSockets(), .residentKibibytes = pages * (::sysconf(_SC_PAGESIZE) / 1024)};
 }
 
 } // namespace soak

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "tests/soak/Traffic.h"
-#include "tests/support/Waiting.h"
+#include <testkit/Waiting.h>
 
 namespace soak
 {
@@ -99,7 +99,7 @@ void Soak::learn()
     checkWrites();
     occupyConnections();
     service_.reset();
-    sockets_ = test::openSockets();
+    sockets_ = testkit::openSockets();
 }
 
 void Soak::runRound()
@@ -131,7 +131,7 @@ void Soak::blowAndCall()
     stop.waitFor(std::clamp<std::chrono::milliseconds>(duration_ / 10, 500ms, 2000ms));
     stop.set();
     all.front().join();
-    if (!test::comesTrue([&working] { return working == 0; }))
+    if (!testkit::comesTrue([&working] { return working == 0; }))
     {
         giveUp(std::to_string(working) + " threads still wait");
     }
@@ -153,7 +153,7 @@ catch (std::exception const& error)
 
 void Soak::awaitEnd()
 {
-    if (!test::comesTrue([this] { return ledger_.openCount() == 0; }))
+    if (!testkit::comesTrue([this] { return ledger_.openCount() == 0; }))
     {
         giveUp("futures have not finished");
     }
@@ -210,10 +210,10 @@ Resources Soak::measure()
     occupyConnections();
     service_.reset();
     auto const most = static_cast<int>(sockets_ * growth);
-    if (!test::comesTrue([most] { return test::openSockets() <= most; }))
+    if (!testkit::comesTrue([most] { return testkit::openSockets() <= most; }))
     {
         ledger_.violate(
-            "sockets are left open: " + std::to_string(test::openSockets()) + " instead of "
+            "sockets are left open: " + std::to_string(testkit::openSockets()) + " instead of "
             + std::to_string(sockets_));
     }
     return Resources::now();

@@ -19,11 +19,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tests/support/Certificates.h"
-#include "tests/support/ServerSocket.h"
+#include <testkit/Certificates.h>
+#include <testkit/ServerSocket.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 namespace
 {

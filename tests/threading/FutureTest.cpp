@@ -11,10 +11,12 @@
 #include <gmock/gmock.h>
 
 #include <platform/threading/Future.h>
-#include <tests/support/LogCapture.h>
+#include <testkit/LogCapture.h>
 
 namespace test
 {
+
+using namespace testkit;
 
 namespace
 {

@@ -82,6 +82,7 @@ struct Outcome
     int httpStatus = 0; ///< 0 when there was no usable answer
     int error = 0;
     QString errorText;
+    std::optional<std::chrono::seconds> retryAfter; ///< of an answer 429 or 503
     QByteArray body;
     std::vector<TraceData> traces;
 };

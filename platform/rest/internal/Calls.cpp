@@ -26,7 +26,10 @@ std::shared_ptr<NetworkReply<Body>> makeReply(Outcome const& outcome, QByteArray
     QString const text = classification == 1
                              ? QStringLiteral("The server answered with HTTP status %1.").arg(outcome.httpStatus)
                              : outcome.errorText;
-    return std::make_shared<NetworkReply<Body>>(outcome.httpStatus, classification, errorCode, text, std::move(body));
+    auto reply =
+        std::make_shared<NetworkReply<Body>>(outcome.httpStatus, classification, errorCode, text, std::move(body));
+    reply->setRetryAfter(outcome.retryAfter);
+    return reply;
 }
 
 template <class T>

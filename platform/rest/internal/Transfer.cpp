@@ -317,6 +317,7 @@ Outcome Transfer::end(CURLcode result)
     else
     {
         outcome.httpStatus = status;
+        outcome.retryAfter = retryAfter(status);
         outcome.body = std::move(body_);
     }
     if (trace_)
@@ -327,6 +328,17 @@ Outcome Transfer::end(CURLcode result)
         outcome.traces = std::move(traces_);
     }
     return outcome;
+}
+
+std::optional<std::chrono::seconds> Transfer::retryAfter(long status) const
+{
+    curl_off_t seconds = 0;
+    if ((status != 429 && status != 503) || curl_easy_getinfo(handle(), CURLINFO_RETRY_AFTER, &seconds) != CURLE_OK
+        || seconds <= 0)
+    {
+        return std::nullopt;
+    }
+    return std::chrono::seconds(seconds);
 }
 
 QString Transfer::failureText(CURLcode result, bool maybeProcessed) const

@@ -60,6 +60,8 @@ private:
     void set(CURLoption option, Value value);
     template <class Value>
     Value info(CURLINFO which) const;
+    /// How long the server asks to be left alone, if it does.
+    std::optional<std::chrono::seconds> retryAfter(long status) const;
     QString failureText(CURLcode result, bool maybeProcessed) const;
     void beginExchange();
     bool isWrite() const;

@@ -1,4 +1,4 @@
-#include "tests/support/RawServer.h"
+#include <testkit/RawServer.h>
 
 #include <algorithm>
 #include <csignal>
@@ -10,9 +10,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "tests/support/ServerSocket.h"
+#include <testkit/ServerSocket.h>
 
-namespace test
+namespace testkit
 {
 
 namespace
@@ -444,4 +444,4 @@ bool RawServer::awaitRelease(ServerSocket& socket)
     return !socket.waitForCloseOr(releaseEvent_);
 }
 
-} // namespace test
+} // namespace testkit

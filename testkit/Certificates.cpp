@@ -1,8 +1,8 @@
-#include "tests/support/Certificates.h"
+#include <testkit/Certificates.h>
 
 #include <openssl/x509v3.h>
 
-namespace test
+namespace testkit
 {
 
 namespace
@@ -78,4 +78,4 @@ TestAuthority::TestAuthority(char const* name)
     X509_sign(certificate_.get(), key_.get(), EVP_sha256());
 }
 
-} // namespace test
+} // namespace testkit

@@ -6,7 +6,7 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-namespace test
+namespace testkit
 {
 
 /// Waits until the condition holds; false when that takes too long.
@@ -39,4 +39,4 @@ inline int openSockets()
     return count;
 }
 
-} // namespace test
+} // namespace testkit

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
+
 #include <QString>
 #include <QtGlobal>
 
@@ -14,6 +17,8 @@ struct RestReplyStatus
     qint32 httpStatus = 0;        ///< HTTP status of the answer, 0 when there was none
     QString message;              ///< the service's message, or the transport's when `kind` is 1
     QString serverResponseStatus; ///< a further status text of the service, if it sends one
+    /// How long the service asks to be left alone, counted from its answer (Retry-After of 429 and 503).
+    std::optional<std::chrono::seconds> retryAfter{};
 };
 
 /// The typed reply of one call: its status, and the value, which is default-constructed when the call failed.

@@ -9,7 +9,7 @@
 #include <QString>
 #include <QtGlobal>
 
-namespace test
+namespace testkit
 {
 
 /// Collects what is logged from construction to destruction, on any thread, in place of its being printed. One at a
@@ -82,4 +82,4 @@ private:
     QtMessageHandler previous_ = nullptr;
 };
 
-} // namespace test
+} // namespace testkit

@@ -15,9 +15,9 @@
 #include <QByteArray>
 #include <QUrl>
 
-#include "tests/support/TlsOptions.h"
+#include <testkit/TlsOptions.h>
 
-namespace test
+namespace testkit
 {
 
 class ServerTls;
@@ -41,7 +41,7 @@ struct RawRequest
 
 /// What the server does with one request. Start from `reply`, `rawReply`, `closeNow`, `resetNow` or `stall`, then
 /// refine:
-///     return test::reply(200, "{}").inSlices(1, 20ms).thenClose();
+///     return testkit::reply(200, "{}").inSlices(1, 20ms).thenClose();
 struct Action
 {
     enum class End : int
@@ -186,4 +186,4 @@ private:
     std::thread acceptor_;
 };
 
-} // namespace test
+} // namespace testkit

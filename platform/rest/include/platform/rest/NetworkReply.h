@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <concepts>
 #include <memory>
 #include <mutex>
@@ -93,11 +94,17 @@ public:
     /// What went wrong, in a sentence without secrets; empty on success.
     QString const& errorText() const { return errorText_; }
 
+    /// How long the server asks to be left alone, counted from its answer (Retry-After of 429 and 503).
+    std::optional<std::chrono::seconds> retryAfter() const { return retryAfter_; }
+
+    void setRetryAfter(std::optional<std::chrono::seconds> duration) { retryAfter_ = duration; }
+
 private:
     int httpStatusCode_ = 0;
     int classification_ = 0;
     int errorCode_ = 0;
     QString errorText_;
+    std::optional<std::chrono::seconds> retryAfter_;
 };
 
 /// The finished reply of one HTTP exchange, not yet interpreted.

@@ -6,9 +6,9 @@
 
 #include <openssl/ssl.h>
 
-#include "tests/support/TlsOptions.h"
+#include <testkit/TlsOptions.h>
 
-namespace test
+namespace testkit
 {
 
 /// A socket that listens at 127.0.0.1, on a port that the system chooses. The caller closes it.
@@ -57,4 +57,4 @@ private:
     SSL* ssl_ = nullptr;
 };
 
-} // namespace test
+} // namespace testkit

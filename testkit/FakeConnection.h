@@ -7,7 +7,7 @@
 
 #include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
 
-namespace test
+namespace testkit
 {
 
 /// The operations of the client, each to be given an expectation.
@@ -167,4 +167,4 @@ rest::RestReply<T> refusal()
     return reply;
 }
 
-} // namespace test
+} // namespace testkit

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-namespace test
+namespace testkit
 {
 
 /// How a TLS server presents itself.
@@ -25,4 +25,4 @@ struct TlsOptions
     int version = 0;
 };
 
-} // namespace test
+} // namespace testkit

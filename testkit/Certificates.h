@@ -5,9 +5,9 @@
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 
-#include "tests/support/TlsOptions.h"
+#include <testkit/TlsOptions.h>
 
-namespace test
+namespace testkit
 {
 
 template <auto free>
@@ -45,4 +45,4 @@ private:
     Certificate certificate_;
 };
 
-} // namespace test
+} // namespace testkit

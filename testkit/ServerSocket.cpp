@@ -1,4 +1,4 @@
-#include "tests/support/ServerSocket.h"
+#include <testkit/ServerSocket.h>
 
 #include <array>
 #include <stdexcept>
@@ -9,9 +9,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "tests/support/Certificates.h"
+#include <testkit/Certificates.h>
 
-namespace test
+namespace testkit
 {
 
 int listenOnLoopback(std::uint16_t& port)
@@ -139,4 +139,4 @@ void ServerSocket::close()
     }
 }
 
-} // namespace test
+} // namespace testkit
