@@ -11,7 +11,7 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/core/HostEnvironment.h>
 #include <platform/core/HostInfo.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
 
 namespace
@@ -185,7 +185,7 @@ Settings referencesAfter(int count)
 
 TEST_F(AccountSettings, AllStepsInOrder)
 {
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     ASSERT_TRUE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(stepCount));
     EXPECT_EQ(retriever_.getUpdateReferences(), referencesAfter(stepCount));
@@ -228,7 +228,7 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
             connection_->initialize(server_.url(), QString(), QString(), QString());
             retriever_ = AccountSettingsRetriever();
             answerWith(step.target, row.answer);
-            testkit::LogCapture const log;
+            test::LogCapture const log;
             EXPECT_FALSE(retrieve());
             EXPECT_THAT(log.warnings(), testing::ElementsAre(row.warning));
             EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(failing));
@@ -240,7 +240,7 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
 TEST_F(AccountSettings, ABrokenExchangeIsAFailedStep)
 {
     answerWith(steps[1].target, [] { return testkit::closeNow(); });
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     EXPECT_FALSE(retrieve());
     EXPECT_THAT(log.warnings(), testing::ElementsAre(testing::StartsWith("Failed to get settings info: (0) ")));
 }
@@ -248,7 +248,7 @@ TEST_F(AccountSettings, ABrokenExchangeIsAFailedStep)
 TEST_F(AccountSettings, EarlierEntriesGoWithTheNextAccountOnly)
 {
     ASSERT_TRUE(retrieve());
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     answerWith(steps[0].target, [] { return testkit::reply(500); });
     EXPECT_FALSE(retrieve());
     EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(stepCount));

@@ -4,7 +4,7 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionProxy.h>
 #include <platform/core/HostEnvironment.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
 
 namespace
@@ -81,7 +81,7 @@ TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
         {testkit::reply(404, R"({"SoftwarePageUrl":"https://x"})"), ""},
         {testkit::closeNow(), ""},
     };
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     for (auto const& row : rows)
     {
         testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });
@@ -130,7 +130,7 @@ TEST(BlockingCalls, StatisticsGoToTheirOwnServiceOnce)
         host.username = QStringLiteral("user");
         host.password = QStringLiteral("secret");
         core::setHostEnvironment(host);
-        testkit::LogCapture const log;
+        test::LogCapture const log;
         auto const result = VantorStatsConnection().uploadVantorStats({QStringLiteral("id"), QByteArray("\0\xff", 2)});
         EXPECT_EQ(result.succeeded, row.succeeded);
         if (row.succeeded)
@@ -164,7 +164,7 @@ TEST(BlockingCalls, PortalCasesStandUnderTheirKeyWhateverStandsBesideIt)
         {R"({"Items":[{"Name":"a"}]})", 0},
         {R"({"Cases":{"Name":"a"}})", 0},
     };
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     for (auto const& row : rows)
     {
         testkit::RawServer const server([&row](testkit::RawRequest const&) { return testkit::reply(200, row.json); });

@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 
 #include <KeloCommunicationLib/collaboration/RestorationRecords.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 
 namespace
 {
@@ -33,7 +33,7 @@ TEST(NewFileInfo, RefusesAMissingFileAndDoesNotCreateIt)
 {
     QTemporaryDir const folder;
     QString const missing = folder.filePath(QStringLiteral("missing"));
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     EXPECT_FALSE(NewFileInfo::create(QFileInfo(missing), 1).has_value());
     EXPECT_FALSE(NewFileInfo::create(QFileInfo(folder.path()), 1).has_value()) << "a folder";
     EXPECT_FALSE(QFileInfo::exists(missing));

@@ -2,7 +2,7 @@
 
 #include <KeloCommunicationLib/json/internal/Converters.h>
 #include <tests/support/BothWays.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 
 namespace
 {
@@ -98,7 +98,7 @@ void expectTheSame(QByteArray const& text)
          {test::wireType<Sample>(), test::wireType<std::vector<Sample>>(), test::wireType<std::vector<QString>>(),
           test::wireType<std::vector<std::vector<double>>>()})
     {
-        testkit::LogCapture const log;
+        test::LogCapture const log;
         QJsonValue const content = test::readFromText(type, text).content;
         auto const warnings = log.warnings();
         EXPECT_EQ(content, test::readFromDocument(type, QJsonDocument::fromJson(text)).content) << text.toStdString();
@@ -197,7 +197,7 @@ TEST(Json, MissingAndNullMembersKeepTheirDefaults)
 
 TEST(Json, ListReplies)
 {
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     EXPECT_THAT(numbersOf("[]"), testing::IsEmpty());
     EXPECT_THAT(numbersOf(""), testing::IsEmpty());
     EXPECT_THAT(numbersOf(R"({"items":[{"Number":1},{"Number":2}]})"), testing::ElementsAre(1, 2));

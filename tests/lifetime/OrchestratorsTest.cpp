@@ -10,7 +10,7 @@
 #include <platform/core/HostEnvironment.h>
 
 #include "tests/lifetime/LifetimeFixture.h"
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 
 namespace test
 {

@@ -7,7 +7,7 @@
 #include <QImage>
 
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
 
 using namespace std::chrono_literals;
@@ -116,7 +116,7 @@ TEST(LogoChain, CasesGetTheLogoOfTheirPartner)
             200,
             R"([{"CaseId":"1","PartnerId":"C","PartnerName":"Cyd"},{"CaseId":"2","PartnerId":"B","PartnerName":"Bob"},)"
             R"({"CaseId":"3","PartnerId":"C"}])"));
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     auto const future = service.connection->getPartnerCases(QStringLiteral("I"), QStringLiteral("P"));
     ASSERT_TRUE(future.waitFor(deadline));
     auto const cases = future.get().value;
@@ -181,7 +181,7 @@ TEST(LogoChain, OneBadLogoIsWarnedOfOrNotAndSparesTheOthers)
     {
         SCOPED_TRACE(row.name);
         Service const service({{"B", row.logo}});
-        testkit::LogCapture const log;
+        test::LogCapture const log;
         auto const future = service.getPartners();
         ASSERT_TRUE(future.waitFor(deadline));
         auto const reply = future.get();
@@ -218,7 +218,7 @@ TEST(LogoChain, CancellingReachesTheListAndTheLogos)
     EXPECT_TRUE(stalledList.server.waitForClosedByClient(1));
 
     Service const stalledLogos({{"A", testkit::stall()}, {"B", testkit::stall()}, {"C", testkit::stall()}});
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     auto const late = stalledLogos.getPartners();
     ASSERT_TRUE(stalledLogos.server.waitForRequests(4));
     late.cancel();

@@ -10,7 +10,7 @@
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
 #include "tests/support/SecretForms.h"
 

@@ -11,7 +11,7 @@
 #include <gmock/gmock.h>
 
 #include <platform/threading/Future.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 
 namespace test
 {
