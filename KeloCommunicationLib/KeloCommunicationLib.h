@@ -14,6 +14,7 @@
 #include <KeloCommunicationLib/collaboration/ConnectionRecords.h>
 #include <KeloCommunicationLib/collaboration/QueryRecords.h>
 #include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
+#include <KeloCommunicationLib/collaboration/RequestPoller.h>
 #include <KeloCommunicationLib/connection/KeloErrorCode.h>
 #include <KeloCommunicationLib/connection/KeloErrorParser.h>
 #include <KeloCommunicationLib/connection/KeloErrors.h>
@@ -31,12 +32,22 @@
 #include <KeloCommunicationLib/partners/MiraShareRecords.h>
 #include <KeloCommunicationLib/partners/PartnerOperations.h>
 #include <KeloCommunicationLib/partners/PartnerRecords.h>
-#include <platform/core/HostEnvironment.h>
 #include <platform/core/HostInfo.h>
 #include <platform/data/PatientGender.h>
 #include <platform/rest/Connection.h>
-#include <platform/rest/MappedFile.h>
-#include <platform/rest/Progress.h>
 #include <platform/threading/Future.h>
 #include <platform/utility/Optional.h>
+
+// What a host's own platform need not have.
+#if __has_include(<platform/core/HostEnvironment.h>)
+#include <platform/core/HostEnvironment.h>
+#endif
+#if __has_include(<platform/rest/MappedFile.h>)
+#include <platform/rest/MappedFile.h>
+#endif
+#if __has_include(<platform/rest/Progress.h>)
+#include <platform/rest/Progress.h>
+#endif
+#if __has_include(<platform/utility/Result.h>)
 #include <platform/utility/Result.h>
+#endif
