@@ -4,8 +4,12 @@ include(GenerateExportHeader)
 # A warning is an error only to those who work on this project: a host's newer compiler may know more of them.
 option(KELO_WARNINGS_AS_ERRORS "Treat compiler warnings in this project's own code as errors" ${PROJECT_IS_TOP_LEVEL})
 add_library(kelo_warnings INTERFACE)
-target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
-  $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:-Werror>)
+if(MSVC)
+  target_compile_options(kelo_warnings INTERFACE /W4 $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:/WX>)
+else()
+  target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
 
 if(KELO_SANITIZE)
   add_compile_options(-fsanitize=${KELO_SANITIZE} -fno-omit-frame-pointer)

@@ -111,7 +111,7 @@ Matrix::Matrix() : elsewhere_(QUrl(service_.directUrl()).port())
         rightContent_[call.name] = result.content;
     }
     rightReads_ = twoReads(*connect(60s));
-    mostSockets_ = openSockets() + keptSockets;
+    mostSockets_ = testkit::openSockets() + keptSockets;
 }
 
 std::vector<Fault> Matrix::faults() const
@@ -205,7 +205,7 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
         allowedOutcomes(fault, call).contains(result.outcome),
         std::string("ends as ") + nameOf(result.outcome) + failures());
     check(
-        fault.effect == Effect::ByChance || comesTrue([this] { return service_.firedCount() > 0; }),
+        fault.effect == Effect::ByChance || testkit::comesTrue([this] { return service_.firedCount() > 0; }),
         "the fault has not fired");
     fired_ += service_.firedCount();
     firedByChance_[nameOf(fault)] += service_.firedCount();
@@ -215,8 +215,8 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
     checkNextCalls(*connection);
     connection.reset();
     check(
-        comesTrue([this] { return openSockets() <= mostSockets_; }),
-        "sockets are left open: " + std::to_string(openSockets()) + ", never needed more than "
+        testkit::comesTrue([this] { return testkit::openSockets() <= mostSockets_; }),
+        "sockets are left open: " + std::to_string(testkit::openSockets()) + ", never needed more than "
             + std::to_string(mostSockets_));
     checkWrites();
     ++cells_;

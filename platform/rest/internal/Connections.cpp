@@ -1,15 +1,10 @@
 #include <platform/rest/internal/Connections.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <ctime>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
 #include <openssl/ssl.h>
-#include <sys/socket.h>
-#include <unistd.h>
+
+#include <platform/rest/internal/System.h>
 
 namespace rest
 {
@@ -22,31 +17,6 @@ constexpr std::chrono::seconds longestIdleTime{60};
 
 // The two clocks are not read at the same instant.
 constexpr std::chrono::milliseconds shortestSleep{500};
-
-long localPortOf(curl_socket_t socket)
-{
-    sockaddr_storage address{};
-    socklen_t size = sizeof address;
-    if (::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
-    {
-        return 0;
-    }
-    switch (address.ss_family)
-    {
-    case AF_INET:
-        return ntohs(reinterpret_cast<sockaddr_in const&>(address).sin_port);
-    case AF_INET6:
-        return ntohs(reinterpret_cast<sockaddr_in6 const&>(address).sin6_port);
-    default:
-        return 0;
-    }
-}
-
-bool isSilent(curl_socket_t socket)
-{
-    char byte = 0;
-    return ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0 && (errno == EAGAIN || errno == EWOULDBLOCK);
-}
 
 /// Whether TLS has decrypted something that libcurl did not ask for yet.
 bool holdsDecryptedBytes(CURL* handle)
@@ -61,9 +31,7 @@ bool holdsDecryptedBytes(CURL* handle)
 
 Moment Moment::now()
 {
-    timespec sinceBoot{};
-    ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot);
-    return {Clock::now(), std::chrono::seconds(sinceBoot.tv_sec) + std::chrono::nanoseconds(sinceBoot.tv_nsec)};
+    return {Clock::now(), system::sinceBoot()};
 }
 
 bool isRecent(Moment const& last, Moment const& now)
@@ -74,7 +42,7 @@ bool isRecent(Moment const& last, Moment const& now)
 
 curl_socket_t Connections::open(curl_sockaddr const& address)
 {
-    curl_socket_t const socket = ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
+    curl_socket_t const socket = system::openSocket(address);
     if (socket != CURL_SOCKET_BAD)
     {
         open_.push_back({socket, 0, Moment::now(), std::chrono::milliseconds(0)});
@@ -85,7 +53,7 @@ curl_socket_t Connections::open(curl_sockaddr const& address)
 int Connections::close(curl_socket_t socket)
 {
     std::erase_if(open_, [socket](Open const& candidate) { return candidate.socket == socket; });
-    return ::close(socket);
+    return system::closeSocket(socket);
 }
 
 Connections::Open* Connections::find(long localPort)
@@ -94,7 +62,7 @@ Connections::Open* Connections::find(long localPort)
     {
         if (candidate.localPort == 0)
         {
-            candidate.localPort = localPortOf(candidate.socket);
+            candidate.localPort = system::localPortOf(candidate.socket);
         }
         if (candidate.localPort == localPort)
         {
@@ -108,7 +76,7 @@ bool Connections::isFit(long localPort, CURL* handle)
 {
     Open const* const connection = find(localPort);
     return connection != nullptr && connection->lastHeard.awake >= deadBefore_
-           && isRecent(connection->lastHeard, Moment::now()) && isSilent(connection->socket)
+           && isRecent(connection->lastHeard, Moment::now()) && system::isSilent(connection->socket)
            && !holdsDecryptedBytes(handle);
 }
 
@@ -118,8 +86,7 @@ void Connections::begin(long localPort, std::chrono::milliseconds patience)
     if (connection != nullptr && connection->patience != patience)
     {
         connection->patience = patience;
-        auto const milliseconds = static_cast<unsigned>(patience.count());
-        ::setsockopt(connection->socket, IPPROTO_TCP, TCP_USER_TIMEOUT, &milliseconds, sizeof milliseconds);
+        system::limitUnacknowledged(connection->socket, patience);
     }
 }
 

@@ -1,13 +1,12 @@
 #include <platform/rest/internal/Mapping.h>
 
-#include <cerrno>
 #include <functional>
 #include <map>
 #include <mutex>
 
 #include <QFileInfo>
 
-#include <unistd.h>
+#include <platform/rest/internal/System.h>
 
 namespace rest
 {
@@ -97,19 +96,15 @@ bool Mapping::map()
 qsizetype Mapping::read(char const* place, char* buffer, qsizetype size) const
 {
     qsizetype count = 0;
-    while (count < size)
+    qint64 last = 1;
+    while (last > 0 && count < size)
     {
-        ssize_t const read =
-            ::pread(file_.handle(), buffer + count, static_cast<std::size_t>(size - count), place + count - begin_);
-        if (read == 0)
-        {
-            break;
-        }
-        if (read < 0 && errno != EINTR)
+        last = system::readAt(file_, place + count - begin_, buffer + count, size - count);
+        if (last < 0)
         {
             return -1;
         }
-        count += read > 0 ? read : 0;
+        count += last;
     }
     return count;
 }

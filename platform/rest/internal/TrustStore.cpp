@@ -1,6 +1,8 @@
 #include <platform/rest/internal/TrustStore.h>
 
 #include <QFileInfo>
+#include <QSslCertificate>
+#include <QSslConfiguration>
 
 #include <openssl/bio.h>
 #include <openssl/err.h>
@@ -41,6 +43,21 @@ bool forEachCertificate(QByteArray const& pem, Use use)
         }
     }
     return count > 0;
+}
+
+/// The authorities of systems that keep them in no file: Windows, macOS.
+void addSystemsOwn(X509_STORE* store)
+{
+    for (QSslCertificate const& authority : QSslConfiguration::systemCaCertificates())
+    {
+        QByteArray const der = authority.toDer();
+        auto const* begin = reinterpret_cast<unsigned char const*>(der.constData());
+        if (X509* const certificate = d2i_X509(nullptr, &begin, static_cast<long>(der.size())))
+        {
+            X509_STORE_add_cert(store, certificate);
+            X509_free(certificate);
+        }
+    }
 }
 
 } // namespace
@@ -88,7 +105,7 @@ CURLcode TrustStore::install(CURL*, void* context, void* self)
 X509_STORE* TrustStore::current()
 {
     char const* const file = curl_version_info(CURLVERSION_NOW)->cainfo;
-    QDateTime const time = QFileInfo(QString::fromUtf8(file)).lastModified();
+    QDateTime const time = file != nullptr ? QFileInfo(QString::fromUtf8(file)).lastModified() : QDateTime();
     if (!store_ || time != systemsTime_)
     {
         store_ = load();
@@ -112,6 +129,10 @@ TrustStore::Store TrustStore::load() const
     if (system->capath != nullptr)
     {
         X509_STORE_load_path(store.get(), system->capath);
+    }
+    if (system->cainfo == nullptr && system->capath == nullptr)
+    {
+        addSystemsOwn(store.get());
     }
     if (!pem_.isEmpty())
     {

@@ -1,46 +1,18 @@
 #include <platform/rest/internal/Workers.h>
 
 #include <algorithm>
-#include <csignal>
 #include <system_error>
+
+#include <platform/rest/internal/System.h>
 
 namespace rest
 {
 
-namespace
-{
-
-class SignalsBlocked
-{
-public:
-    SignalsBlocked()
-    {
-        sigset_t blocked;
-        sigfillset(&blocked);
-        for (int const fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS})
-        {
-            sigdelset(&blocked, fault);
-        }
-        pthread_sigmask(SIG_SETMASK, &blocked, &former_);
-    }
-
-    SignalsBlocked(SignalsBlocked const&) = delete;
-    SignalsBlocked& operator=(SignalsBlocked const&) = delete;
-
-    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
-
-private:
-    sigset_t former_{};
-};
-
-} // namespace
-
 std::optional<std::thread> startThread(std::function<void()> run)
 {
-    SignalsBlocked const inheritedByTheThread;
     try
     {
-        return std::thread(std::move(run));
+        return system::startThread(std::move(run));
     }
     catch (std::system_error const&)
     {
