@@ -10,11 +10,8 @@
 #include <platform/core/HostInfo.h>
 #include <platform/utility/Optional.h>
 
-namespace
-{
-
 /// What is logged when a step does not succeed.
-struct FailureTexts
+struct AccountSettingsRetriever::FailureTexts
 {
     char const* unreachable;
     char const* failed;
@@ -22,15 +19,20 @@ struct FailureTexts
 
 /// The value of one step, or nothing, which has then been logged.
 template <class T>
-utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> future, FailureTexts const& texts)
+utility::Optional<T> AccountSettingsRetriever::resultOf(
+    threading::Future<rest::RestReply<T>> future, FailureTexts const& texts)
 {
     KeloCommunicationLib::internal::waitWithEventLoop(future);
+    lastStatus_ = rest::RestReplyStatus();
     if (future.isCanceled())
     {
+        lastStatus_.kind = 1;
+        lastStatus_.message = QStringLiteral("The call was cancelled.");
         qWarning() << "AccountSettingsRetriever::retrieveAccountSettings" << texts.unreachable;
         return std::nullopt;
     }
     rest::RestReply<T> reply = std::move(future).take();
+    lastStatus_ = reply.status;
     if (reply.status.kind != 0)
     {
         qWarning().noquote() << QLatin1String(texts.failed) + kelo::errorMessage(reply.status);
@@ -38,8 +40,6 @@ utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> future, Fail
     }
     return std::move(reply.value);
 }
-
-} // namespace
 
 AccountSettingsRetriever::AccountSettingsRetriever() = default;
 AccountSettingsRetriever::AccountSettingsRetriever(AccountSettingsRetriever const& other) = default;
@@ -104,6 +104,11 @@ bool AccountSettingsRetriever::retrieveDocuments(TessalyConnectionInterface& con
     }
     insertHelpFiles(*helpFiles);
     return true;
+}
+
+rest::RestReplyStatus AccountSettingsRetriever::lastStatus() const
+{
+    return lastStatus_;
 }
 
 QHash<QString, QVariant> AccountSettingsRetriever::getAccountSettings() const

@@ -8,6 +8,9 @@
 
 #include <KeloCommunicationLib/Export.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
+#include <platform/rest/RestReply.h>
+#include <platform/threading/Future.h>
+#include <platform/utility/Optional.h>
 
 /// Gathers what the host needs to know about the signed-in account and its installation into maps with fixed keys.
 /// One instance must not be used from two threads at once.
@@ -24,6 +27,10 @@ public:
     /// reference.
     bool retrieveAccountSettings(TessalyConnectionInterface& connection);
 
+    /// Why the last retrieval failed; success (kind 0) when it did not. A cancelled call counts as one without an
+    /// answer (kind 1).
+    rest::RestReplyStatus lastStatus() const;
+
     /// Account, site, two-factor, address and help-file entries. Started afresh by every call that gets the account.
     QHash<QString, QVariant> getAccountSettings() const;
     /// The ids of the current documents. Never cleared.
@@ -33,6 +40,10 @@ public:
     void skipIFUFileReference(bool skip);
 
 private:
+    struct FailureTexts;
+
+    template <class T>
+    utility::Optional<T> resultOf(threading::Future<rest::RestReply<T>> future, FailureTexts const& texts);
     bool retrieveDocuments(TessalyConnectionInterface& connection, QString const& reference);
     void insertAccount(AccountLicenseInfo const& account);
     void insertSettings(SettingsLicenseInfo const& settings);
@@ -40,5 +51,6 @@ private:
 
     QHash<QString, QVariant> accountSettings_;
     QHash<QString, QVariant> updateReferences_;
+    rest::RestReplyStatus lastStatus_;
     bool skipIfuFileReference_ = false;
 };

@@ -4,6 +4,7 @@
 #include <type_traits>
 #include <unordered_map>
 
+#include <QDebug>
 #include <QStringView>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
@@ -23,20 +24,32 @@ QString installationReference()
     return settings::registry::getInstallationReference(QString());
 }
 
-/// The value of a call that succeeded; nothing when it failed or was cancelled.
-template <class T>
-utility::Optional<T> valueOf(TessalyConnectionInterface::Reply<T> finished)
+/// The service refuses such calls with words that do not tell the host its mistake.
+void warnWithoutInstallation(char const* method)
 {
-    if (finished.isCanceled())
+    if (installationReference().isEmpty())
     {
-        return std::nullopt;
+        qWarning() << method << "The host environment names no installation.";
     }
-    rest::RestReply<T> reply = std::move(finished).take();
-    if (kelo::errorCode(reply.status) != KeloErrorCode::Success)
+}
+
+/// The reply of a finished call; that of one without an answer when it was cancelled.
+template <class T>
+rest::RestReply<T> replyOf(TessalyConnectionInterface::Reply<T> finished)
+{
+    if (!finished.isCanceled())
     {
-        return std::nullopt;
+        return std::move(finished).take();
     }
-    return std::move(reply.value);
+    rest::RestReply<T> reply;
+    reply.status.kind = 1;
+    reply.status.message = QStringLiteral("The call was cancelled.");
+    return reply;
+}
+
+bool isSuccessful(rest::RestReplyStatus const& status)
+{
+    return kelo::errorCode(status) == KeloErrorCode::Success;
 }
 
 /// The part of an entry that requests of every kind have.
@@ -91,7 +104,7 @@ struct RequestDetailsRetriever::Dispatch
 {
     QString installationId;
     GetRequestDetailsInfo info;
-    std::vector<threading::Future<utility::Optional<Details>>> calls;
+    std::vector<std::pair<RequestType, Reply<Details>>> calls;
     std::shared_ptr<Results> results = std::make_shared<Results>();
     /// What earlier sweeps have gathered. The first call takes it along, so that it is destroyed where that one ends.
     std::shared_ptr<Results> replaced = std::make_shared<Results>();
@@ -135,7 +148,10 @@ void RequestDetailsRetriever::setOnlyActiveRequests(bool onlyActiveRequests)
 
 void RequestDetailsRetriever::execute()
 {
-    startSweep(true);
+    if (startSweep(true))
+    {
+        warnWithoutInstallation("RequestDetailsRetriever::execute");
+    }
 }
 
 bool RequestDetailsRetriever::startSweep(bool evenIfEmpty)
@@ -158,19 +174,21 @@ bool RequestDetailsRetriever::startSweep(bool evenIfEmpty)
         {
             return false;
         }
-        success_ = true;
+        failedTypes_.clear();
+        sweepStatus_ = rest::RestReplyStatus();
+        failedListStatus_.reset();
         pendingCalls_ = dispatch.calls.size();
         dispatch.replaced->swap(*results_);
         results_ = dispatch.results;
     }
     // Only now, when the number of calls is final, may a reply that is there already be handled.
-    for (auto& call : dispatch.calls)
+    for (auto& [type, call] : dispatch.calls)
     {
         // Only the continuation may keep a handle, or it would have to copy the details.
         auto const last = std::move(call);
         last.then(
-            this, [this, sweep = std::weak_ptr(dispatch.results)](threading::Future<utility::Optional<Details>> details)
-            { handleDetails(sweep, std::move(details).take()); });
+            this, [this, type = type, sweep = std::weak_ptr(dispatch.results)](Reply<Details> details)
+            { handleDetails(sweep, type, replyOf(std::move(details))); });
     }
     return !dispatch.calls.empty();
 }
@@ -186,42 +204,44 @@ void RequestDetailsRetriever::request(Dispatch& dispatch, RequestType type, Deta
     dispatch.info.setRequestIds(std::move(ids));
     // The reply comes on any thread, perhaps when the retriever is gone: the continuation has only what is its own.
     auto const replaced = dispatch.calls.empty() ? dispatch.replaced : nullptr;
-    dispatch.calls.push_back(
-        (connection_.*operation)(dispatch.installationId, dispatch.info)
-            .then([type, replaced, sweep = std::weak_ptr(dispatch.results)](Reply<std::vector<Group>> reply)
-                  { return sweep.expired() ? std::nullopt : detailsOf(std::move(reply), type); }));
+    dispatch.calls.emplace_back(
+        type, (connection_.*operation)(dispatch.installationId, dispatch.info)
+                  .then([type, replaced, sweep = std::weak_ptr(dispatch.results)](Reply<std::vector<Group>> reply)
+                        { return sweep.expired() ? rest::RestReply<Details>() : detailsOf(std::move(reply), type); }));
 }
 
 template <class Group>
-utility::Optional<RequestDetailsRetriever::Details> RequestDetailsRetriever::detailsOf(
+rest::RestReply<RequestDetailsRetriever::Details> RequestDetailsRetriever::detailsOf(
     Reply<std::vector<Group>> reply, RequestType type)
 {
-    auto groups = valueOf(std::move(reply));
-    if (!groups)
+    auto received = replyOf(std::move(reply));
+    rest::RestReply<Details> details;
+    details.status = received.status;
+    if (!isSuccessful(details.status))
     {
-        return std::nullopt;
+        return details;
     }
     std::size_t count = 0;
-    for (Group const& group : *groups)
+    for (Group const& group : received.value)
     {
         count += group.collaborationRequestDetailInfos.size();
     }
-    Details details;
-    details.reserve(count);
-    for (Group& group : *groups)
+    details.value.reserve(count);
+    for (Group& group : received.value)
     {
         for (auto& entry : group.collaborationRequestDetailInfos)
         {
             if (isNews(common(entry), type))
             {
-                details.push_back(collaboration::extendedDetails(group.partner, std::move(entry), type));
+                details.value.push_back(collaboration::extendedDetails(group.partner, std::move(entry), type));
             }
         }
     }
     return details;
 }
 
-void RequestDetailsRetriever::handleDetails(std::weak_ptr<Results> const& sweep, utility::Optional<Details> details)
+void RequestDetailsRetriever::handleDetails(
+    std::weak_ptr<Results> const& sweep, RequestType type, rest::RestReply<Details> details)
 {
     auto const mutex = mutex_;
     std::lock_guard const lock(*mutex);
@@ -229,14 +249,19 @@ void RequestDetailsRetriever::handleDetails(std::weak_ptr<Results> const& sweep,
     {
         return;
     }
-    success_ = success_ && details.has_value();
-    if (details)
+    if (isSuccessful(details.status))
     {
-        results_->push_back(std::move(*details));
+        results_->push_back(std::move(details.value));
+    }
+    else
+    {
+        failedTypes_.push_back(type);
+        sweepStatus_ = details.status;
     }
     --pendingCalls_;
     if (pendingCalls_ == 0)
     {
+        failedListStatus_.reset();
         Q_EMIT finished();
     }
 }
@@ -252,24 +277,24 @@ void RequestDetailsRetriever::getUpdates(std::vector<RequestType> const& types, 
         std::lock_guard const lock(*mutex_);
         poll = ++lastPoll_;
     }
+    warnWithoutInstallation("RequestDetailsRetriever::getUpdates");
     connection_.getRequests(installationReference(), std::move(info))
         .then([known](Reply<std::vector<RequestInfo>> reply) { return updatesOf(known, std::move(reply)); })
-        .then(
-            this, [this, poll](threading::Future<utility::Optional<Updates>> updates)
-            { handleUpdates(poll, std::move(updates).take()); });
+        .then(this, [this, poll](Reply<Updates> updates) { handleUpdates(poll, replyOf(std::move(updates))); });
 }
 
-utility::Optional<RequestDetailsRetriever::Updates> RequestDetailsRetriever::updatesOf(
+rest::RestReply<RequestDetailsRetriever::Updates> RequestDetailsRetriever::updatesOf(
     std::vector<RequestInfo> const& known, Reply<std::vector<RequestInfo>> reply)
 {
-    auto const received = valueOf(std::move(reply));
-    if (!received)
+    auto const received = replyOf(std::move(reply));
+    rest::RestReply<Updates> updates;
+    updates.status = received.status;
+    if (!isSuccessful(updates.status))
     {
-        return std::nullopt;
+        return updates;
     }
-    Updates updates;
     auto knownById = byId(known);
-    for (RequestInfo const& request : *received)
+    for (RequestInfo const& request : received.value)
     {
         auto const entry = knownById.find(request.requestId);
         bool const isKnown = entry != knownById.end();
@@ -279,39 +304,41 @@ utility::Optional<RequestDetailsRetriever::Updates> RequestDetailsRetriever::upd
         }
         if (!isKnown || entry->second.transaction != request.transactionId)
         {
-            updates.changed.emplace_back(request.requestId, request.requestType);
+            updates.value.changed.emplace_back(request.requestId, request.requestType);
         }
     }
     for (RequestInfo const& request : known)
     {
         if (!knownById[request.requestId].isListed)
         {
-            updates.removed.append(request.requestId);
+            updates.value.removed.append(request.requestId);
         }
     }
     return updates;
 }
 
-void RequestDetailsRetriever::handleUpdates(quint64 poll, utility::Optional<Updates> updates)
+void RequestDetailsRetriever::handleUpdates(quint64 poll, rest::RestReply<Updates> updates)
 {
     auto const mutex = mutex_;
     std::lock_guard const lock(*mutex);
-    if (!updates)
+    if (!isSuccessful(updates.status))
     {
+        failedListStatus_ = updates.status;
         Q_EMIT failed(QStringLiteral("Failed to get request transaction ids"));
         return;
     }
     if (poll >= handledPoll_)
     {
         handledPoll_ = poll;
-        removedRequestIds_.swap(updates->removed);
-        requestIds_.swap(updates->changed);
+        removedRequestIds_.swap(updates.value.removed);
+        requestIds_.swap(updates.value.changed);
         // With nothing to fetch, a sweep that runs goes on and keeps what it has gathered.
         if (startSweep(pendingCalls_ == 0))
         {
             return;
         }
     }
+    failedListStatus_.reset();
     Q_EMIT finished();
 }
 
@@ -338,7 +365,17 @@ QList<QString> const& RequestDetailsRetriever::getRemovedRequestIds() const
 
 bool RequestDetailsRetriever::isSuccess() const
 {
-    return success_;
+    return failedTypes_.empty();
+}
+
+std::vector<RequestType> RequestDetailsRetriever::failedTypes() const
+{
+    return failedTypes_;
+}
+
+rest::RestReplyStatus RequestDetailsRetriever::lastStatus() const
+{
+    return failedListStatus_ ? *failedListStatus_ : sweepStatus_;
 }
 
 utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::getRestorationRequestDetails(
@@ -364,8 +401,12 @@ utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::lookUp(
     auto reply = (connection_.*operation)(installationReference(), std::move(info));
     // The events that run meanwhile may end the retriever's life, and the life of what the caller passed.
     KeloCommunicationLib::internal::waitWithEventLoop(reply);
-    auto groups = valueOf(std::move(reply)).value_or(std::vector<collaboration::RestorationRequestDetail>());
-    for (auto& group : groups)
+    auto received = replyOf(std::move(reply));
+    if (!isSuccessful(received.status))
+    {
+        return std::nullopt;
+    }
+    for (auto& group : received.value)
     {
         for (collaboration::RestorationRequest& entry : group.collaborationRequestDetailInfos)
         {

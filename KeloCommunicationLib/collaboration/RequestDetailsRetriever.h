@@ -14,6 +14,7 @@
 #include <KeloCommunicationLib/collaboration/CollaborationRecords.h>
 #include <KeloCommunicationLib/collaboration/ExtendedRequestDetails.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionInterface.h>
+#include <platform/rest/RestReply.h>
 #include <platform/utility/Optional.h>
 
 /// Gathers the details of requests of mixed kinds in one sweep, and polls for requests that are new, changed or gone.
@@ -22,6 +23,9 @@
 /// in this object's thread, which therefore needs an event loop; nothing is taken over once the object is gone. A sweep
 /// that is started while another one runs takes its place: the replies of the older one are ignored, and the end of the
 /// newer one is the end of both.
+///
+/// Every call names the installation of the host's environment (`core::setHostEnvironment`, or `KELO_INSTALLATION`),
+/// not one of the connection's. Where the host names none, a warning is logged for each sweep and poll.
 ///
 /// `execute`, `getUpdates` and the setters may be called from any thread. The results are read in this object's thread
 /// or in a receiver of `finished()`; the getters do not lock. Signals are emitted while the retriever is locked: a
@@ -66,6 +70,13 @@ public:
     /// False once a call of the last sweep has failed or was cancelled; true again after a poll with nothing to fetch
     /// while no sweep ran.
     bool isSuccess() const;
+    /// The kinds of request whose details the last sweep could not get, in the order in which their calls failed; none
+    /// when `isSuccess()`.
+    std::vector<collaboration::RequestType> failedTypes() const;
+    /// Why: after `failed()` what became of the poll's list, until a sweep or a poll ends otherwise; else what became
+    /// of the call of the last sweep that failed last, or success (kind 0) if none did. A cancelled call counts as one
+    /// without an answer (kind 1).
+    rest::RestReplyStatus lastStatus() const;
 
     /// The details of one restoration request; nothing when the call fails, is cancelled or does not find it. The
     /// calling thread goes on with its events while it waits.
@@ -101,11 +112,12 @@ private:
     template <class Group>
     void request(Dispatch& dispatch, collaboration::RequestType type, DetailsOperation<Group> operation);
     template <class Group>
-    static utility::Optional<Details> detailsOf(Reply<std::vector<Group>> reply, collaboration::RequestType type);
-    void handleDetails(std::weak_ptr<Results> const& sweep, utility::Optional<Details> details);
-    static utility::Optional<Updates> updatesOf(
+    static rest::RestReply<Details> detailsOf(Reply<std::vector<Group>> reply, collaboration::RequestType type);
+    void handleDetails(
+        std::weak_ptr<Results> const& sweep, collaboration::RequestType type, rest::RestReply<Details> details);
+    static rest::RestReply<Updates> updatesOf(
         std::vector<collaboration::RequestInfo> const& known, Reply<std::vector<collaboration::RequestInfo>> reply);
-    void handleUpdates(quint64 poll, utility::Optional<Updates> updates);
+    void handleUpdates(quint64 poll, rest::RestReply<Updates> updates);
     QList<QString> getRequestIds(collaboration::RequestType type) const;
     GetRequestDetailsInfo detailsInfo() const;
     utility::Optional<collaboration::ExtendedRequestDetails> lookUp(
@@ -114,13 +126,15 @@ private:
     std::vector<std::pair<QString, collaboration::RequestType>> requestIds_;
     TessalyConnectionInterface const& connection_;
     bool onlyActiveRequests_ = true;
-    bool success_ = true;
     /// Recursive, so that receivers of the signals may call the retriever; shared, so that they may delete it.
     std::shared_ptr<std::recursive_mutex> mutex_;
     std::size_t pendingCalls_ = 0;
     /// Of the sweep whose replies count. It goes with that sweep or the retriever; by this a reply on another thread
     /// can tell that nobody waits for it any more.
     std::shared_ptr<Results> results_ = std::make_shared<Results>();
+    std::vector<collaboration::RequestType> failedTypes_;       ///< of that sweep
+    rest::RestReplyStatus sweepStatus_;                         ///< of the last of its calls that failed
+    utility::Optional<rest::RestReplyStatus> failedListStatus_; ///< if the last signal was `failed()`
     QList<QString> removedRequestIds_;
     quint64 lastPoll_ = 0;    ///< number of the latest poll
     quint64 handledPoll_ = 0; ///< number of the latest poll whose list was had and handled

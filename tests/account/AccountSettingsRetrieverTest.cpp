@@ -211,17 +211,18 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
         {
             std::function<testkit::Action()> answer;
             std::string warning;
+            quint32 kind;
         } const rows[] = {
             {[] { return testkit::reply(400, R"([{"Code":"17","Message":"Bad \"input\""}])"); },
-             step.failed + std::string("(17) Bad \"input\"")},
-            {[] { return testkit::reply(503, "<html/>"); }, step.failed + std::string("(1000) ")},
+             step.failed + std::string("(17) Bad \"input\""), 2},
+            {[] { return testkit::reply(503, "<html/>"); }, step.failed + std::string("(1000) "), 2},
             // The exchange ends without a reply.
             {[this]
              {
                  connection_->closeConnection();
                  return testkit::closeNow();
              },
-             std::string("AccountSettingsRetriever::retrieveAccountSettings ") + step.unreachable},
+             std::string("AccountSettingsRetriever::retrieveAccountSettings ") + step.unreachable, 1},
         };
         for (auto const& row : rows)
         {
@@ -230,6 +231,7 @@ TEST_F(AccountSettings, AFailedStepIsLoggedAndEndsTheCall)
             answerWith(step.target, row.answer);
             test::LogCapture const log;
             EXPECT_FALSE(retrieve());
+            EXPECT_EQ(retriever_.lastStatus().kind, row.kind);
             EXPECT_THAT(log.warnings(), testing::ElementsAre(row.warning));
             EXPECT_EQ(retriever_.getAccountSettings(), settingsAfter(failing));
             EXPECT_EQ(retriever_.getUpdateReferences(), referencesAfter(failing));
@@ -263,6 +265,7 @@ TEST_F(AccountSettings, EarlierEntriesGoWithTheNextAccountOnly)
     AccountSettingsRetriever copy = retriever_;
     int const before = server_.requestCount();
     EXPECT_TRUE(copy.retrieveAccountSettings(*connection_));
+    EXPECT_EQ(copy.lastStatus().kind, 0U);
     EXPECT_EQ(server_.requestCount() - before, stepCount - 1) << "without the instructions for use";
     Settings expected = settingsAfter(stepCount - 1);
     expected.insert(QStringLiteral("NumberOfAvailableHelpFileTranslations"), qulonglong{0});

@@ -1,7 +1,11 @@
 #include "RetrieverFixture.h"
 
 #include <memory>
+#include <string>
 #include <thread>
+
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+#include <testkit/LogCapture.h>
 
 namespace
 {
@@ -46,7 +50,8 @@ protected:
         QObject::connect(retriever_.get(), &RequestDetailsRetriever::finished, [this] { ++finished_; });
         QObject::connect(
             retriever_.get(), &RequestDetailsRetriever::failed,
-            [this](QString const& text) { failures_.append(text); });
+            [this](QString const& text)
+            { failures_.append(text + u' ' + QString::number(retriever_->lastStatus().kind)); });
     }
 
     /// Expects one call of each of three kinds, answered by the pending replies.
@@ -144,10 +149,13 @@ TEST_F(RequestDetailsRetrieverTest, FinishesOnceThoughCallsFail)
     template_.setValue(refused);
     runEvents();
     EXPECT_EQ(finished_, 0);
+    EXPECT_EQ(retriever_->lastStatus().code, refused.status.code);
     restoration_.cancel();
     runEvents();
     EXPECT_EQ(finished_, 1);
     EXPECT_FALSE(retriever_->isSuccess());
+    EXPECT_THAT(retriever_->failedTypes(), ElementsAre(RequestType::Template, RequestType::Restoration));
+    EXPECT_EQ(kelo::errorMessage(retriever_->lastStatus()), u"(0) The call was cancelled.");
     EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
 }
 
@@ -328,9 +336,12 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSpare
     EXPECT_EQ(finished_, 2) << "one for the last poll, one for the sweep";
     EXPECT_EQ(idsOf(*retriever_), (QStringList{u"s"_qs, u"r"_qs}));
     EXPECT_FALSE(retriever_->isSuccess());
+    EXPECT_EQ(retriever_->lastStatus().kind, 1U);
     poll(unchanged);
     EXPECT_EQ(idsOf(*retriever_), QStringList());
     EXPECT_TRUE(retriever_->isSuccess());
+    EXPECT_THAT(retriever_->failedTypes(), IsEmpty());
+    EXPECT_EQ(retriever_->lastStatus().kind, 0U);
 }
 
 TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
@@ -338,7 +349,8 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
     GetRequestsInfo asked;
     EXPECT_CALL(connection_, getRequests(u"I"_qs, A<GetRequestsInfo>()))
         .WillOnce(testing::DoAll(
-            testing::SaveArg<1>(&asked), Return(threading::makeReadyFuture(testkit::refusal<std::vector<RequestInfo>>()))))
+            testing::SaveArg<1>(&asked),
+            Return(threading::makeReadyFuture(testkit::refusal<std::vector<RequestInfo>>()))))
         .WillOnce(Return(threading::Future<rest::RestReply<std::vector<RequestInfo>>>()));
     std::vector<RequestInfo> known;
     retriever_->getUpdates({RequestType::TempShell}, known);
@@ -347,9 +359,28 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
     EXPECT_FALSE(asked.getOnlyActiveRequests());
     EXPECT_THAT(asked.getSelectedTypes(), ElementsAre(RequestType::TempShell));
     EXPECT_EQ(asked.getVersionNumber(), QVersionNumber(3, 1));
-    QString const message = u"Failed to get request transaction ids"_qs;
-    EXPECT_EQ(failures_, (QStringList{message, message})) << "refused, then cancelled";
+    QString const message = u"Failed to get request transaction ids "_qs;
+    EXPECT_EQ(failures_, (QStringList{message + u'2', message + u'1'})) << "refused, then cancelled";
     EXPECT_EQ(finished_, 0);
+}
+
+TEST_F(RequestDetailsRetrieverTest, WarnsOnceForEachSweepAndPollIfTheHostNamesNoInstallation)
+{
+    core::setHostEnvironment({});
+    testkit::LogCapture const log;
+    EXPECT_CALL(connection_, getLabDesignRequestDetails(QString(), _)).Times(2);
+    EXPECT_CALL(connection_, getRequests(QString(), A<GetRequestsInfo>()))
+        .WillOnce(Return(threading::makeReadyFuture(
+            testkit::success(std::vector<RequestInfo>{{u"new"_qs, {}, RequestType::LabDesign}}))));
+    std::vector<RequestInfo> known;
+    retriever_->execute();
+    retriever_->getUpdates({}, known);
+    runEvents();
+    retriever_->execute();
+    std::string const sentence = "The host environment names no installation.";
+    EXPECT_THAT(
+        log.warnings(),
+        ElementsAre("RequestDetailsRetriever::getUpdates " + sentence, "RequestDetailsRetriever::execute " + sentence));
 }
 
 TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOlderOneVoid)
@@ -377,6 +408,7 @@ TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOld
         runEvents();
         EXPECT_EQ(finished_, row.finished);
         EXPECT_EQ(failures_.size(), 2 - row.finished);
+        EXPECT_EQ(retriever_->lastStatus().kind, row.older.status.kind) << "the later signal counts";
         EXPECT_EQ(retriever_->getRemovedRequestIds(), QList<QString>{QString::fromLatin1(row.removed)});
     }
 }
