@@ -7,6 +7,7 @@
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
+#include <KeloCommunicationLib/connection/internal/PlatformExtras.h>
 #include <platform/core/HostInfo.h>
 #include <platform/utility/Optional.h>
 
@@ -31,7 +32,7 @@ utility::Optional<T> AccountSettingsRetriever::resultOf(
         qWarning() << "AccountSettingsRetriever::retrieveAccountSettings" << texts.unreachable;
         return std::nullopt;
     }
-    rest::RestReply<T> reply = std::move(future).take();
+    rest::RestReply<T> reply = KeloCommunicationLib::internal::taken(std::move(future));
     lastStatus_ = reply.status;
     if (reply.status.kind != 0)
     {

@@ -9,6 +9,7 @@
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/internal/EventLoopWait.h>
+#include <KeloCommunicationLib/connection/internal/PlatformExtras.h>
 #include <platform/core/HostInfo.h>
 #include <platform/threading/Future.h>
 
@@ -39,7 +40,7 @@ rest::RestReply<T> replyOf(TessalyConnectionInterface::Reply<T> finished)
 {
     if (!finished.isCanceled())
     {
-        return std::move(finished).take();
+        return KeloCommunicationLib::internal::taken(std::move(finished));
     }
     rest::RestReply<T> reply;
     reply.status.kind = 1;

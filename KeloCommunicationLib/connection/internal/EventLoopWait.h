@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 
+#include <KeloCommunicationLib/connection/internal/PlatformExtras.h>
 #include <platform/threading/Future.h>
-#include <platform/threading/WaitDriver.h>
 
 namespace KeloCommunicationLib::internal
 {
@@ -14,7 +14,7 @@ namespace KeloCommunicationLib::internal
 template <class T>
 void waitWithEventLoop(threading::Future<T> const& future)
 {
-    if (QCoreApplication::instance() == nullptr || threading::WaitDriver::current() != nullptr)
+    if (QCoreApplication::instance() == nullptr || isThreadOfPlatform())
     {
         future.wait();
         return;

@@ -14,6 +14,7 @@
 
 #include <KeloCommunicationLib/connection/Operation.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
+#include <KeloCommunicationLib/connection/internal/PlatformExtras.h>
 #include <KeloCommunicationLib/json/JsonSerializer.h>
 #include <KeloCommunicationLib/json/internal/TextReader.h>
 #include <KeloCommunicationLib/json/internal/Value.h>
@@ -56,10 +57,11 @@ template <class T, class Reply>
 T readBody(Reply const& reply)
 {
     auto const& type = wireType(static_cast<T*>(nullptr));
-    if constexpr (requires { reply.text(); })
+    auto const& text = textOf(reply);
+    if (!text.isEmpty())
     {
         T value{};
-        if (!reply.text().isEmpty() && jsonSerializer::implementation::readText(type, &value, reply.text()))
+        if (jsonSerializer::implementation::readText(type, &value, text))
         {
             return value;
         }
