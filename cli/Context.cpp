@@ -1,10 +1,8 @@
 #include "cli/Context.h"
 
-#include <QJsonDocument>
+#include <algorithm>
 
-#include <KeloCommunicationLib/connection/KeloErrorParser.h>
 #include <KeloCommunicationLib/connection/KeloErrors.h>
-#include <KeloCommunicationLib/json/JsonSerializer.h>
 #include <platform/core/HostEnvironment.h>
 
 #include "cli/Input.h"
@@ -20,31 +18,6 @@ using namespace Qt::Literals::StringLiterals;
 QString givenOr(QString const& given, QString const& fallback)
 {
     return given.isNull() ? fallback : given;
-}
-
-bool hasShape(QByteArray const& body, Shape shape)
-{
-    auto const document = QJsonDocument::fromJson(body);
-    switch (shape)
-    {
-    case Shape::Object:
-        return document.isObject();
-    case Shape::List:
-        return jsonSerializer::implementation::listIn(document).has_value();
-    case Shape::Anything:
-        break;
-    }
-    return true;
-}
-
-rest::RestReplyStatus statusOf(rest::TraceData const& exchange)
-{
-    int const classification = exchange.httpStatus == 0 || !exchange.error.isEmpty() ? 2
-                               : exchange.httpStatus / 100 == 2                      ? 0
-                                                                                     : 1;
-    return KeloErrorParser().parse(std::make_shared<rest::NetworkReply<QJsonDocument>>(
-        exchange.httpStatus, classification, exchange.httpStatus, exchange.error,
-        QJsonDocument::fromJson(exchange.responseBody)));
 }
 
 } // namespace
@@ -98,41 +71,46 @@ Context::Context(CommonOptions const& options) : output_(options.json)
     }
     if (!options.traceFile.isNull())
     {
-        trace_ = std::make_unique<HarFile>(options.traceFile);
+        trace_ = std::make_shared<HarFile>(options.traceFile);
     }
     environment.installationReference = [installation = installation_](QString const&) { return installation; };
     environment.username = user_;
     environment.password = givenOr(options.password, environment.password);
     core::setHostEnvironment(environment);
-    TessalyConnectionBase::m_callback = [log = exchanges_](rest::TraceData const& exchange) { log->add(exchange); };
+    TessalyConnectionBase::m_callback = [answers = answers_, trace = trace_](rest::TraceData const& exchange)
+    {
+        answers->add(exchange);
+        if (trace)
+        {
+            trace->add(exchange);
+        }
+    };
     connection_ = TessalyConnection::makeConnection(url_, user_, environment.password);
     connection_->setExtraCertificates(certificateFile_);
 }
 
-void Context::check(rest::RestReplyStatus const& status, Shape shape) const
+void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_t count) const
 {
+    auto const answers = answers_->takeFresh();
     checkStatus(status);
-    checkNewExchanges(shape, 1);
+    auto const end = answers.begin() + static_cast<std::ptrdiff_t>(std::min(count, answers.size()));
+    if (!std::all_of(answers.begin(), end, [shape](Answer const& answer) { return answer.has(shape); }))
+    {
+        throw Failure(
+            ExitCode::NoConnection,
+            u"%1 answered with something that the KELO service does not send; is the URL right?"_s.arg(
+                url_.toDisplayString()));
+    }
 }
 
-void Context::checkNewExchanges(Shape shape, std::optional<std::size_t> count) const
+rest::RestReplyStatus Context::untoldStatus() const
 {
-    auto exchanges = exchanges_->takeNew();
-    if (count && exchanges.size() > *count)
+    auto const answers = answers_->fresh();
+    if (answers.empty())
     {
-        exchanges.resize(*count);
+        throw unfinished();
     }
-    for (auto const& exchange : exchanges)
-    {
-        checkStatus(statusOf(exchange));
-        if (!hasShape(exchange.responseBody, shape))
-        {
-            throw Failure(
-                ExitCode::NoConnection,
-                u"%1 answered with something that the KELO service does not send; is the URL right?"_s.arg(
-                    url_.toDisplayString()));
-        }
-    }
+    return answers.front().status;
 }
 
 Failure Context::unfinished() const
@@ -144,7 +122,7 @@ void Context::writeTrace()
 {
     if (trace_)
     {
-        trace_->write(exchanges_->all());
+        trace_->write();
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <type_traits>
 #include <vector>
 
@@ -12,7 +11,7 @@
 #include <platform/rest/RestReply.h>
 #include <platform/threading/Future.h>
 
-#include "cli/ExchangeLog.h"
+#include "cli/Answers.h"
 #include "cli/HarTrace.h"
 #include "cli/Outcome.h"
 #include "cli/Output.h"
@@ -35,14 +34,6 @@ struct CommonOptions
 /// A service's address. Throws a Failure for one that cannot be used, with the advice if there is none; what may hold a
 /// password is not repeated in the message.
 QUrl serviceUrl(QString const& text, QString const& advice);
-
-/// What an answer must be like to be taken for one of the service's.
-enum class Shape : int
-{
-    Anything,
-    Object,
-    List
-};
 
 /// Where a command runs: the connection, the installation and the way results and failures are shown.
 class Context
@@ -92,14 +83,13 @@ public:
         return future;
     }
 
-    /// Throws a Failure unless a call has succeeded, and its first exchange was answered in that shape.
-    void check(rest::RestReplyStatus const& status, Shape shape) const;
+    /// Throws a Failure unless a call has succeeded and the first `count` answers since the last check have that shape:
+    /// a service that is not the wanted one must not pass for one without data.
+    void check(rest::RestReplyStatus const& status, Shape shape, std::size_t count = 1) const;
 
-    /// Throws a Failure if the exchanges since the last check (or only the first `count` of them) hold one that failed
-    /// or was answered in another shape: a service that is not the wanted one must not pass for one without data.
-    void checkNewExchanges(Shape shape, std::optional<std::size_t> count = std::nullopt) const;
-    /// Everything that was exchanged so far, in the order in which it ended.
-    std::vector<rest::TraceData> exchanges() const { return exchanges_->all(); }
+    /// The status of an operation whose result has none: that of the first answer since the last check. Throws a
+    /// Failure if there was none.
+    rest::RestReplyStatus untoldStatus() const;
 
     /// The Failure of a call that ended without an outcome.
     Failure unfinished() const;
@@ -128,8 +118,8 @@ private:
     QString installation_;
     QString certificateFile_;
     Output output_;
-    std::unique_ptr<HarFile> trace_;
-    std::shared_ptr<ExchangeLog> exchanges_ = std::make_shared<ExchangeLog>();
+    std::shared_ptr<HarFile> trace_;
+    std::shared_ptr<Answers> answers_ = std::make_shared<Answers>();
     std::unique_ptr<TessalyConnection> connection_;
 };
 

@@ -3,9 +3,11 @@
 #include "cli/Outcome.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QStringDecoder>
 #include <QUrlQuery>
 
@@ -136,22 +138,21 @@ QJsonObject entryJson(rest::TraceData const& exchange)
         {u"timings"_s, timingsJson(phases)}};
 }
 
-} // namespace
-
-QJsonObject toHar(std::vector<rest::TraceData> const& exchanges)
+QJsonObject toHar(std::vector<rest::TraceData> exchanges)
 {
-    auto ordered = exchanges;
     std::stable_sort(
-        ordered.begin(), ordered.end(),
+        exchanges.begin(), exchanges.end(),
         [](auto const& left, auto const& right) { return left.startTime < right.startTime; });
     QJsonArray entries;
-    for (auto const& exchange : ordered)
+    for (auto const& exchange : exchanges)
     {
         entries.append(entryJson(exchange));
     }
     QJsonObject const creator{{u"name"_s, u"kelo"_s}, {u"version"_s, QStringLiteral(KELO_VERSION)}};
     return {{u"log"_s, QJsonObject{{u"version"_s, u"1.2"_s}, {u"creator"_s, creator}, {u"entries"_s, entries}}}};
 }
+
+} // namespace
 
 HarFile::HarFile(QString const& path) : file_(path)
 {
@@ -163,9 +164,18 @@ HarFile::HarFile(QString const& path) : file_(path)
     file_.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
-void HarFile::write(std::vector<rest::TraceData> const& exchanges)
+void HarFile::add(rest::TraceData const& exchange)
 {
-    file_.write(QJsonDocument(toHar(exchanges)).toJson());
+    std::lock_guard const lock(mutex_);
+    exchanges_.push_back(exchange);
+}
+
+void HarFile::write()
+{
+    std::unique_lock lock(mutex_);
+    auto exchanges = std::exchange(exchanges_, {});
+    lock.unlock();
+    file_.write(QJsonDocument(toHar(std::move(exchanges))).toJson());
     if (!file_.commit())
     {
         throw badInput(u"Cannot write the trace file \"%1\": %2."_s.arg(file_.fileName(), file_.errorString()));

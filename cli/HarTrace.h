@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
+#include <mutex>
 #include <vector>
 
-#include <QJsonObject>
 #include <QSaveFile>
 #include <QString>
 
@@ -12,22 +11,23 @@
 namespace cli
 {
 
-/// The exchanges as an HTTP archive, version 1.2. Header values are redacted as in the trace; bodies are in it as sent
-/// and received.
-QJsonObject toHar(std::vector<rest::TraceData> const& exchanges);
-
-/// The file of `--trace`: opened before anything is sent, so that a bad path costs nothing, and complete or not there
-/// at all.
+/// The file of `--trace`, an HTTP archive, version 1.2: opened before anything is sent, so that a bad path costs
+/// nothing, and complete or not there at all. Header values are redacted as in the trace; bodies are in it as sent and
+/// received.
 class HarFile
 {
 public:
     /// Throws a Failure when the file cannot be written.
     explicit HarFile(QString const& path);
 
-    void write(std::vector<rest::TraceData> const& exchanges);
+    /// Keeps an exchange until the file is written; may be called from any thread.
+    void add(rest::TraceData const& exchange);
+    void write();
 
 private:
     QSaveFile file_;
+    std::mutex mutex_;
+    std::vector<rest::TraceData> exchanges_;
 };
 
 } // namespace cli

@@ -123,54 +123,39 @@ void CallArguments::checkReply(rest::RestReplyStatus const& status) const
                                                                    : Shape::Object);
 }
 
-QJsonValue CallArguments::httpStatus() const
-{
-    return QJsonObject{{u"HttpStatus"_s, context_.exchanges().front().httpStatus}};
-}
-
 QJsonValue CallArguments::shown(threading::Future<QByteArray> const& future) const
 {
     auto const bytes = context_.finished(future).get();
-    context_.checkNewExchanges(Shape::Anything);
+    context_.check(context_.untoldStatus(), Shape::Anything);
     return QJsonObject{{u"Size"_s, bytes.size()}, {u"Base64"_s, QString::fromLatin1(bytes.toBase64())}};
 }
 
 QJsonValue CallArguments::shown(threading::Future<std::pair<QString, KeloErrorCode>> const& future) const
 {
-    auto const [url, code] = context_.finished(future).get();
-    context_.checkNewExchanges(Shape::Object);
-    if (code != KeloErrorCode::Success)
-    {
-        throw context_.unfinished();
-    }
-    return shown(url);
+    return shown(context_.finished(future).get().first);
 }
 
 QJsonValue CallArguments::shown(KeloCommunicationLib::CatalogUpdateState state) const
 {
-    context_.checkNewExchanges(Shape::Anything);
+    context_.check(context_.untoldStatus(), Shape::Anything);
     return QJsonObject{{u"State"_s, nameOf(state)}};
 }
 
 QJsonValue CallArguments::shown(TempShellDataResponse const& response) const
 {
-    context_.checkNewExchanges(Shape::List);
+    context_.check(context_.untoldStatus(), Shape::List);
     return described(response.getTempShellFile());
 }
 
 QJsonValue CallArguments::shown(std::pair<KeloErrorCode, std::vector<QString>> const& keys) const
 {
-    context_.checkNewExchanges(Shape::Anything);
-    if (keys.first != KeloErrorCode::Success)
-    {
-        throw context_.unfinished();
-    }
+    context_.check(context_.untoldStatus(), Shape::Anything);
     return QJsonArray::fromStringList(QStringList(keys.second.begin(), keys.second.end()));
 }
 
 QJsonValue CallArguments::shown(QString const& url) const
 {
-    context_.checkNewExchanges(Shape::Object);
+    context_.check(context_.untoldStatus(), Shape::Object);
     return QJsonObject{{u"Url"_s, url}};
 }
 

@@ -71,7 +71,7 @@ public:
         checkReply(reply.status);
         if constexpr (std::is_void_v<T>)
         {
-            return httpStatus();
+            return QJsonObject{{QStringLiteral("HttpStatus"), reply.status.httpStatus}};
         }
         else
         {
@@ -93,7 +93,6 @@ private:
     /// JSON, or the content of the file behind an "@".
     QJsonObject nextObject();
     void checkReply(rest::RestReplyStatus const& status) const;
-    QJsonValue httpStatus() const;
 
     void read(QString& id);
     void read(bool& value);

@@ -32,13 +32,9 @@ Action account(Arguments& /*arguments*/)
         // What the retriever cannot get it tells only there.
         showLibraryLog(true);
         AccountSettingsRetriever retriever;
-        if (!retriever.retrieveAccountSettings(context.connection()))
-        {
-            context.checkNewExchanges(Shape::Anything);
-            throw context.unfinished();
-        }
+        retriever.retrieveAccountSettings(context.connection());
         constexpr std::size_t objects = 4; // the replies before the list of help files
-        context.checkNewExchanges(Shape::Object, objects);
+        context.check(retriever.lastStatus(), Shape::Object, objects);
         auto const settings = QJsonObject::fromVariantHash(retriever.getAccountSettings());
         auto const references = QJsonObject::fromVariantHash(retriever.getUpdateReferences());
         context.output().show(

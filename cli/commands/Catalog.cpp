@@ -19,7 +19,7 @@ Action catalog(Arguments& arguments)
     {
         auto const version = versionOf(*given);
         auto const state = context.connection().getCatalogUpdateState(context.installation(), version);
-        context.checkNewExchanges(Shape::Object);
+        context.check(context.untoldStatus(), Shape::Object);
         auto const offer = context.valueOf(context.connection().getCatalogUpdateInfo(context.installation(), version));
         QString const update = nameOf(state);
         auto json = jsonSerializer::describe(offer);

@@ -19,12 +19,8 @@ Action keys(Arguments& arguments)
         {
             throw badInput(u"The keys are secrets: give --with-secrets to have them shown."_s);
         }
-        auto const [code, keys] = context.connection().getThirdPartyAuthenticationKeys(context.installation());
-        context.checkNewExchanges(Shape::Anything);
-        if (code != KeloErrorCode::Success)
-        {
-            throw context.unfinished();
-        }
+        auto const keys = context.connection().getThirdPartyAuthenticationKeys(context.installation()).second;
+        context.check(context.untoldStatus(), Shape::Anything);
         QStringList const list(keys.begin(), keys.end());
         QString text;
         for (QString const& key : list)

@@ -1,6 +1,7 @@
 #include "cli/commands/Commands.h"
 
 #include <algorithm>
+#include <limits>
 
 #include <QEventLoop>
 #include <QJsonObject>
@@ -37,23 +38,13 @@ Changes retrieveChanges(Context const& context, RequestTypes const& types, Known
     // A request that was closed since the last time is news as well.
     retriever.setOnlyActiveRequests(false);
     QEventLoop loop;
-    bool isComplete = false;
-    QObject::connect(
-        &retriever, &RequestDetailsRetriever::finished, &loop,
-        [&]
-        {
-            isComplete = retriever.isSuccess();
-            loop.quit();
-        });
+    QObject::connect(&retriever, &RequestDetailsRetriever::finished, &loop, &QEventLoop::quit);
     QObject::connect(&retriever, &RequestDetailsRetriever::failed, &loop, &QEventLoop::quit);
     RequestList knownRequests = known.ofTypes(types);
     retriever.getUpdates(types, knownRequests);
     loop.exec();
-    context.checkNewExchanges(Shape::List);
-    if (!isComplete)
-    {
-        throw context.unfinished();
-    }
+    constexpr auto all = std::numeric_limits<std::size_t>::max();
+    context.check(retriever.lastStatus(), Shape::List, all);
     Changes changes{.fresh = {}, .changed = {}, .removed = retriever.getRemovedRequestIds()};
     auto requests = retriever.getAllRequestDetails();
     // The kinds' replies arrive in any order; what is shown must not depend on it.

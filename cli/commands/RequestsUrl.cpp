@@ -20,12 +20,8 @@ Action requestsUrl(Arguments& arguments)
         info.setInstallationReference(context.installation());
         info.setRequestIds({identifier("request id", *id)});
         auto const reply = context.connection().getRestorationURL(info, *id);
-        auto const [url, code] = context.finished(reply).get();
-        context.checkNewExchanges(Shape::Object);
-        if (code != KeloErrorCode::Success)
-        {
-            throw context.unfinished();
-        }
+        auto const url = context.finished(reply).get().first;
+        context.check(context.untoldStatus(), Shape::Object);
         if (url.isEmpty())
         {
             throw Failure(

@@ -44,7 +44,7 @@ void fetch(TempShellFile const& shell, QString const& path, Context const& conte
     {
         throw badInput(u"Cannot write \"%1\": %2"_s.arg(path, reply->errorText()));
     }
-    context.checkNewExchanges(Shape::Anything);
+    context.check(context.untoldStatus(), Shape::Anything);
     bool const isStored = reply->httpStatusCode() == 200;
     qint64 const size = isStored ? QFileInfo(path).size() : 0;
     if (size != shell.getFileSize())
@@ -73,7 +73,7 @@ Action shellsDownload(Arguments& arguments)
             throw badInput(u"There is no folder \"%1\"."_s.arg(*folder));
         }
         auto const shells = context.connection().getTempShellCalculationData(reference).getTempShellFile();
-        context.checkNewExchanges(Shape::List);
+        context.check(context.untoldStatus(), Shape::List);
         if (shells.isEmpty())
         {
             throw Failure(ExitCode::ServiceError, u"The order %1 has no temporary shells (yet)."_s.arg(reference));

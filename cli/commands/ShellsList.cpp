@@ -16,7 +16,7 @@ Action shellsList(Arguments& arguments)
     {
         auto const shells =
             context.connection().getTempShellCalculationData(identifier("order reference", *order)).getTempShellFile();
-        context.checkNewExchanges(Shape::List);
+        context.check(context.untoldStatus(), Shape::List);
         context.output().show(described(shells), shellsText(shells));
     };
 }

@@ -33,8 +33,7 @@ Action statsUpload(Arguments& arguments)
         auto const result = connection.uploadVantorStats(stats);
         if (!result.succeeded)
         {
-            auto const exchanges = context.exchanges();
-            QString const reason = exchanges.empty() ? QString::number(result.code) : exchanges.back().error;
+            QString const reason = context.untoldStatus().message;
             throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(url.toDisplayString(), reason));
         }
         if (result.code != 0)

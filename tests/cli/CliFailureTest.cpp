@@ -35,6 +35,16 @@ TEST_F(CliFailure, ExitCodeTellsTheServicesErrorsFromALostService)
             EXPECT_EQ(run.errors.count('\n'), 1) << run;
         }
     }
+    // The results of these operations do not tell that they failed.
+    for (auto const& command :
+         {QStringList{"keys", "--with-secrets"}, QStringList{"catalog"}, QStringList{"shells", "list", "ORD-000001"},
+          QStringList{"call", "getTempShellFile", "SH-1"}})
+    {
+        fault({{"Operation", "*"}, {"Kind", "status"}, {"Status", 500}});
+        auto const run = kelo(command);
+        EXPECT_EQ(run.exitCode, 1) << run;
+        EXPECT_EQ(run.errors, rows[0].message);
+    }
     auto const unknown = kelo({"requests", "unlock", "REQ-404"});
     EXPECT_EQ(unknown.exitCode, 1) << unknown;
     EXPECT_TRUE(unknown.errors.startsWith("kelo: (")) << unknown;
