@@ -24,10 +24,23 @@ struct Group
 };
 
 extern Group const futures;
+extern Group const continuations;
+extern Group const waits;
+extern Group const locks;
+extern Group const requests;
+extern Group const answers;
+extern Group const writes;
+extern Group const idle;
+extern Group const origins;
+extern Group const timeouts;
+extern Group const cancelling;
+extern Group const closing;
+extern Group const traces;
 
 /// All groups, in the order of the table.
 inline constexpr Group const* groups[] = {
-    &futures,
+    &futures, &continuations, &waits,    &locks,      &requests, &answers, &writes,
+    &idle,    &origins,       &timeouts, &cancelling, &closing,  &traces,
 };
 
 /// A row by its name in the table.
