@@ -14,6 +14,8 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include "Look.h"
+
 namespace board
 {
 
@@ -63,10 +65,10 @@ void Board::layOut()
     top->addWidget(search_, 1);
     top->addStretch();
     top->addWidget(button);
-    auto* const halves = new QSplitter;
+    auto* const halves = new QSplitter(Qt::Vertical);
     halves->addWidget(table_);
     halves->addWidget(details_);
-    halves->setStretchFactor(0, 3);
+    halves->setStretchFactor(0, 5);
     halves->setStretchFactor(1, 2);
     halves->setChildrenCollapsible(false);
     auto* const all = new QWidget;
@@ -96,10 +98,12 @@ void Board::setUpTable()
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setAlternatingRowColors(true);
     table_->setShowGrid(false);
+    table_->setStyleSheet(QLatin1String(look::table));
     table_->setWordWrap(false);
     table_->setTabKeyNavigation(false);
     table_->setIconSize({20, 20});
     table_->verticalHeader()->hide();
+    table_->verticalHeader()->setDefaultSectionSize(26);
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table_->horizontalHeader()->setSectionResizeMode(RequestModel::PatientColumn, QHeaderView::Stretch);
@@ -156,8 +160,12 @@ void Board::takeOver(RequestChanges const& changes)
     Q_EMIT refreshed();
 }
 
-void Board::put(std::vector<collaboration::ExtendedRequestDetails> const& requests, News news)
+void Board::put(std::vector<collaboration::ExtendedRequestDetails> requests, News news)
 {
+    // The kinds' replies arrive in any order; the order of what is due on the same day must not depend on it.
+    std::sort(
+        requests.begin(), requests.end(),
+        [](auto const& left, auto const& right) { return left.requestDetails.id < right.requestDetails.id; });
     for (auto const& request : requests)
     {
         RequestRow row = rowOf(request);
@@ -212,7 +220,7 @@ void Board::showStatus()
     parts << (lastRefresh_.isNull() ? tr("Not refreshed yet") : tr("Last refresh %1").arg(clockTime(lastRefresh_)));
     if (!lastRefresh_.isNull())
     {
-        parts << tr("%n request(s)", nullptr, model_.rowCount());
+        parts << (model_.rowCount() == 1 ? tr("1 request") : tr("%1 requests").arg(model_.rowCount()));
         parts << tr("%1 new, %2 changed").arg(model_.count(News::New)).arg(model_.count(News::Changed));
     }
     if (poller_.state() == RequestPoller::State::Polling)

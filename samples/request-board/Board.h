@@ -51,7 +51,7 @@ private:
     void setUpShortcuts();
     void connectPoller();
     void takeOver(RequestChanges const& changes);
-    void put(std::vector<collaboration::ExtendedRequestDetails> const& requests, News news);
+    void put(std::vector<collaboration::ExtendedRequestDetails> requests, News news);
     void remove(QString const& requestId);
     void lookAt(QModelIndex const& index);
     void showDetails();

@@ -1,10 +1,10 @@
 #include "DetailsPane.h"
 
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 namespace board
 {
@@ -55,12 +55,15 @@ DetailsPane::DetailsPane(QWidget* parent)
     files_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     notes_->header()->setSectionResizeMode(2, QHeaderView::Stretch);
 
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(8, 0, 0, 0);
-    layout->addWidget(title_);
-    layout->addWidget(subtitle_);
-    layout->addWidget(files_, 1);
-    layout->addWidget(notes_, 1);
+    auto* const layout = new QGridLayout(this);
+    layout->setContentsMargins(0, 6, 0, 0);
+    layout->addWidget(title_, 0, 0, 1, 2);
+    layout->addWidget(subtitle_, 1, 0, 1, 2);
+    layout->addWidget(files_, 2, 0);
+    layout->addWidget(notes_, 2, 1);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(2, 1);
     showRequest(nullptr);
 }
 

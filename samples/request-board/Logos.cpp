@@ -42,7 +42,7 @@ void Logos::want(QString const& partnerId)
                 QImage const logo = finished.get();
                 if (!logo.isNull())
                 {
-                    Q_EMIT ready(partnerId, QPixmap::fromImage(logo));
+                    Q_EMIT ready(partnerId, QIcon(QPixmap::fromImage(logo)));
                 }
                 else if (++failures_[partnerId] < mostAttempts)
                 {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QHash>
+#include <QIcon>
 #include <QObject>
-#include <QPixmap>
 #include <QSet>
 #include <QString>
 
@@ -25,7 +25,7 @@ public:
     void want(QString const& partnerId);
 
 Q_SIGNALS:
-    void ready(QString const& partnerId, QPixmap const& logo);
+    void ready(QString const& partnerId, QIcon const& logo);
 
 private:
     TessalyConnectionInterface const& connection_;

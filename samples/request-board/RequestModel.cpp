@@ -49,13 +49,21 @@ QVariant boldIf(bool isBold)
     return isBold ? font : QVariant();
 }
 
-bool isNumber(int column)
+QVariant alignmentOf(int column)
 {
-    return column == RequestModel::StatusColumn || column == RequestModel::FilesColumn
-           || column == RequestModel::NotesColumn;
+    bool const isNumber = column == RequestModel::StatusColumn || column == RequestModel::FilesColumn
+                          || column == RequestModel::NotesColumn;
+    return QVariant::fromValue(Qt::AlignVCenter | (isNumber ? Qt::AlignHCenter : Qt::AlignLeft));
 }
 
 } // namespace
+
+RequestModel::RequestModel(QObject* parent) : QAbstractTableModel(parent)
+{
+    QPixmap blank(64, 64);
+    blank.fill(Qt::transparent);
+    noLogo_.addPixmap(blank);
+}
 
 int RequestModel::rowCount(QModelIndex const& parent) const
 {
@@ -84,7 +92,7 @@ QVariant RequestModel::data(QModelIndex const& index, int role) const
     case sortRole:
         return value(entry, column);
     case Qt::DecorationRole:
-        return column == PartnerColumn ? logos_.value(entry.request.partnerId) : QVariant();
+        return column == PartnerColumn ? logos_.value(entry.request.partnerId, noLogo_) : QVariant();
     case Qt::FontRole:
         return boldIf(entry.news != News::None && column <= KeyColumn);
     case Qt::ForegroundRole:
@@ -92,7 +100,7 @@ QVariant RequestModel::data(QModelIndex const& index, int role) const
     case Qt::BackgroundRole:
         return backgroundOf(entry.news);
     case Qt::TextAlignmentRole:
-        return QVariant::fromValue(Qt::AlignVCenter | (isNumber(column) ? Qt::AlignHCenter : Qt::AlignLeft));
+        return alignmentOf(column);
     case Qt::AccessibleTextRole:
         return tr("%1: %2").arg(
             headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(), text(entry, column).toString());
@@ -103,6 +111,10 @@ QVariant RequestModel::data(QModelIndex const& index, int role) const
 
 QVariant RequestModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (role == Qt::TextAlignmentRole)
+    {
+        return alignmentOf(section);
+    }
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
     {
         return QAbstractTableModel::headerData(section, orientation, role);
@@ -204,7 +216,7 @@ void RequestModel::setToday(QDate today)
     today_ = today;
 }
 
-void RequestModel::setLogo(QString const& partnerId, QPixmap const& logo)
+void RequestModel::setLogo(QString const& partnerId, QIcon const& logo)
 {
     logos_.insert(partnerId, logo);
     if (!entries_.empty())

@@ -5,7 +5,7 @@
 #include <QAbstractTableModel>
 #include <QDate>
 #include <QHash>
-#include <QPixmap>
+#include <QIcon>
 
 #include "RequestRow.h"
 
@@ -43,7 +43,7 @@ public:
     /// What is searched: all that is shown but the marks, lest a row vanish from a search when it is looked at.
     static constexpr int searchRole = Qt::UserRole + 1;
 
-    using QAbstractTableModel::QAbstractTableModel;
+    explicit RequestModel(QObject* parent = nullptr);
 
     int rowCount(QModelIndex const& parent = {}) const override;
     int columnCount(QModelIndex const& parent = {}) const override;
@@ -56,7 +56,7 @@ public:
     void markAsSeen(int row);
     /// The day that due dates are compared with.
     void setToday(QDate today);
-    void setLogo(QString const& partnerId, QPixmap const& logo);
+    void setLogo(QString const& partnerId, QIcon const& logo);
 
     RequestRow const& at(int row) const { return entries_[static_cast<std::size_t>(row)].request; }
     /// -1 if the request is not there.
@@ -76,7 +76,8 @@ private:
     void tellChanged(int row);
 
     std::vector<Entry> entries_;
-    QHash<QString, QPixmap> logos_;
+    QHash<QString, QIcon> logos_;
+    QIcon noLogo_; ///< as wide as a logo, so that names stand below each other
     QDate today_ = QDate::currentDate();
 };
 

@@ -4,10 +4,10 @@
 #include <cstdio>
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QJsonObject>
 #include <QTableView>
-#include <QTimer>
 
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/core/HostEnvironment.h>
@@ -26,32 +26,56 @@ QDateTime noon()
     return {QDate(2025, 3, 15), QTime(12, 0)};
 }
 
-/// Runs the events until the signal comes; false if it does not.
-template <class Sender, class Signal>
-bool comes(Sender const& sender, Signal signal)
+/// Runs the events until the condition holds; false when that takes too long.
+template <class Condition>
+bool comesTrue(Condition condition)
 {
-    QEventLoop loop;
-    QObject::connect(&sender, signal, &loop, [&loop] { loop.exit(1); });
-    QTimer::singleShot(std::chrono::seconds(30), &loop, [&loop] { loop.exit(0); });
-    return loop.exec() == 1;
+    QDeadlineTimer const deadline(std::chrono::seconds(30));
+    while (!condition() && !deadline.hasExpired())
+    {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    }
+    return condition();
 }
 
-void actAsPartner(TessalyConnection const& connection, QJsonObject const& action)
+/// One partner has none.
+bool areLogosThere(QAbstractItemModel const& rows)
 {
-    connection.httpConnection().send(rest::RequestDataCreator::makeRequestData(
-        rest::HttpMethod::Post, QUrl(u"/_control/partner-action"_s), action, std::chrono::milliseconds(0), false));
+    int missing = 0;
+    for (int row = 0; row < rows.rowCount(); ++row)
+    {
+        QModelIndex const partner = rows.index(row, board::RequestModel::PartnerColumn);
+        QImage const logo = partner.data(Qt::DecorationRole).value<QIcon>().pixmap(20).toImage();
+        bool const isBlank = logo.pixelColor(logo.rect().center()).alpha() == 0;
+        missing += isBlank && partner.data() != u"Central Production"_s ? 1 : 0;
+    }
+    return missing == 0;
 }
 
+/// Has the partners act between the first refresh and the second one; false if that takes too long.
 bool showNews(board::Board& window, TessalyConnection const& connection)
 {
-    actAsPartner(
-        connection,
-        {{u"Action"_s, u"reply"_s}, {u"RequestId"_s, u"REQ-000003"_s}, {u"Text"_s, u"Proposal attached."_s}});
-    actAsPartner(connection, {{u"Action"_s, u"status"_s}, {u"RequestId"_s, u"REQ-000011"_s}, {u"Status"_s, 3}});
-    actAsPartner(connection, {{u"Action"_s, u"create"_s}, {u"Type"_s, 7}});
-    actAsPartner(connection, {{u"Action"_s, u"withdraw"_s}, {u"RequestId"_s, u"REQ-000001"_s}});
+    int refreshes = 0;
+    QObject::connect(&window, &board::Board::refreshed, &window, [&refreshes] { ++refreshes; });
+    if (!comesTrue([&] { return refreshes == 1; }))
+    {
+        return false;
+    }
+    for (auto const& action : {
+             QJsonObject{{u"Action"_s, u"reply"_s}, {u"RequestId"_s, u"REQ-000003"_s}, {u"Text"_s, u"Proposal."_s}},
+             QJsonObject{{u"Action"_s, u"status"_s}, {u"RequestId"_s, u"REQ-000011"_s}, {u"Status"_s, 3}},
+             QJsonObject{{u"Action"_s, u"create"_s}, {u"Type"_s, 7}},
+             QJsonObject{{u"Action"_s, u"withdraw"_s}, {u"RequestId"_s, u"REQ-000001"_s}},
+         })
+    {
+        connection.httpConnection().send(rest::RequestDataCreator::makeRequestData(
+            rest::HttpMethod::Post, QUrl(u"/_control/partner-action"_s), action, std::chrono::milliseconds(0), false));
+    }
     window.refresh();
-    return comes(window, &board::Board::refreshed);
+    auto const& rows = *window.findChild<QTableView*>()->model();
+    bool const isThere = comesTrue([&] { return refreshes == 2 && areLogosThere(rows); });
+    window.disconnect(&window);
+    return isThere;
 }
 
 int takePicture(QString const& path)
@@ -67,7 +91,7 @@ int takePicture(QString const& path)
     board::Board window(*connection, {.interval = std::chrono::hours(1), .now = noon});
     window.resize(1240, 640);
     window.show();
-    if (!comes(window, &board::Board::refreshed) || !showNews(window, *connection))
+    if (!showNews(window, *connection))
     {
         std::fprintf(stderr, "The simulator was not shown in time.\n");
         return 1;

@@ -62,6 +62,11 @@ Answer listPlatforms(Call const& call)
 Answer logo(Call const& call)
 {
     auto const installation = knownInstallation(call.state, call.id());
+    auto const collaborators = call.state.partners.collaboratorLogos.value(call.ids.value(1));
+    if (!collaborators.isEmpty())
+    {
+        return {.body = collaborators, .contentType = "text/plain"};
+    }
     auto const& platform = ownById(call.state.partners.platforms, installation, call.ids.value(1));
     if (platform.logo.isEmpty())
     {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QHash>
 #include <QString>
 
 #include <vector>
@@ -50,6 +51,7 @@ struct PartnerCase
 struct Partners
 {
     std::vector<PartnerPlatform> platforms = {};
+    QHash<QString, QByteArray> collaboratorLogos = {}; // by the partner's id, as those of the platforms
     std::vector<PartnerAccount> accounts = {};
     std::vector<PartnerCase> cases = {};
 };

@@ -39,6 +39,20 @@ constexpr std::array<PlatformRow, 5> platforms = {{
     {"INST-2002", "PLT-11", "Brightline Aligners", true, false, Logo::Png, 0xff1f6f8b},
 }};
 
+struct LogoRow
+{
+    char const* partnerId;
+    QRgb color;
+};
+
+/// Of laboratories and clinics, which are partners without being platforms.
+constexpr std::array<LogoRow, 4> collaboratorLogos = {{
+    {"LAB-301", 0xff2e7d5b},
+    {"CLIN-412", 0xff3d5a98},
+    {"LAB-318", 0xffc28a1e},
+    {"LAB-322", 0xff8a3f6e},
+}};
+
 struct AccountRow
 {
     char const* installation;
@@ -125,6 +139,10 @@ void seedPartners(State& state)
              .shouldCreateConnection = row.shouldCreateConnection,
              .shouldAnonymize = row.shouldAnonymize,
              .logo = logoOf(row)});
+    }
+    for (auto const& row : collaboratorLogos)
+    {
+        state.partners.collaboratorLogos.insert(row.partnerId, png(row.color).toBase64());
     }
     for (auto const& row : accounts)
     {
