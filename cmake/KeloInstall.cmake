@@ -25,3 +25,28 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/KeloCommunicationLibConf
   COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/KeloCommunicationLibConfig.cmake"
   "${PROJECT_BINARY_DIR}/KeloCommunicationLibConfigVersion.cmake" DESTINATION ${package} COMPONENT development)
+
+# For builds without CMake. Libraries come before those that they use.
+set(libraries KeloCommunicationLib KeloPlatformRest KeloPlatformThreading KeloPlatformCore KeloPlatformData)
+set(postfix "")
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  set(postfix d)
+endif()
+list(TRANSFORM libraries PREPEND "-l" OUTPUT_VARIABLE KELO_PC_LIBRARIES)
+list(TRANSFORM KELO_PC_LIBRARIES APPEND "${postfix}")
+list(JOIN KELO_PC_LIBRARIES " " KELO_PC_LIBRARIES)
+set(KELO_PC_PRIVATE_MODULES "")
+set(KELO_PC_DEFINITIONS "")
+if(NOT BUILD_SHARED_LIBS)
+  set(KELO_PC_PRIVATE_MODULES "Qt6Network libcurl >= 7.88 openssl >= 3 simdjson >= 3 zlib")
+  foreach(library ${libraries})
+    string(TOUPPER "-D${library}_STATIC_DEFINE " definition)
+    string(APPEND KELO_PC_DEFINITIONS "${definition}")
+  endforeach()
+endif()
+file(RELATIVE_PATH KELO_PC_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+configure_file("${PROJECT_SOURCE_DIR}/cmake/kelocommunicationlib.pc.in" "${PROJECT_BINARY_DIR}/kelocommunicationlib.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/kelocommunicationlib.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+  COMPONENT development)
+
+include(KeloPackages)
