@@ -27,13 +27,14 @@ if(KELO_FUZZ)
 endif()
 
 # kelo_add_library(<target> COMPONENT <name> EXPORT_NAME <name> [EXPORT_HEADER <path below the include root> EXPORT_MACRO <name>]
-#                  [INCLUDE_ROOT <folder>] [STATIC] SOURCES ... PUBLIC ... PRIVATE ...)
+#                  [INCLUDE_ROOT <folder>] [HEADERS ...] [STATIC] SOURCES ... PUBLIC ... PRIVATE ...)
 # A library of this repository that is installed as part of a component of the package. Symbols are hidden unless exported;
 # it is shared or static as the build says, unless STATIC. Its users get its own include root: the folder include/ beside
-# its sources, or INCLUDE_ROOT, in which the headers stand in the folder of the sources.
+# its sources, or INCLUDE_ROOT, in which the headers stand in the folder of the sources. With HEADERS these are installed
+# and nothing else; the target all_verify_interface_header_sets compiles each of them alone.
 function(kelo_add_library target)
   cmake_parse_arguments(PARSE_ARGV 1 arg "STATIC" "COMPONENT;EXPORT_HEADER;EXPORT_MACRO;EXPORT_NAME;INCLUDE_ROOT"
-    "SOURCES;PUBLIC;PRIVATE")
+    "HEADERS;SOURCES;PUBLIC;PRIVATE")
   set(kind)
   if(arg_STATIC)
     set(kind STATIC)
@@ -71,6 +72,11 @@ function(kelo_add_library target)
     endif()
     list(APPEND headers "${generated}/")
   endif()
+  if(arg_HEADERS)
+    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS "${arg_INCLUDE_ROOT}" FILES ${arg_HEADERS})
+    set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    set(headers)
+  endif()
   kelo_install_library(${target} ${arg_COMPONENT} ${headers})
 endfunction()
 
@@ -79,13 +85,22 @@ function(kelo_install_library target component)
   if(NOT KELO_INSTALL)
     return()
   endif()
+  get_target_property(file_set ${target} HEADER_SETS)
+  if(file_set)
+    set(file_set FILE_SET HEADERS DESTINATION ${KELO_INCLUDE_DIR} COMPONENT development)
+  else()
+    set(file_set)
+  endif()
   install(TARGETS ${target} EXPORT Kelo${component}Targets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    ${file_set}
     INCLUDES DESTINATION ${KELO_INCLUDE_DIR})
-  install(DIRECTORY ${ARGN} DESTINATION ${KELO_INCLUDE_DIR} COMPONENT development
-    FILES_MATCHING PATTERN "*.h" PATTERN "internal" EXCLUDE)
+  if(ARGN)
+    install(DIRECTORY ${ARGN} DESTINATION ${KELO_INCLUDE_DIR} COMPONENT development
+      FILES_MATCHING PATTERN "*.h" PATTERN "internal" EXCLUDE)
+  endif()
   set_property(GLOBAL APPEND PROPERTY KELO_COMPONENTS ${component})
 endfunction()
 

@@ -1,6 +1,5 @@
 #include "simulator/Simulator.h"
 
-#include "simulator/Certificate.h"
 #include "simulator/Service.h"
 #include "simulator/Sockets.h"
 #include "simulator/faults/FaultProxy.h"
@@ -14,6 +13,8 @@
 #include <httplib.h>
 
 #include <sys/socket.h>
+
+#include <testkit/Certificates.h>
 
 #include <thread>
 
@@ -113,11 +114,14 @@ void Simulator::Server::makeHttpServer()
         http_ = std::make_unique<httplib::Server>();
         return;
     }
-    auto const certificate = Certificate::make();
-    auto tlsServer = std::make_unique<httplib::SSLServer>(certificate.certificate.get(), certificate.key.get());
+    using std::chrono::hours;
+    auto const key = testkit::makeKey();
+    auto const certificate =
+        testkit::makeCertificate({.validFrom = hours(-24), .validUntil = hours(365 * 24)}, key.get());
+    auto tlsServer = std::make_unique<httplib::SSLServer>(certificate.get(), key.get());
     SSL_CTX_set_min_proto_version(tlsServer->ssl_context(), TLS1_2_VERSION);
     http_ = std::move(tlsServer);
-    writeCertificate(certificate.pem());
+    writeCertificate(testkit::toPem(certificate.get()));
 }
 
 void Simulator::Server::writeCertificate(QByteArray const& pem)
@@ -317,12 +321,39 @@ void Simulator::addFault(QString const& text)
     }
     else if (auto* const proxy = faultProxy())
     {
-        proxy->add(faults::ToxicSettings::fromJson(fault.toToxic()));
+        proxy->add(text);
     }
     else
     {
         throw std::invalid_argument("no fault proxy stands in front");
     }
+}
+
+void Simulator::reset(std::optional<unsigned> seed)
+{
+    control("POST", "reset", seed ? QJsonObject{{"Seed", static_cast<qint64>(*seed)}} : QJsonObject());
+}
+
+QJsonObject Simulator::partnerAction(QJsonObject const& action)
+{
+    return control("POST", "partner-action", action).object();
+}
+
+QJsonObject Simulator::journal() const
+{
+    return control("GET", "journal").object();
+}
+
+QJsonDocument Simulator::control(QByteArray const& method, QString const& resource, QJsonObject const& body) const
+{
+    auto const answer = server_->service().handle(
+        {.method = method, .target = "/_control/" + resource.toUtf8(), .body = QJsonDocument(body).toJson()});
+    auto const document = QJsonDocument::fromJson(answer.body);
+    if (answer.status >= 400)
+    {
+        throw std::invalid_argument(document[0]["Message"].toString().toStdString());
+    }
+    return document;
 }
 
 } // namespace simulator

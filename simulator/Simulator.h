@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,8 +31,10 @@ struct SimulatorOptions
     std::function<void(QString const&)> log; ///< gets a line for every request answered, from any thread
 };
 
-/// A KELO service for one desk: keeps its state in memory, listens on the loopback interface, and can be driven over
-/// "/_control/" (see Control.h). Safe to start in the process that tests against it; SIGPIPE is ignored from then on.
+/// A KELO service for one desk: keeps its state in memory, listens on the loopback interface, and can be driven by the
+/// functions below or, from other programs, over "/_control/". The data it starts with are those of the installation
+/// "INST-1001". Safe to start in the process that tests against it; SIGPIPE is ignored from then on. But for `start`
+/// and `stop`, all functions may be called from any thread.
 class Simulator
 {
 public:
@@ -52,11 +58,26 @@ public:
     QString directUrl() const;
     /// The fault proxy in front; null without one. Exists from `start` to `stop`.
     faults::FaultProxy* faultProxy() const;
-    /// A fault as text (faults/FaultText.h), at the fault proxy or in the service, from now on. Throws std::exception
-    /// naming what is not understood.
+    /// A fault as `kelo-simulator --fault` takes it, from now on: of the line, at the fault proxy
+    /// ("latency:latency=200,stream=upstream"), or of the service ("status:operation=getPartners,status=503,times=2").
+    /// Throws std::exception naming what is not understood.
     void addFault(QString const& text);
     /// Ends all faults of both kinds.
     void clearFaults();
+
+    /// As freshly started with this seed, or with the last one: new data, no journal, no faults of the service.
+    void reset(std::optional<unsigned> seed = {});
+    /// What others do meanwhile, and what came of it. The partner: `{"Action": "note", "RequestId": ..., "Text": ...}`,
+    /// "addFile" ("Name", "FileType", "Size"), "status" ("Status"), "reply" (all three), "withdraw", and "create"
+    /// ("Type", "ConnectionId"). The service: "advanceOrder" (the order in "Reference" gets to its next state). Throws
+    /// std::invalid_argument naming what does not fit.
+    QJsonObject partnerAction(QJsonObject const& action);
+    /// Every request in the order of arrival, and how often each was made:
+    /// `{"Requests": [...], "Counts": {"GET /Installations/INST-1001/partners": 2}}`
+    QJsonObject journal() const;
+    /// Any control resource by its name below "/_control/", such as ("GET", "orders") or ("DELETE", "journal"); an
+    /// empty document if it answers nothing. Throws std::invalid_argument with its message if it refuses.
+    QJsonDocument control(QByteArray const& method, QString const& resource, QJsonObject const& body = {}) const;
 
 private:
     class Server;

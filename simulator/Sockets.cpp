@@ -78,24 +78,6 @@ bool sendOnConnection(int localPort, int remotePort, QByteArray const& bytes)
     return !found.empty();
 }
 
-int listenOnLoopback(int& port)
-{
-    auto const socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    int const yes = 1;
-    ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    auto address = loopbackAddress(port);
-    socklen_t size = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(socket, generic, size) != 0 || ::listen(socket, SOMAXCONN) != 0
-        || ::getsockname(socket, generic, &size) != 0)
-    {
-        ::close(socket);
-        return -1;
-    }
-    port = ntohs(address.sin_port);
-    return socket;
-}
-
 int connectToLoopback(int port)
 {
     auto const socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -108,12 +90,6 @@ int connectToLoopback(int port)
     int const yes = 1;
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
     return socket;
-}
-
-void resetOnClose(int socket)
-{
-    linger const atOnce = {.l_onoff = 1, .l_linger = 0};
-    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
 }
 
 } // namespace simulator

@@ -15,12 +15,7 @@ void shutdownConnections(int localPort, std::optional<int> remotePort = {});
 /// receiver is gone.
 bool sendOnConnection(int localPort, int remotePort, QByteArray const& bytes);
 
-/// A non-blocking socket that listens on 127.0.0.1, with port 0 on any free one, which then is put in; -1 if that
-/// cannot be had.
-int listenOnLoopback(int& port);
 /// A socket connected to 127.0.0.1; -1 if nobody listens there.
 int connectToLoopback(int port);
-/// Makes the coming close a TCP reset.
-void resetOnClose(int socket);
 
 } // namespace simulator

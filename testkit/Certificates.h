@@ -2,11 +2,14 @@
 
 #include <memory>
 
+#include <QByteArray>
+
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 
 #include <testkit/TlsOptions.h>
 
+/// Certificates for servers that run for a test. All functions throw std::runtime_error when OpenSSL refuses.
 namespace testkit
 {
 
@@ -27,12 +30,19 @@ Key makeKey();
 /// A server's certificate for `key`.
 Certificate makeCertificate(TlsOptions const& options, EVP_PKEY* key);
 
-/// The certificate authorities of this process, made when first asked for. Nobody trusts them unless told so.
+/// The text form in which programs take certificates and keys.
+QByteArray toPem(X509* certificate);
+QByteArray toPem(EVP_PKEY* key);
+
+/// The certificate authorities of this process, made when first asked for. Nobody trusts them unless told so: write
+/// `pem()` to a file and give that to `TessalyConnection::setExtraCertificates`.
 class TestAuthority
 {
 public:
     static TestAuthority const& instance();
     static TestAuthority const& stranger();
+
+    QByteArray pem() const { return toPem(certificate()); }
 
     X509* certificate() const { return certificate_.get(); }
 

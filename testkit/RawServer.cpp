@@ -198,7 +198,7 @@ RawServer::~RawServer()
     ::close(releaseEvent_);
 }
 
-std::uint16_t RawServer::port() const
+int RawServer::port() const
 {
     return port_;
 }

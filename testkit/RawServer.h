@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdint>
 #include <functional>
 #include <list>
 #include <memory>
@@ -114,7 +113,7 @@ public:
     RawServer& operator=(RawServer const&) = delete;
     ~RawServer();
 
-    std::uint16_t port() const;
+    int port() const;
     /// "http://127.0.0.1:<port>" or https, followed by `path`.
     QUrl url(QString const& path = {}) const;
 
@@ -176,7 +175,7 @@ private:
     Script script_;
     Options options_;
     std::unique_ptr<ServerTls> tls_;
-    std::uint16_t port_ = 0;
+    int port_ = 0;
     int listener_ = -1;
     int releaseEvent_ = -1;
     mutable std::mutex mutex_;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 #include <arpa/inet.h>
@@ -14,22 +15,31 @@
 namespace testkit
 {
 
-int listenOnLoopback(std::uint16_t& port)
+int listenOnLoopback(int& port, int flags)
 {
-    int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0);
     int const on = 1;
     ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
     socklen_t length = sizeof address;
-    if (::bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 || ::listen(listener, 1024) != 0
-        || ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0)
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (::bind(listener, generic, length) != 0 || ::listen(listener, SOMAXCONN) != 0
+        || ::getsockname(listener, generic, &length) != 0)
     {
-        throw std::runtime_error("The test server cannot listen");
+        ::close(listener);
+        throw std::runtime_error("cannot listen on port " + std::to_string(port));
     }
     port = ntohs(address.sin_port);
     return listener;
+}
+
+void resetOnClose(int socket)
+{
+    linger const atOnce{1, 0};
+    ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
 }
 
 ServerTls::ServerTls(TlsOptions const& options) : context_(SSL_CTX_new(TLS_server_method()))
@@ -118,8 +128,7 @@ bool ServerSocket::waitForCloseOr(int event)
 
 void ServerSocket::resetOnClose()
 {
-    linger const option{1, 0};
-    ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &option, sizeof option);
+    testkit::resetOnClose(socket_);
 }
 
 void ServerSocket::shutDown()

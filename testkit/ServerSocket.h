@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include <QByteArray>
 
 #include <openssl/ssl.h>
@@ -11,8 +9,11 @@
 namespace testkit
 {
 
-/// A socket that listens at 127.0.0.1, on a port that the system chooses. The caller closes it.
-int listenOnLoopback(std::uint16_t& port);
+/// A socket that listens on 127.0.0.1, with port 0 on any free one, which then is put in; `flags` as socket(2) takes
+/// them. The caller closes it. Throws std::runtime_error if the port cannot be had.
+int listenOnLoopback(int& port, int flags = 0);
+/// Makes the coming close of a connection a TCP reset.
+void resetOnClose(int socket);
 
 /// The key, the certificate and the context of a TLS server.
 class ServerTls

@@ -1,6 +1,6 @@
 #include "simulator/faults/FaultProxy.h"
 
-#include "simulator/Sockets.h"
+#include "simulator/faults/FaultText.h"
 #include "simulator/faults/ProxiedConnection.h"
 #include "simulator/faults/ToxicKinds.h"
 
@@ -13,6 +13,8 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <testkit/ServerSocket.h>
 
 namespace simulator::faults
 {
@@ -52,6 +54,11 @@ Direction directionOf(QString const& name)
 
 } // namespace
 
+ToxicSettings ToxicSettings::fromText(QString const& text)
+{
+    return fromJson(FaultText(text).toToxic());
+}
+
 ToxicSettings ToxicSettings::fromJson(QJsonObject const& json)
 {
     ToxicSettings settings;
@@ -86,16 +93,11 @@ FaultProxy::FaultProxy(int upstreamPort, quint64 seed, int port)
     : upstreamPort_(upstreamPort),
       seed_(seed),
       port_(port),
-      listener_(listenOnLoopback(port_)),
+      listener_(testkit::listenOnLoopback(port_, SOCK_NONBLOCK)),
       wakeEvent_(::eventfd(0, EFD_CLOEXEC)),
-      random_(seed)
+      random_(seed),
+      acceptor_([this] { acceptLoop(); })
 {
-    if (listener_ < 0)
-    {
-        ::close(wakeEvent_);
-        throw std::runtime_error("cannot listen on port " + std::to_string(port));
-    }
-    acceptor_ = std::thread([this] { acceptLoop(); });
 }
 
 FaultProxy::~FaultProxy()
@@ -114,6 +116,11 @@ FaultProxy::~FaultProxy()
     // Their threads still ask for the toxics, which takes the mutex.
     connections_.clear();
     ::close(wakeEvent_);
+}
+
+std::shared_ptr<ToxicInForce const> FaultProxy::add(QString const& text)
+{
+    return add(ToxicSettings::fromText(text));
 }
 
 std::shared_ptr<ToxicInForce const> FaultProxy::add(ToxicSettings const& settings)
@@ -149,11 +156,7 @@ void FaultProxy::clear()
     }
     if (listener_ < 0 && !isStopping_)
     {
-        listener_ = listenOnLoopback(port_);
-        if (listener_ < 0)
-        {
-            throw std::runtime_error("cannot listen again on port " + std::to_string(port_));
-        }
+        listener_ = testkit::listenOnLoopback(port_, SOCK_NONBLOCK);
         ::eventfd_write(wakeEvent_, 1);
     }
 }

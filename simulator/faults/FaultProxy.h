@@ -34,6 +34,8 @@ struct ToxicSettings
     /// `{"Type": "latency", "Stream": "upstream", "Toxicity": 0.5, "Attributes": {"latency": 20}}`; throws
     /// std::invalid_argument naming what is wrong. What is left out has its usual value.
     static ToxicSettings fromJson(QJsonObject const& json);
+    /// The same as `kelo-simulator --fault` takes it: "latency:latency=20,stream=upstream,toxicity=0.5".
+    static ToxicSettings fromText(QString const& text);
 };
 
 /// A toxic in force at a proxy, shared by the connections it strikes.
@@ -63,6 +65,8 @@ public:
 
     /// The toxic, whose count of firings can be watched.
     std::shared_ptr<ToxicInForce const> add(ToxicSettings const& settings);
+    /// From `ToxicSettings::fromText`, with its exceptions.
+    std::shared_ptr<ToxicInForce const> add(QString const& text);
     /// Takes all toxics away. What they hold back goes on; a connection that `timeout` has silenced is closed. Throws
     /// std::runtime_error if, after `down`, the port cannot be had again.
     void clear();

@@ -9,6 +9,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <testkit/ServerSocket.h>
+
 namespace simulator::faults
 {
 
@@ -214,7 +216,7 @@ void ProxiedConnection::run(int upstreamPort)
         {
             if (endsByReset_ || server_ < 0)
             {
-                resetOnClose(socket);
+                testkit::resetOnClose(socket);
             }
             ::close(socket);
         }

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
-#include <testkit/LogCapture.h>
+#include <tests/support/LogCapture.h>
 
 namespace
 {
@@ -17,13 +17,13 @@ using collaboration::RestorationRequestDetail;
 using collaboration::SessionDetails;
 using collaboration::TemplateRequestDetail;
 using collaboration::UploadFilesRequestDetail;
-using test::PendingReply;
 using testing::_;
 using testing::A;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Return;
 using testing::SizeIs;
+using testkit::PendingReply;
 
 /// A details query for exactly these requests.
 MATCHER_P(AsksFor, ids, "")
@@ -95,29 +95,25 @@ TEST_F(RequestDetailsRetrieverTest, AsksOnceForEachKindInFixedOrder)
         {u"0b"_qs, RequestType::DentalScan},
         {u"?"_qs, static_cast<RequestType>(8)}});
     auto const asks = [](char const* id) { return AsksFor(QList<QString>{QString::fromLatin1(id)}); };
-    auto const restoration = testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs));
+    auto const restoration = testkit::ready(groupOf<RestorationRequestDetail>(u"r"_qs));
     testing::InSequence const inSequence;
     EXPECT_CALL(connection_, getDentalScanRequestDetails(u"I"_qs, AsksFor(QList<QString>{u"0"_qs, u"0b"_qs})))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"s"_qs)))));
+        .WillOnce(Return(testkit::ready(groupOf<SessionDetails>(u"s"_qs))));
     EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, asks("1")))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"l"_qs)))));
+        .WillOnce(Return(testkit::ready(groupOf<SessionDetails>(u"l"_qs))));
     EXPECT_CALL(connection_, getTempShellRequestDetails(u"I"_qs, asks("2")))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"h"_qs)))));
-    EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, asks("4")))
-        .WillOnce(Return(threading::makeReadyFuture(restoration)));
+        .WillOnce(Return(testkit::ready(groupOf<SessionDetails>(u"h"_qs))));
+    EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, asks("4"))).WillOnce(Return(restoration));
     auto templates = groupOf<TemplateRequestDetail>(u"t"_qs);
     templates.front().collaborationRequestDetailInfos.front().orderId = u"order"_qs;
-    EXPECT_CALL(connection_, getTemplateRequestDetails(u"I"_qs, asks("3")))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(templates))));
+    EXPECT_CALL(connection_, getTemplateRequestDetails(u"I"_qs, asks("3"))).WillOnce(Return(testkit::ready(templates)));
     auto plans = groupOf<UploadFilesRequestDetail>(u"p"_qs);
     plans.front().collaborationRequestDetailInfos.front().surgeryPlanURL = u"plan"_qs;
     plans.front().collaborationRequestDetailInfos.front().requesterPatientReference = u"patient"_qs;
-    EXPECT_CALL(connection_, getSurgeryPlanRequestDetails(u"I"_qs, asks("5")))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(plans))));
-    EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, asks("6")))
-        .WillOnce(Return(threading::makeReadyFuture(restoration)));
+    EXPECT_CALL(connection_, getSurgeryPlanRequestDetails(u"I"_qs, asks("5"))).WillOnce(Return(testkit::ready(plans)));
+    EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, asks("6"))).WillOnce(Return(restoration));
     EXPECT_CALL(connection_, getReferralRequestDetails(u"I"_qs, asks("7")))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<UploadFilesRequestDetail>(u"f"_qs)))));
+        .WillOnce(Return(testkit::ready(groupOf<UploadFilesRequestDetail>(u"f"_qs))));
 
     retriever_->execute();
     EXPECT_EQ(finished_, 0) << "ready replies are handled by the event loop";
@@ -143,10 +139,10 @@ TEST_F(RequestDetailsRetrieverTest, FinishesOnceThoughCallsFail)
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
-    auto refused = testkit::refusal<std::vector<TemplateRequestDetail>>();
+    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
+    rest::RestReply<std::vector<TemplateRequestDetail>> refused = serviceError();
     refused.value = groupOf<TemplateRequestDetail>(u"t"_qs);
-    template_.setValue(refused);
+    template_.finish(refused);
     runEvents();
     EXPECT_EQ(finished_, 0);
     EXPECT_EQ(retriever_->lastStatus().code, refused.status.code);
@@ -163,7 +159,7 @@ TEST_F(RequestDetailsRetrieverTest, SweepWithoutIdsIsSilentThoughItTakesAnOlderO
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
     runEvents();
     retriever_->setRequestIds(std::vector<RequestInfo>());
     retriever_->execute();
@@ -180,7 +176,7 @@ TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"old"_qs)));
+    scan_.succeed(groupOf<SessionDetails>(u"old"_qs));
     runEvents();
     EXPECT_EQ(idsOf(*retriever_), QStringList{u"old"_qs});
     PendingReply<std::vector<SessionDetails>> newer;
@@ -190,13 +186,13 @@ TEST_F(RequestDetailsRetrieverTest, RepliesOfAnOlderSweepAreIgnored)
         [this]
         {
             template_.cancel();
-            restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"old"_qs)));
+            restoration_.succeed(groupOf<RestorationRequestDetail>(u"old"_qs));
         });
     retriever_->execute();
     network.join();
     runEvents();
     EXPECT_EQ(finished_, 0);
-    newer.setValue(testkit::success(groupOf<SessionDetails>(u"n"_qs)));
+    newer.succeed(groupOf<SessionDetails>(u"n"_qs));
     runEvents();
     EXPECT_EQ(finished_, 1);
     EXPECT_TRUE(retriever_->isSuccess());
@@ -224,12 +220,12 @@ TEST_F(RequestDetailsRetrieverTest, ReceiverMayStartTheNextSweepAndDeleteTheRetr
             }
         });
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
     template_.cancel();
     restoration_.cancel();
     runEvents();
     EXPECT_EQ(finished_, 1);
-    next.setValue(testkit::success(groupOf<SessionDetails>(u"l"_qs)));
+    next.succeed(groupOf<SessionDetails>(u"l"_qs));
     runEvents();
     EXPECT_EQ(finished_, 2);
     EXPECT_EQ(retriever_, nullptr);
@@ -241,16 +237,13 @@ TEST_F(RequestDetailsRetrieverTest, RepliesAfterItsEndAreNotHandled)
     startPoll(list, {});
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
-    std::thread network([this] { template_.setValue(testkit::success(groupOf<TemplateRequestDetail>(u"t"_qs))); });
-    std::thread another(
-        [&list] {
-            list.setValue(testkit::success(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}));
-        });
+    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
+    std::thread network([this] { template_.succeed(groupOf<TemplateRequestDetail>(u"t"_qs)); });
+    std::thread another([&list] { list.succeed(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}); });
     retriever_.reset();
     network.join();
     another.join();
-    restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
+    restoration_.succeed(groupOf<RestorationRequestDetail>(u"r"_qs));
     runEvents();
     EXPECT_EQ(finished_, 0);
 }
@@ -269,8 +262,7 @@ TEST_F(RequestDetailsRetrieverTest, KeepsReferralsWithAFileOfThePartner)
         entry.requestDetails.files = files;
         entry.referralURL = u"referral"_qs;
     }
-    EXPECT_CALL(connection_, getReferralRequestDetails(_, _))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(std::vector{group}))));
+    EXPECT_CALL(connection_, getReferralRequestDetails(_, _)).WillOnce(Return(testkit::ready(std::vector{group})));
     retriever_->setRequestIds(std::vector<RequestInfo>{{u"f"_qs, {}, RequestType::Referral}});
     retriever_->execute();
     runEvents();
@@ -286,7 +278,7 @@ TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
     PendingReply<std::vector<RequestInfo>> list;
     QList<QString> const fetched{u"new"_qs, u"changed"_qs, u"in two states"_qs, u"in two states too"_qs};
     EXPECT_CALL(connection_, getLabDesignRequestDetails(u"I"_qs, AsksFor(fetched)))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<SessionDetails>(u"new"_qs)))));
+        .WillOnce(Return(testkit::ready(groupOf<SessionDetails>(u"new"_qs))));
     startPoll(
         list, {{u"gone"_qs, u"1"_qs, RequestType::LabDesign},
                {u"same"_qs, u"1"_qs, RequestType::LabDesign},
@@ -297,12 +289,12 @@ TEST_F(RequestDetailsRetrieverTest, PollFetchesWhatIsNewOrChanged)
                {u"in two states"_qs, u"2"_qs, RequestType::LabDesign},
                {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign},
                {u"in two states too"_qs, u"1"_qs, RequestType::LabDesign}});
-    list.setValue(testkit::success(std::vector<RequestInfo>{
+    list.succeed(std::vector<RequestInfo>{
         {u"new"_qs, u"1"_qs, RequestType::LabDesign},
         {u"same"_qs, u"1"_qs, RequestType::LabDesign},
         {u"changed"_qs, u"2"_qs, RequestType::LabDesign},
         {u"in two states"_qs, u"2"_qs, RequestType::LabDesign},
-        {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign}}));
+        {u"in two states too"_qs, u"2"_qs, RequestType::LabDesign}});
     runEvents();
     EXPECT_EQ(finished_, 1);
     EXPECT_EQ(retriever_->getRemovedRequestIds(), (QList<QString>{u"gone"_qs, u"gone too"_qs}));
@@ -313,14 +305,14 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSpare
 {
     expectThreeKinds();
     retriever_->execute();
-    scan_.setValue(testkit::success(groupOf<SessionDetails>(u"s"_qs)));
+    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
     template_.cancel();
     auto const poll = [this](RequestInfo const& received)
     {
         PendingReply<std::vector<RequestInfo>> list;
         finished_ = 0;
         startPoll(list, {{u"same"_qs, u"1"_qs, RequestType::LabDesign}});
-        list.setValue(testkit::success(std::vector{received}));
+        list.succeed(std::vector{received});
         runEvents();
         EXPECT_EQ(finished_, 1) << qPrintable(received.requestId);
     };
@@ -331,7 +323,7 @@ TEST_F(RequestDetailsRetrieverTest, PollWithNothingToFetchFinishesAtOnceAndSpare
         EXPECT_EQ(idsOf(*retriever_), QStringList{u"s"_qs});
         EXPECT_FALSE(retriever_->isSuccess());
     }
-    restoration_.setValue(testkit::success(groupOf<RestorationRequestDetail>(u"r"_qs)));
+    restoration_.succeed(groupOf<RestorationRequestDetail>(u"r"_qs));
     runEvents();
     EXPECT_EQ(finished_, 2) << "one for the last poll, one for the sweep";
     EXPECT_EQ(idsOf(*retriever_), (QStringList{u"s"_qs, u"r"_qs}));
@@ -348,9 +340,7 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
 {
     GetRequestsInfo asked;
     EXPECT_CALL(connection_, getRequests(u"I"_qs, A<GetRequestsInfo>()))
-        .WillOnce(testing::DoAll(
-            testing::SaveArg<1>(&asked),
-            Return(threading::makeReadyFuture(testkit::refusal<std::vector<RequestInfo>>()))))
+        .WillOnce(testing::DoAll(testing::SaveArg<1>(&asked), Return(serviceError())))
         .WillOnce(Return(threading::Future<rest::RestReply<std::vector<RequestInfo>>>()));
     std::vector<RequestInfo> known;
     retriever_->getUpdates({RequestType::TempShell}, known);
@@ -367,11 +357,10 @@ TEST_F(RequestDetailsRetrieverTest, PollAsksForAllRequestsAndTellsItsFailure)
 TEST_F(RequestDetailsRetrieverTest, WarnsOnceForEachSweepAndPollIfTheHostNamesNoInstallation)
 {
     core::setHostEnvironment({});
-    testkit::LogCapture const log;
+    test::LogCapture const log;
     EXPECT_CALL(connection_, getLabDesignRequestDetails(QString(), _)).Times(2);
     EXPECT_CALL(connection_, getRequests(QString(), A<GetRequestsInfo>()))
-        .WillOnce(Return(threading::makeReadyFuture(
-            testkit::success(std::vector<RequestInfo>{{u"new"_qs, {}, RequestType::LabDesign}}))));
+        .WillOnce(Return(testkit::ready(std::vector<RequestInfo>{{u"new"_qs, {}, RequestType::LabDesign}})));
     std::vector<RequestInfo> known;
     retriever_->execute();
     retriever_->getUpdates({}, known);
@@ -385,8 +374,8 @@ TEST_F(RequestDetailsRetrieverTest, WarnsOnceForEachSweepAndPollIfTheHostNamesNo
 
 TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOlderOneVoid)
 {
-    auto const good = testkit::success(std::vector<RequestInfo>());
-    auto const bad = testkit::refusal<std::vector<RequestInfo>>();
+    rest::RestReply<std::vector<RequestInfo>> const good;
+    rest::RestReply<std::vector<RequestInfo>> const bad = serviceError();
     struct
     {
         rest::RestReply<std::vector<RequestInfo>> newer;
@@ -402,9 +391,9 @@ TEST_F(RequestDetailsRetrieverTest, EveryPollEndsAndOnlyANewerGoodListMakesAnOld
         PendingReply<std::vector<RequestInfo>> newer;
         startPoll(older, {{u"by the older"_qs, {}, RequestType::LabDesign}});
         startPoll(newer, {{u"by the newer"_qs, {}, RequestType::LabDesign}});
-        newer.setValue(row.newer);
+        newer.finish(row.newer);
         runEvents();
-        older.setValue(row.older);
+        older.finish(row.older);
         runEvents();
         EXPECT_EQ(finished_, row.finished);
         EXPECT_EQ(failures_.size(), 2 - row.finished);

@@ -30,9 +30,9 @@ protected:
 TEST_F(RestorationLookUp, GivesTheRequestOrNothing)
 {
     EXPECT_CALL(connection_, getRestorationRequestDetails(u"I"_qs, _))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(twoGroups()))))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::success(groupOf<RestorationRequestDetail>(u"other"_qs)))))
-        .WillOnce(Return(threading::makeReadyFuture(testkit::refusal<std::vector<RestorationRequestDetail>>())))
+        .WillOnce(Return(testkit::ready(twoGroups())))
+        .WillOnce(Return(testkit::ready(groupOf<RestorationRequestDetail>(u"other"_qs))))
+        .WillOnce(Return(serviceError()))
         .WillOnce(Return(threading::Future<Reply>()));
     auto const found = retriever_.getRestorationRequestDetails(wanted_);
     ASSERT_TRUE(found.has_value());
@@ -47,13 +47,12 @@ TEST_F(RestorationLookUp, GivesTheRequestOrNothing)
 
 TEST_F(RestorationLookUp, ProcessesEventsUntilAnotherThreadBringsTheReply)
 {
-    test::PendingReply<std::vector<RestorationRequestDetail>> pending;
+    testkit::PendingReply<std::vector<RestorationRequestDetail>> pending;
     std::thread network;
     EXPECT_CALL(connection_, getCentralizedRestorationRequestDetails(u"I"_qs, _)).WillOnce(Return(pending.future()));
     // The reply is only sent by an event of the waiting thread.
     QMetaObject::invokeMethod(
-        &retriever_, [&] { network = std::thread([&] { pending.setValue(testkit::success(twoGroups())); }); },
-        Qt::QueuedConnection);
+        &retriever_, [&] { network = std::thread([&] { pending.succeed(twoGroups()); }); }, Qt::QueuedConnection);
     auto const found = retriever_.getCentralizedRestorationRequestDetails(wanted_);
     network.join();
     ASSERT_TRUE(found.has_value());
@@ -62,7 +61,7 @@ TEST_F(RestorationLookUp, ProcessesEventsUntilAnotherThreadBringsTheReply)
 
 TEST_F(RestorationLookUp, EndsWhenTheCallIsCancelledMeanwhile)
 {
-    test::PendingReply<std::vector<RestorationRequestDetail>> pending;
+    testkit::PendingReply<std::vector<RestorationRequestDetail>> pending;
     EXPECT_CALL(connection_, getRestorationRequestDetails(_, _)).WillOnce(Return(pending.future()));
     QMetaObject::invokeMethod(
         &retriever_, [&] { pending.future().cancel(); }, Qt::QueuedConnection);

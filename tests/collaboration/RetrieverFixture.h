@@ -9,14 +9,29 @@
 
 #include <KeloCommunicationLib/collaboration/RequestDetailsRetriever.h>
 #include <platform/core/HostEnvironment.h>
-#include <testkit/FakeConnection.h>
+#include <testkit/MockConnection.h>
+#include <testkit/Replies.h>
+
+namespace testkit
+{
+
+template <class T>
+rest::RestReply<T> success(T value)
+{
+    return {succeeded(), std::move(value)};
+}
+
+template <class T>
+rest::RestReply<T> refusal()
+{
+    return refused(17, QStringLiteral("Refused"), 500);
+}
+
+} // namespace testkit
 
 namespace test
 {
 
-using namespace testkit;
-
-/// A call whose reply the test gives when it pleases.
 template <class T>
 using PendingReply = threading::Promise<rest::RestReply<T>>;
 
@@ -32,6 +47,8 @@ protected:
         { return key.isEmpty() ? QStringLiteral("I") : QStringLiteral("wrong key"); };
         core::setHostEnvironment(environment);
     }
+
+    static testkit::FailedReply serviceError() { return testkit::refused(17, QStringLiteral("Refused"), 500); }
 
     /// A list's handler starts the calls whose replies take a second turn.
     static void runEvents()
@@ -65,7 +82,7 @@ private:
     QCoreApplication application_{argc_, argv_};
 
 protected:
-    FakeConnection connection_;
+    testing::StrictMock<testkit::MockConnection> connection_;
 };
 
 } // namespace test

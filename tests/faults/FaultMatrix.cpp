@@ -14,6 +14,7 @@
 #include "tests/faults/Calls.h"
 #include "tests/faults/Faults.h"
 #include <testkit/Waiting.h>
+#include <tests/support/OpenSockets.h>
 
 namespace
 {
@@ -111,7 +112,7 @@ Matrix::Matrix() : elsewhere_(QUrl(service_.directUrl()).port())
         rightContent_[call.name] = result.content;
     }
     rightReads_ = twoReads(*connect(60s));
-    mostSockets_ = testkit::openSockets() + keptSockets;
+    mostSockets_ = test::openSockets() + keptSockets;
 }
 
 std::vector<Fault> Matrix::faults() const
@@ -162,7 +163,7 @@ void Matrix::check(bool isGood, std::string const& what)
 void Matrix::checkWrites()
 {
     std::map<std::string, int> counts;
-    for (auto const& entry : service_.control(rest::HttpMethod::Get, "journal")["Requests"].toArray())
+    for (auto const& entry : service_.simulator().journal()["Requests"].toArray())
     {
         auto const request = entry.toObject();
         auto const method = request["Method"].toString();
@@ -215,8 +216,8 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
     checkNextCalls(*connection);
     connection.reset();
     check(
-        testkit::comesTrue([this] { return testkit::openSockets() <= mostSockets_; }),
-        "sockets are left open: " + std::to_string(testkit::openSockets()) + ", never needed more than "
+        testkit::comesTrue([this] { return test::openSockets() <= mostSockets_; }),
+        "sockets are left open: " + std::to_string(test::openSockets()) + ", never needed more than "
             + std::to_string(mostSockets_));
     checkWrites();
     ++cells_;

@@ -13,6 +13,7 @@
 
 #include <testkit/RawServer.h>
 #include <testkit/Waiting.h>
+#include <tests/support/OpenSockets.h>
 
 namespace test
 {

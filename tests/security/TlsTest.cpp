@@ -56,7 +56,7 @@ bool isServing(RawServer const& server)
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(server.port());
+    address.sin_port = htons(static_cast<std::uint16_t>(server.port()));
     bool const isConnected = ::connect(socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
     SSL_CTX* const context = SSL_CTX_new(TLS_client_method());
     SSL_CTX_set_security_level(context, 0);

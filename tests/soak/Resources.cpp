@@ -5,7 +5,7 @@
 
 #include <QFile>
 
-#include <testkit/Waiting.h>
+#include <tests/support/OpenSockets.h>
 
 namespace soak
 {
@@ -15,7 +15,7 @@ Resources Resources::now()
     ::malloc_trim(0);
     QFile file(QStringLiteral("/proc/self/statm"));
     auto const pages = file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLongLong() : 0;
-    return {.sockets = testkit::openSockets(), .residentKibibytes = pages * (::sysconf(_SC_PAGESIZE) / 1024)};
+    return {.sockets = test::openSockets(), .residentKibibytes = pages * (::sysconf(_SC_PAGESIZE) / 1024)};
 }
 
 } // namespace soak

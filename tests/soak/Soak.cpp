@@ -6,6 +6,7 @@
 
 #include "tests/soak/Traffic.h"
 #include <testkit/Waiting.h>
+#include <tests/support/OpenSockets.h>
 
 namespace soak
 {
@@ -99,7 +100,7 @@ void Soak::learn()
     checkWrites();
     occupyConnections();
     service_.reset();
-    sockets_ = testkit::openSockets();
+    sockets_ = test::openSockets();
 }
 
 void Soak::runRound()
@@ -179,8 +180,7 @@ void Soak::runCalm()
 void Soak::checkWrites()
 {
     ledger_.checkWrites(
-        service_.control(rest::HttpMethod::Get, "journal")["Requests"].toArray(),
-        service_.control(rest::HttpMethod::Get, "orders").array());
+        service_.simulator().journal()["Requests"].toArray(), service_.simulator().control("GET", "orders").array());
     service_.reset();
     stage_.forgetOrders();
 }
@@ -210,10 +210,10 @@ Resources Soak::measure()
     occupyConnections();
     service_.reset();
     auto const most = static_cast<int>(sockets_ * growth);
-    if (!testkit::comesTrue([most] { return testkit::openSockets() <= most; }))
+    if (!testkit::comesTrue([most] { return test::openSockets() <= most; }))
     {
         ledger_.violate(
-            "sockets are left open: " + std::to_string(testkit::openSockets()) + " instead of "
+            "sockets are left open: " + std::to_string(test::openSockets()) + " instead of "
             + std::to_string(sockets_));
     }
     return Resources::now();

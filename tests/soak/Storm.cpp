@@ -136,7 +136,7 @@ int Storm::begin()
 void Storm::end()
 {
     count(service_.proxy().toJson(), "Type");
-    count(service_.control(rest::HttpMethod::Get, "faults").array(), "Kind");
+    count(service_.simulator().control("GET", "faults").array(), "Kind");
     service_.clearFaults();
     if (std::exchange(isSpoiling_, false))
     {

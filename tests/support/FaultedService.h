@@ -2,11 +2,9 @@
 
 #include <chrono>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QUrl>
 
@@ -46,10 +44,10 @@ public:
     /// A fault of either kind, written as at the shell prompt of the simulator.
     void addFault(std::string const& text) { simulator_.addFault(QString::fromStdString(text)); }
     /// How often the faults in force have fired.
-    int firedCount() const
+    int firedCount()
     {
         int count = 0;
-        for (auto const& list : {proxy().toJson(), control(rest::HttpMethod::Get, "faults").array()})
+        for (auto const& list : {proxy().toJson(), simulator_.control("GET", "faults").array()})
         {
             for (auto const& fault : list)
             {
@@ -63,25 +61,13 @@ public:
     void reset()
     {
         clearFaults();
-        control(rest::HttpMethod::Post, "reset");
+        simulator_.reset();
     }
 
     /// The address past the faults of the proxy.
     QString directUrl() const { return simulator_.directUrl(); }
     simulator::faults::FaultProxy& proxy() const { return *simulator_.faultProxy(); }
-    QJsonDocument control(rest::HttpMethod method, char const* resource) const
-    {
-        auto const url = QUrl(QLatin1String("/_control/") + QLatin1String(resource));
-        auto const reply = control_->httpConnection().send(
-            method == rest::HttpMethod::Get
-                ? rest::RequestDataCreator::makeRequest(method, url)
-                : rest::RequestDataCreator::makeRequest(method, url, "{}", std::chrono::milliseconds(0)));
-        if (reply->classification() != 0)
-        {
-            throw std::runtime_error("/_control/" + std::string(resource) + ": " + reply->errorText().toStdString());
-        }
-        return reply->body();
-    }
+    simulator::Simulator& simulator() { return simulator_; }
 
 private:
     static simulator::SimulatorOptions options(quint64 faultSeed)

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include <sys/types.h>
 
 #include <QByteArray>
@@ -48,8 +46,8 @@ private:
 
     QTemporaryDir folder_;
     pid_t process_ = -1;
-    std::uint16_t port_ = 0;
-    std::uint16_t tlsPort_ = 0;
+    int port_ = 0;
+    int tlsPort_ = 0;
 };
 
 } // namespace test
