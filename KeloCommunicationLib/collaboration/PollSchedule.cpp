@@ -1,30 +1,10 @@
 #include <KeloCommunicationLib/collaboration/PollSchedule.h>
 
 #include <algorithm>
-#include <optional>
 
-namespace
-{
+#include <KeloCommunicationLib/connection/internal/PlatformExtras.h>
 
 using std::chrono::milliseconds;
-
-/// A template, so that a platform's status without this member is no error.
-template <class Status>
-std::chrono::seconds retryAfterOf(Status const& status)
-{
-    if constexpr (requires { status.retryAfter; })
-    {
-        return std::clamp(
-            status.retryAfter.value_or(std::chrono::seconds::zero()), std::chrono::seconds::zero(),
-            std::chrono::seconds(std::chrono::hours(24)));
-    }
-    else
-    {
-        return std::chrono::seconds::zero();
-    }
-}
-
-} // namespace
 
 PollSchedule::PollSchedule(PollSettings const& settings) : settings_(settings), nextRetry_(settings.firstRetry)
 {
@@ -33,7 +13,7 @@ PollSchedule::PollSchedule(PollSettings const& settings) : settings_(settings), 
 
 milliseconds PollSchedule::begin(double chance) const
 {
-    return std::chrono::duration_cast<milliseconds>(settings_.interval * chance);
+    return std::chrono::round<milliseconds>(settings_.interval * settings_.begin * chance);
 }
 
 milliseconds PollSchedule::after(rest::RestReplyStatus const& status, double chance)
@@ -49,16 +29,17 @@ milliseconds PollSchedule::after(rest::RestReplyStatus const& status, double cha
     }
     auto const longest = settings_.interval * std::min(nextRetry_, settings_.longestRetry);
     nextRetry_ = std::min(nextRetry_ * 2, settings_.longestRetry);
-    return retryAfter(status) + std::chrono::duration_cast<milliseconds>(longest * chance);
+    return askedWait(status) + std::chrono::round<milliseconds>(longest * chance);
 }
 
 milliseconds PollSchedule::jittered(double intervals, double chance) const
 {
     double const factor = 1 + settings_.jitter * (2 * chance - 1);
-    return std::chrono::duration_cast<milliseconds>(settings_.interval * intervals * factor);
+    return std::chrono::round<milliseconds>(settings_.interval * intervals * factor);
 }
 
-std::chrono::seconds retryAfter(rest::RestReplyStatus const& status)
+std::chrono::seconds PollSchedule::askedWait(rest::RestReplyStatus const& status)
 {
-    return retryAfterOf(status);
+    auto const asked = KeloCommunicationLib::internal::retryAfterOf(status).value_or(std::chrono::seconds::zero());
+    return std::clamp(asked, std::chrono::seconds::zero(), std::chrono::seconds(std::chrono::hours(24)));
 }

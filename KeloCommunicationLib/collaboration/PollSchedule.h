@@ -10,6 +10,7 @@ struct KELO_EXPORT PollSettings
 {
     std::chrono::milliseconds interval{60000}; ///< between two polls; at least 1 s
     double jitter = 0.15;                      ///< every interval is longer or shorter by up to this share of it
+    double begin = 3;                          ///< the longest wait before the first poll, in intervals
     double firstRetry = 2;                     ///< the longest wait after a failure, in intervals; it doubles with each
     double longestRetry = 5;                   ///< failure until it is this
     double refused = 15;                       ///< the wait after refused credentials, in intervals
@@ -24,7 +25,7 @@ public:
     explicit PollSchedule(PollSettings const& settings = {});
 
     /// The wait after what makes many programs begin at the same time, as a start or the end of a machine's sleep:
-    /// anything up to one interval.
+    /// anything up to the longest wait before a first poll.
     std::chrono::milliseconds begin(double chance) const;
 
     /// The wait after a poll with this outcome.
@@ -35,13 +36,12 @@ public:
     /// - HTTP status 401 or 403: the long interval with its jitter.
     std::chrono::milliseconds after(rest::RestReplyStatus const& status, double chance);
 
+    /// How long the service asks to be left alone: at most a day, and zero if it does not ask.
+    static std::chrono::seconds askedWait(rest::RestReplyStatus const& status);
+
 private:
     std::chrono::milliseconds jittered(double intervals, double chance) const;
 
     PollSettings settings_;
     double nextRetry_; ///< the longest wait after the next failure, in intervals
 };
-
-/// How long the service asks to be left alone, at most a day; zero if it does not, or if the platform's status has no
-/// room for it.
-KELO_EXPORT std::chrono::seconds retryAfter(rest::RestReplyStatus const& status);

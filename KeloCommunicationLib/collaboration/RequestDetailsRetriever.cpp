@@ -115,7 +115,7 @@ struct RequestDetailsRetriever::Dispatch
 struct RequestDetailsRetriever::Updates
 {
     QList<QString> removed;
-    std::vector<std::pair<QString, RequestType>> changed;
+    std::vector<RequestInfo> changed;
 };
 
 RequestDetailsRetriever::RequestDetailsRetriever(TessalyConnectionInterface const& connection)
@@ -128,17 +128,17 @@ RequestDetailsRetriever::~RequestDetailsRetriever() = default;
 void RequestDetailsRetriever::setRequestIds(std::vector<std::pair<QString, RequestType>> const& requestIds)
 {
     std::lock_guard const lock(*mutex_);
-    requestIds_ = requestIds;
+    requests_.clear();
+    for (auto const& [id, type] : requestIds)
+    {
+        requests_.push_back({id, QString(), type});
+    }
 }
 
 void RequestDetailsRetriever::setRequestIds(std::vector<RequestInfo> const& requests)
 {
     std::lock_guard const lock(*mutex_);
-    requestIds_.clear();
-    for (RequestInfo const& request : requests)
-    {
-        requestIds_.emplace_back(request.requestId, request.requestType);
-    }
+    requests_ = requests;
 }
 
 void RequestDetailsRetriever::setOnlyActiveRequests(bool onlyActiveRequests)
@@ -305,7 +305,7 @@ rest::RestReply<RequestDetailsRetriever::Updates> RequestDetailsRetriever::updat
         }
         if (!isKnown || entry->second.transaction != request.transactionId)
         {
-            updates.value.changed.emplace_back(request.requestId, request.requestType);
+            updates.value.changed.push_back(request);
         }
     }
     for (RequestInfo const& request : known)
@@ -332,7 +332,7 @@ void RequestDetailsRetriever::handleUpdates(quint64 poll, rest::RestReply<Update
     {
         handledPoll_ = poll;
         removedRequestIds_.swap(updates.value.removed);
-        requestIds_.swap(updates.value.changed);
+        requests_.swap(updates.value.changed);
         // With nothing to fetch, a sweep that runs goes on and keeps what it has gathered.
         if (startSweep(pendingCalls_ == 0))
         {
@@ -341,6 +341,11 @@ void RequestDetailsRetriever::handleUpdates(quint64 poll, rest::RestReply<Update
     }
     failedListStatus_.reset();
     Q_EMIT finished();
+}
+
+std::vector<RequestInfo> const& RequestDetailsRetriever::getRequests() const
+{
+    return requests_;
 }
 
 std::vector<ExtendedRequestDetails> RequestDetailsRetriever::getAllRequestDetails() const
@@ -423,11 +428,11 @@ utility::Optional<ExtendedRequestDetails> RequestDetailsRetriever::lookUp(
 QList<QString> RequestDetailsRetriever::getRequestIds(RequestType type) const
 {
     QList<QString> ids;
-    for (auto const& [id, idType] : requestIds_)
+    for (RequestInfo const& request : requests_)
     {
-        if (idType == type)
+        if (request.requestType == type)
         {
-            ids.append(id);
+            ids.append(request.requestId);
         }
     }
     return ids;

@@ -62,6 +62,9 @@ public:
     void getUpdates(
         std::vector<collaboration::RequestType> const& types, std::vector<collaboration::RequestInfo>& known);
 
+    /// The requests of the next sweep, or of the last one if none were set since. Those that a poll set have the state
+    /// in which the service listed them.
+    std::vector<collaboration::RequestInfo> const& getRequests() const;
     /// The details gathered by the last sweep so far, in the order of arrival; none after a poll with nothing to fetch
     /// while no sweep ran.
     std::vector<collaboration::ExtendedRequestDetails> getAllRequestDetails() const;
@@ -123,7 +126,7 @@ private:
     utility::Optional<collaboration::ExtendedRequestDetails> lookUp(
         QString requestId, collaboration::RequestType type, RestorationOperation operation) const;
 
-    std::vector<std::pair<QString, collaboration::RequestType>> requestIds_;
+    std::vector<collaboration::RequestInfo> requests_; ///< of the next sweep, or of the last one since
     TessalyConnectionInterface const& connection_;
     bool onlyActiveRequests_ = true;
     /// Recursive, so that receivers of the signals may call the retriever; shared, so that they may delete it.

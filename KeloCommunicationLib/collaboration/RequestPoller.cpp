@@ -54,15 +54,14 @@ private:
     std::unique_ptr<QObject> context_; ///< of the tick that is still to come
 };
 
-rest::RestReplyStatus outcomeOf(RequestDetailsRetriever const& retriever, bool hasList)
+QSet<QString> idsOf(std::vector<RequestInfo> const& requests)
 {
-    rest::RestReplyStatus status;
-    if (!hasList || !retriever.isSuccess())
+    QSet<QString> ids;
+    for (RequestInfo const& request : requests)
     {
-        status.kind = 1;
-        status.message = QStringLiteral("The requests could not be had.");
+        ids.insert(request.requestId);
     }
-    return status;
+    return ids;
 }
 
 } // namespace
@@ -90,6 +89,7 @@ void RequestPoller::setTypes(std::vector<collaboration::RequestType> types)
 void RequestPoller::setKnownRequests(std::vector<RequestInfo> known)
 {
     known_ = std::move(known);
+    ignored_.clear();
 }
 
 void RequestPoller::setSettings(PollSettings const& settings)
@@ -214,16 +214,18 @@ void RequestPoller::poll()
     connect(retriever_.get(), &RequestDetailsRetriever::finished, this, [this] { handleEnd(true); });
     connect(retriever_.get(), &RequestDetailsRetriever::failed, this, [this] { handleEnd(false); });
     isResultWanted_ = true;
-    retriever_->getUpdates(types_, known_);
+    auto seen = known_;
+    seen.insert(seen.end(), ignored_.begin(), ignored_.end());
+    retriever_->getUpdates(types_, seen);
     Q_EMIT stateChanged(state());
 }
 
 void RequestPoller::handleEnd(bool hasList)
 {
     auto const retriever = std::move(retriever_);
-    rest::RestReplyStatus const status = outcomeOf(*retriever, hasList);
+    rest::RestReplyStatus const status = retriever->lastStatus();
     bool const isComplete = status.kind == 0;
-    leftAloneUntil_ = clock_->now() + retryAfter(status);
+    leftAloneUntil_ = clock_->now() + PollSchedule::askedWait(status);
     milliseconds const delay = schedule_.after(status, clock_->chance());
     if (isComplete && isDemanded_)
     {
@@ -256,22 +258,36 @@ void RequestPoller::handleEnd(bool hasList)
 
 RequestChanges RequestPoller::takeOver(RequestDetailsRetriever const& retriever)
 {
-    QSet<QString> known;
-    for (RequestInfo const& request : known_)
+    auto const known = idsOf(known_);
+    RequestChanges changes;
+    QSet<QString> gone;
+    for (QString const& id : retriever.getRemovedRequestIds())
     {
-        known.insert(request.requestId);
+        gone.insert(id);
+        if (known.contains(id))
+        {
+            changes.removed.append(id);
+        }
     }
-    RequestChanges changes{.added = {}, .changed = {}, .removed = retriever.getRemovedRequestIds()};
-    std::vector<RequestInfo> reported;
-    QSet<QString> outdated(changes.removed.begin(), changes.removed.end());
+    QSet<QString> reported = known;
     for (ExtendedRequestDetails& request : retriever.getAllRequestDetails())
     {
         QString const& id = request.requestDetails.id;
-        reported.push_back({id, request.requestDetails.transactionId, request.requestType});
-        outdated.insert(id);
+        reported.insert(id);
         (known.contains(id) ? changes.changed : changes.added).push_back(std::move(request));
     }
-    std::erase_if(known_, [&outdated](RequestInfo const& request) { return outdated.contains(request.requestId); });
-    known_.insert(known_.end(), reported.begin(), reported.end());
+    std::vector<RequestInfo> current = retriever.getRequests();
+    auto const failedTypes = retriever.failedTypes();
+    std::erase_if(
+        current, [&failedTypes](RequestInfo const& request)
+        { return std::find(failedTypes.begin(), failedTypes.end(), request.requestType) != failedTypes.end(); });
+    auto const isOutdated = [outdated = gone.unite(idsOf(current))](RequestInfo const& request)
+    { return outdated.contains(request.requestId); };
+    std::erase_if(known_, isOutdated);
+    std::erase_if(ignored_, isOutdated);
+    for (RequestInfo& request : current)
+    {
+        (reported.contains(request.requestId) ? known_ : ignored_).push_back(std::move(request));
+    }
     return changes;
 }

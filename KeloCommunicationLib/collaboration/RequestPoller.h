@@ -30,11 +30,11 @@ struct KELO_EXPORT RequestChanges
 /// Polls for requests that are new, changed or gone for as long as it lives, in a way that the service survives when
 /// all its hosts do: `PollSchedule` tells how long it waits after what. No two polls run at a time.
 ///
-/// It remembers what it has reported, so that each poll fetches only news; news whose details could not be had are
-/// fetched by the next one. It starts offline as well and recovers by itself.
+/// It remembers what it has reported, so that each poll fetches only news, and reports a request once for each state;
+/// news whose details could not be had are fetched by the next poll. It starts offline as well and recovers by itself.
 ///
 /// A machine that has slept, or a program whose event loop has stood still, for more than ten seconds: whatever was
-/// due, the next poll comes at a random moment of the next interval, but not before the time that the service has asked
+/// due, the next poll comes at a random moment as after a start, but not before the time that the service has asked
 /// for. The time asleep counts as passed. Setting the date has no effect.
 ///
 /// To be used in one thread, which needs an event loop. Receivers of its signals may call everything and delete it; it
@@ -68,7 +68,7 @@ public:
     /// The requests with the state that was last reported, to be kept for the next `setKnownRequests`.
     std::vector<collaboration::RequestInfo> const& knownRequests() const;
 
-    /// Begins to poll, first at a random moment of one interval; `pollNow()` gets those who wait something to look at.
+    /// Begins to poll, first at a random moment within `PollSettings::begin`; `pollNow()` serves those who wait.
     void start();
     /// Ends it: no signal but `stateChanged` comes any more. What a poll that runs finds is forgotten and will be found
     /// again; that poll delays the first one after a new start until it is over.
@@ -99,6 +99,7 @@ private:
     void handleTick();
     void poll();
     void handleEnd(bool hasList);
+    /// What the retriever has found, from now on known.
     RequestChanges takeOver(RequestDetailsRetriever const& retriever);
 
     TessalyConnectionInterface const& connection_;
@@ -106,7 +107,8 @@ private:
     PollSettings settings_;
     PollSchedule schedule_;
     std::vector<collaboration::RequestType> types_;
-    std::vector<collaboration::RequestInfo> known_;
+    std::vector<collaboration::RequestInfo> known_;      ///< what the host knows
+    std::vector<collaboration::RequestInfo> ignored_;    ///< what there was nothing to report of
     std::unique_ptr<RequestDetailsRetriever> retriever_; ///< of the poll that runs
     bool isStarted_ = false;
     bool isDemanded_ = false;     ///< one more poll right after the one that runs
