@@ -26,9 +26,14 @@ QUrl relative(QByteArray const& path)
     return QUrl(QString::fromUtf8(path));
 }
 
+std::unique_ptr<rest::Connection> makeConnection(std::chrono::milliseconds timeout)
+{
+    return std::make_unique<rest::Connection>(std::make_unique<PlainParser>(), timeout, nullptr);
+}
+
 std::unique_ptr<rest::Connection> connectTo(QUrl const& baseUrl, std::chrono::milliseconds timeout)
 {
-    auto connection = std::make_unique<rest::Connection>(std::make_unique<PlainParser>(), timeout, nullptr);
+    auto connection = makeConnection(timeout);
     connection->initialize(baseUrl, QStringLiteral("user"), QStringLiteral("secret"), {});
     return connection;
 }
@@ -76,6 +81,11 @@ BinaryReply download(rest::Connection const& connection, QByteArray const& targe
     requireFinished(call);
     require(*received != nullptr, "a download ends without its callback or with a null reply");
     return *received;
+}
+
+bool isSaidToBeProcessedPerhaps(JsonReply const& reply)
+{
+    return reply->errorText().contains(QLatin1String("may have processed"));
 }
 
 QByteArray compact(JsonReply const& reply)

@@ -21,8 +21,10 @@ using BinaryReply = std::shared_ptr<rest::NetworkReply<QByteArray>>;
 /// A path, relative to the connection's base URL.
 QUrl relative(QByteArray const& path);
 
-/// A connection to `baseUrl` with user "user", password "secret" and a parser that gives errors code 7 and the message
-/// "message". No time-out ends its calls before the row's limit does, unless one is given.
+/// A connection that is not initialised, with a parser that gives errors code 7 and the message "message".
+std::unique_ptr<rest::Connection> makeConnection(std::chrono::milliseconds timeout);
+/// A connection to `baseUrl` with user "user" and password "secret". No time-out ends its calls before the row's limit
+/// does, unless one is given.
 std::unique_ptr<rest::Connection> connectTo(QUrl const& baseUrl, std::chrono::milliseconds timeout = 1h);
 /// To a server with a certificate that nobody has signed, which is not checked.
 std::unique_ptr<rest::Connection> carelesslyConnectTo(RawServer const& server);
@@ -66,6 +68,8 @@ void requireNetworkError(Reply const& reply)
         text(described(reply), " in the place of a network error (classification 2)"));
 }
 
+/// Whether the reply's text says that the server may have processed the request.
+bool isSaidToBeProcessedPerhaps(JsonReply const& reply);
 /// The document as text without blanks.
 QByteArray compact(JsonReply const& reply);
 /// How many of the server's requests had that target.

@@ -1,4 +1,4 @@
-// When a connection that was kept from an earlier exchange may carry the next one.
+// How connections that are kept from earlier exchanges are used and given up.
 #include <platform/rest/internal/Connections.h>
 
 #include "tests/rest/RestTestSupport.h"
@@ -8,60 +8,6 @@ namespace test
 
 namespace
 {
-
-rest::HttpRequestData request(HttpMethod method, QByteArray const& body)
-{
-    return RequestDataCreator::makeRequest(method, path("/second"), body, 0ms);
-}
-
-// Whatever happens to a connection while it waits for nothing, the next call gets its own answer, once, on a new one.
-TEST(KeptConnection, isGivenUpForWritesTooIfSomethingHappenedMeanwhile)
-{
-    QByteArray const stray = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n[]";
-    Action answer = reply(200);
-    auto const headSize = answer.bytes.indexOf("\r\n\r\n") + 4;
-    Action const withStray = rawReply(answer.bytes + stray);
-    Action const chunkedWithStray =
-        rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n" + stray);
-    struct
-    {
-        char const* what = nullptr;
-        Action action;
-    } const rows[] = {
-        {"closed in good order", answer.thenClose()},
-        {"reset", answer.thenReset()},
-        {"an answer later", withStray.holdingBack(stray.size())},
-        {"an answer later, behind chunks", chunkedWithStray.holdingBack(stray.size())},
-        {"an answer in one piece with the body", withStray.inSlices(headSize, 1ms)},
-        {"an answer and the end", withStray.holdingBack(stray.size()).thenClose()},
-        {"half an answer", rawReply(answer.bytes + stray.left(5)).holdingBack(5)},
-    };
-    for (auto const& row : rows)
-    {
-        for (bool const tls : {false, true})
-        {
-            for (auto const& second :
-                 {get("/second"), request(HttpMethod::Put, "x"), request(HttpMethod::Post, "{}"),
-                  request(HttpMethod::Post, "")})
-            {
-                SCOPED_TRACE(testing::Message() << row.what << ", TLS " << tls << ", method " << int(second.method));
-                RawServer server(
-                    [&](RawRequest const& seen) { return seen.number == 1 ? row.action : reply(201, "[1]"); },
-                    {tls, {}, {}});
-                auto const connection = connectTo(server.url());
-                connection->disableCertificateChecking();
-                EXPECT_EQ(send(*connection)->body().toJson(QJsonDocument::Compact), "{}");
-                server.release();
-                ASSERT_TRUE(server.waitForAnswered(1));
-                auto const own = send(*connection, second);
-                EXPECT_EQ(own->httpStatusCode(), 201) << own->errorText().toStdString();
-                EXPECT_EQ(own->body().toJson(QJsonDocument::Compact), "[1]");
-                EXPECT_EQ(server.requestCount(), 2);
-                EXPECT_EQ(server.connectionCount(), 2);
-            }
-        }
-    }
-}
 
 TEST(KeptConnection, isUsedAgainAndAgainAndItsSessionOnNewOnes)
 {

@@ -1,12 +1,11 @@
-// How answers are classified, and what ends an exchange as a network error.
+// What replies hold, and what goes into files.
 #include <csignal>
 #include <thread>
-
-#include <QJsonArray>
 
 #include <sys/resource.h>
 
 #include "tests/rest/RestTestSupport.h"
+#include <testkit/Waiting.h>
 
 namespace test
 {
@@ -19,50 +18,26 @@ QByteArray const gzippedArray = QByteArray::fromHex("1f8b08000000000002038b36d48
 
 HeaderList const gzipped = {{"Content-Encoding", "gzip"}};
 
-TEST(Reply, answersKeepStatusAndDocument)
+TEST(Reply, textIsWhatWasReceivedWithRoomBehindIt)
 {
-    struct Case
-    {
-        Action action;
-        int status = 0;
-        int classification = 0;
-        bool hasDocument = false;
+    QByteArray const large = "{\"a\":\"" + QByteArray(300000, 'x') + "\"}";
+    std::pair<Action, QByteArray> const cases[] = {
+        {reply(200, "{\"a\":1}"), "{\"a\":1}"},
+        {reply(200, "<html>", {{"Content-Type", "text/html"}}), "<html>"},
+        {reply(200, ""), ""},
+        {rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n[1\r\n1\r\n]\r\n0\r\n\r\n"), "[1]"},
+        {reply(200, gzippedArray, gzipped), "[1,[]]"},
+        {reply(200, large).inSlices(70000, 0ms), large},
     };
-    QByteArray const html = "<html>gone</html>";
-    Case const cases[] = {
-        {reply(200, "{\"a\":1}"), 200, 0, true},
-        {reply(201, "[1,2]", {{"Content-Type", "text/plain"}}), 201, 0, true},
-        {rawReply("HTTP/1.1 204 No Content\r\n\r\n"), 204, 0, false},
-        {reply(200, ""), 200, 0, false},
-        {reply(200, html, {{"Content-Type", "text/html"}}), 200, 0, false},
-        {reply(400, "[{\"Code\":\"17\"}]"), 400, 1, true},
-        {reply(404, html, {{"Content-Type", "text/html"}}), 404, 1, false},
-        {reply(503, ""), 503, 1, false},
-        {reply(304, ""), 304, 1, false},
-        {rawReply("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 103 Early Hints\r\nLink: x\r\n\r\n" + reply(409).bytes), 409,
-         1, true},
-        {rawReply("HTTP/1.0 200 OK\r\n\r\n{\"a\":1}").thenClose(), 200, 0, true},
-        {rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n[1\r\n1\r\n]\r\n0\r\n\r\n"), 200, 0, true},
-        {reply(200, gzippedArray, gzipped), 200, 0, true},
-        {reply(200, "{\"a\":\"" + QByteArray(300000, 'x') + "\"}").inSlices(70000, 0ms), 200, 0, true},
-    };
-    for (Case const& row : cases)
+    for (auto const& [action, expected] : cases)
     {
-        RawServer server([&row](RawRequest const&) { return row.action; });
-        auto const connection = connectTo(server.url());
-        for (int repeat = 0; repeat < 2; ++repeat)
-        {
-            auto const answer = send(*connection);
-            std::string const head = row.action.bytes.left(40).toStdString();
-            EXPECT_EQ(answer->httpStatusCode(), row.status) << head;
-            EXPECT_EQ(answer->classification(), row.classification) << head;
-            EXPECT_EQ(answer->errorCode(), row.classification == 0 ? 0 : row.status) << head;
-            EXPECT_EQ(answer->errorText().isEmpty(), row.classification == 0) << head;
-            EXPECT_EQ(!answer->body().isNull(), row.hasDocument) << head;
-            QByteArray const& text = answer->text();
-            EXPECT_EQ(answer->body(), QJsonDocument::fromJson(text)) << head;
-            EXPECT_TRUE(text.isEmpty() || text.capacity() - text.size() >= rest::replyPadding) << head;
-        }
+        RawServer server([answer = action](RawRequest const&) { return answer; });
+        auto const answer = send(*connectTo(server.url()));
+        QByteArray const& text = answer->text();
+        EXPECT_TRUE(text == expected) << text.left(40).toStdString();
+        EXPECT_EQ(answer->body(), QJsonDocument::fromJson(text));
+        EXPECT_TRUE(text.isEmpty() || text.capacity() - text.size() >= rest::replyPadding);
+        EXPECT_TRUE(server.requests().front().header("Accept-Encoding").contains("gzip"));
     }
 }
 
@@ -86,51 +61,6 @@ TEST(Reply, documentIsMadeOnceFromAnyThreadOrGiven)
     EXPECT_TRUE(JsonReply(200, 0, 0, {}, {}).body().isNull());
 }
 
-TEST(Reply, brokenAnswersAreNetworkErrors)
-{
-    QByteArray const chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
-    QByteArray const body = "{\"a\":1}";
-    std::pair<char const*, Action> const cases[] = {
-        {"short body", reply(200, body).truncatedBy(1)},
-        {"short error body", reply(500, body).truncatedBy(1)},
-        {"reset in the body", reply(200, body).truncatedBy(1).thenReset()},
-        {"head cut", reply(200, body).truncatedTo(20)},
-        {"head cut after the status", reply(200, body).truncatedTo(30)},
-        {"head cut before its last line", rawReply("HTTP/1.1 204 No Content\r\nA: b\r\n").thenClose()},
-        {"only an interim answer", rawReply("HTTP/1.1 103 Early Hints\r\nA: b\r\n\r\n").thenClose()},
-        {"no answer", closeNow()},
-        {"chunk cut", rawReply(chunked + "7\r\n{\"a").thenClose()},
-        {"last chunk missing", rawReply(chunked + "7\r\n{\"a\":1}\r\n").thenClose()},
-        {"bad chunk size", rawReply(chunked + "zz\r\n{}\r\n0\r\n\r\n")},
-        {"bad gzip", reply(200, "this is not gzip", gzipped)},
-        {"gzip cut", reply(200, gzippedArray.chopped(10), gzipped)},
-        {"gzip trailer cut", reply(200, gzippedArray.chopped(1), gzipped)},
-        {"bad checksum", reply(200, gzippedArray.chopped(8) + QByteArray(8, 'x'), gzipped)},
-        {"not HTTP", rawReply("SSH-2.0-x\r\n\r\n").thenClose()},
-        {"status of two digits", rawReply("HTTP/2 20\r\nContent-Length: 2\r\n\r\n{}")},
-        {"reset of an unframed body", rawReply("HTTP/1.1 200 OK\r\n\r\n{}").thenReset()},
-        {"endless headers", rawReply("HTTP/1.1 200 OK\r\n").thenRepeat("X-A: " + QByteArray(1000, 'y') + "\r\n")},
-        {"one endless header", rawReply("HTTP/1.1 200 OK\r\nX-A: ").thenRepeat(QByteArray(1000, 'y'))},
-        {"endless interim answers", rawReply("").thenRepeat("HTTP/1.1 100 Continue\r\n\r\n")},
-    };
-    for (auto const& [name, action] : cases)
-    {
-        RawServer server([answer = action](RawRequest const&) { return answer; });
-        auto const connection = connectTo(server.url());
-        EXPECT_THAT(send(*connection), IsNetworkError()) << name;
-        rest::BinaryReply download;
-        connection
-            ->downloadBinary(
-                path("/x"), [&download](rest::BinaryReply const& reply) { download = reply; }, 0ms)
-            .wait();
-        EXPECT_THAT(download, IsNetworkError()) << name;
-        EXPECT_TRUE(download->body().isEmpty()) << name;
-        Folder const folder;
-        EXPECT_THAT(connection->downloadTo(path("/x"), folder.path("file"), 0ms).get(), IsNetworkError()) << name;
-        EXPECT_TRUE(folder.isEmpty()) << name;
-    }
-}
-
 TEST(Reply, foldedFirstHeaderIsNotAddedToTheAnswerBefore)
 {
     // A folded line continues the header before it; here there is none but those of an answer that is gone. What is
@@ -152,78 +82,52 @@ TEST(Reply, foldedFirstHeaderIsNotAddedToTheAnswerBefore)
     }
 }
 
-TEST(Reply, compressedAnswersAreReadable)
+TEST(Reply, fileIsChangedOnlyByACompleteAnswer)
 {
-    RawServer server([](RawRequest const&) { return reply(200, gzippedArray, gzipped); });
-    QJsonArray const expected{1, QJsonValue(QJsonArray())};
-    EXPECT_EQ(send(*connectTo(server.url()))->body().array(), expected);
-    EXPECT_TRUE(server.requests().front().header("Accept-Encoding").contains("gzip"));
-}
-
-TEST(Reply, sizeLimitCountsDecompressedBytes)
-{
-    QByteArray const raw(1'000'000, ' ');
-    QByteArray const deflated = qCompress(raw).mid(4);
-    RawServer server(
-        [&](RawRequest const& request)
-        {
-            if (request.target == "/endless")
-            {
-                return rawReply("HTTP/1.1 200 OK\r\n\r\n").thenRepeat(QByteArray(10000, ' '));
-            }
-            return request.target == "/plain" ? reply(200, raw)
-                                              : reply(200, deflated, {{"Content-Encoding", "deflate"}});
-        });
-    auto const connection = connectTo(server.url());
-    for (char const* const target : {"/plain", "/deflated"})
+    QByteArray const content(1'000'000, ' ');
+    QByteArray const deflated = qCompress(content).mid(4);
+    HeaderList const encoding = {{"Content-Encoding", "deflate"}};
+    struct
     {
-        connection->setReplySizeLimit(raw.size());
-        EXPECT_EQ(send(*connection, get(target))->httpStatusCode(), 200) << target;
-        connection->setReplySizeLimit(raw.size() - 1);
-        EXPECT_THAT(send(*connection, get(target)), IsNetworkError()) << target;
+        char const* what;
+        Action action;
+        int status; ///< 0: a network error
+        QByteArray body;
+    } const cases[] = {
+        {"complete", reply(200, content), 200, {}},
+        {"compressed", reply(200, deflated, encoding), 200, {}},
+        {"an error", reply(404, "gone"), 404, "gone"},
+        {"short", reply(200, content).truncatedBy(1), 0, {}},
+        {"compressed and short", reply(200, deflated.chopped(1), encoding), 0, {}},
+        {"chunk missing",
+         rawReply("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n1\r\nx\r\n").thenClose(),
+         0,
+         {}},
+        {"given up", reply(200, content).holdingBack(1), -1, {}},
+    };
+    for (auto const& row : cases)
+    {
+        SCOPED_TRACE(row.what);
+        RawServer server([&row](RawRequest const&) { return row.action; });
+        auto const connection = connectTo(server.url());
         // What is not held in memory is not limited.
+        connection->setReplySizeLimit(1000);
         Folder const folder;
-        auto const stored = connection->downloadTo(path(target), folder.path("file"), 0ms).get();
-        EXPECT_EQ(stored->httpStatusCode(), 200);
-        EXPECT_TRUE(stored->body().isEmpty());
-        EXPECT_TRUE(folder.read("file") == raw) << target;
-    }
-    EXPECT_THAT(send(*connection, get("/endless")), IsNetworkError());
-}
-
-TEST(Reply, downloadsGiveBytesAndKeepErrorStatus)
-{
-    QByteArray const content = QByteArray("\0\x89PNG", 5).repeated(50000);
-    RawServer server(
-        [&content](RawRequest const& request) {
-            return request.target == "/logo" ? reply(200, content, {{"Content-Type", "image/png"}})
-                                             : reply(404, "gone");
-        });
-    auto const connection = connectTo(server.url());
-    std::vector<rest::BinaryReply> replies;
-    for (char const* const target : {"/logo", "/other"})
-    {
-        connection
-            ->downloadBinary(
-                path(target), [&replies](rest::BinaryReply const& reply) { replies.push_back(reply); }, 0ms)
-            .wait();
-    }
-    Folder const folder;
-    folder.write("file", "former");
-    replies.push_back(connection->downloadTo(path("/other"), folder.path("file"), 0ms).get());
-    EXPECT_EQ(folder.read("file"), "former");
-    replies.push_back(connection->downloadTo(path("/logo"), folder.path("file"), 0ms).get());
-    EXPECT_TRUE(folder.read("file") == content);
-    int const statuses[] = {200, 404, 404, 200};
-    QByteArray const bodies[] = {content, "gone", "gone", ""};
-    ASSERT_EQ(replies.size(), 4);
-    for (std::size_t i = 0; i < replies.size(); ++i)
-    {
-        EXPECT_EQ(replies[i]->httpStatusCode(), statuses[i]);
-        EXPECT_EQ(replies[i]->classification(), statuses[i] == 200 ? 0 : 1);
-        EXPECT_TRUE(replies[i]->body() == bodies[i]) << i;
-        EXPECT_EQ(server.requests()[i].header("Accept"), "*/*");
-        EXPECT_EQ(server.requests()[i].header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
+        folder.write("file", "former");
+        auto const stored = connection->downloadTo(path("/x"), folder.path("file"), 0ms);
+        if (row.status < 0)
+        {
+            ASSERT_TRUE(server.waitForHeld(1));
+            stored.cancel();
+            EXPECT_TRUE(comesTrue([&folder] { return folder.count() == 1; }));
+        }
+        else
+        {
+            EXPECT_EQ(stored.get()->httpStatusCode(), row.status);
+            EXPECT_EQ(stored.get()->body(), row.body);
+        }
+        EXPECT_TRUE(folder.read("file") == (row.status == 200 ? content : QByteArray("former")));
+        EXPECT_EQ(folder.count(), 1);
     }
 }
 
@@ -253,27 +157,6 @@ TEST(Reply, fileThatCannotBeWrittenEndsItsDownload)
         EXPECT_TRUE(folder.isEmpty()) << target;
     }
     std::signal(SIGXFSZ, formerHandler);
-}
-
-TEST(Reply, parserClassifiesReplies)
-{
-    RawServer server(
-        [](RawRequest const& request) {
-            return request.target == "/bad" ? reply(422) : request.target == "/lost" ? closeNow() : reply(201);
-        });
-    auto const connection = connectTo(server.url());
-    auto const parser = connection->getErrorParser();
-    auto const success = parser->parse(send(*connection));
-    EXPECT_EQ(
-        std::tuple(success.kind, success.code, success.httpStatus, success.message), std::tuple(0U, 0, 201, QString()));
-    auto const refused = parser->parse(send(*connection, get("/bad")));
-    EXPECT_EQ(
-        std::tuple(refused.kind, refused.code, refused.httpStatus, refused.message),
-        std::tuple(2U, 7, 422, QStringLiteral("message")));
-    auto const lost = parser->parse(send(*connection, get("/lost")));
-    EXPECT_EQ(std::tuple(lost.kind, lost.code, lost.httpStatus), std::tuple(1U, 0, 0));
-    EXPECT_FALSE(lost.message.isEmpty());
-    EXPECT_EQ(parser->parse(nullptr).kind, 1U);
 }
 
 } // namespace

@@ -83,7 +83,9 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    bool isEmpty() const { return QDir(folder_.path()).isEmpty(); }
+    int count() const { return static_cast<int>(QDir(folder_.path()).count()) - 2; }
+
+    bool isEmpty() const { return count() == 0; }
 
 private:
     QTemporaryDir folder_;

@@ -88,17 +88,7 @@ TEST(Trace, locationIsShownWithoutUserInfo)
     EXPECT_EQ(valueOf(log.traces().front().responseHeaders, "Location"), "http://127.0.0.1:1/x");
 }
 
-TEST(Trace, connectionMayDieInItsCallback)
-{
-    RawServer server;
-    auto connection = connectTo(server.url());
-    connection->setTraceCallback([&connection](rest::TraceData const&) { connection.reset(); });
-    auto const future = connection->request(get());
-    EXPECT_TRUE(future.waitFor(20s));
-    EXPECT_TRUE(future.isCanceled());
-}
-
-TEST(Trace, oncePerFinishedExchangeBeforeItsFuture)
+TEST(Trace, tellsRedirectsAndFailuresAndNothingElse)
 {
     RawServer server(
         [](RawRequest const& request)
@@ -111,26 +101,20 @@ TEST(Trace, oncePerFinishedExchangeBeforeItsFuture)
     auto const connection = connectTo(server.url());
     TraceLog const log(*connection);
     send(*connection, get("/hop"));
-    ASSERT_EQ(log.traces().size(), 2);
-    EXPECT_EQ(log.traces()[0].httpStatus, 302);
-    EXPECT_EQ(log.traces()[1].url, server.url(QStringLiteral("/x")));
-
-    send(*connection, upload("lost"));
-    EXPECT_EQ(log.traces().size(), 3);
     send(*connection, RequestDataCreator::makeRequest(HttpMethod::Put, path("/lost"), "lost", 0ms));
-    ASSERT_EQ(log.traces().size(), 4);
-    EXPECT_EQ(log.traces()[3].httpStatus, 0);
-    EXPECT_FALSE(log.traces()[3].error.isEmpty());
-
     auto const canceled = connection->request(get("/stall"));
-    server.waitForRequests(5);
+    server.waitForRequests(4);
     canceled.cancel();
-    send(*connection, RequestDataCreator::makeRequest(HttpMethod::Get, path("http://[bad")));
-    connection->setTraceCallback([](rest::TraceData const&) { throw std::runtime_error("host's fault"); });
-    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
+    send(*connection, get("http://[bad"));
     connection->setTraceCallback({});
-    EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
-    EXPECT_EQ(log.traces().size(), 4);
+    send(*connection);
+
+    auto const traces = log.traces();
+    ASSERT_EQ(traces.size(), 3);
+    EXPECT_EQ(traces[0].httpStatus, 302);
+    EXPECT_EQ(traces[1].url, server.url(QStringLiteral("/x")));
+    EXPECT_EQ(traces[2].httpStatus, 0);
+    EXPECT_FALSE(traces[2].error.isEmpty());
 }
 
 } // namespace

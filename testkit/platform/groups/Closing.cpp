@@ -65,6 +65,7 @@ void blockingCallsEnd()
         caller.join();
         require(answer != nullptr, "it returns null");
         requireNetworkError(answer);
+        requireEqual("that its text says \"may have processed\"", isSaidToBeProcessedPerhaps(answer), count == 2);
         doing("a blocking call whose connection is gone");
         connection.reset();
         requireNetworkError(client.send(get()));

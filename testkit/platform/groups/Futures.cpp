@@ -7,6 +7,7 @@
 
 #include <platform/threading/Future.h>
 
+#include "testkit/platform/Race.h"
 #include "testkit/platform/Rows.h"
 #include "testkit/platform/Threads.h"
 

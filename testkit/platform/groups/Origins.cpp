@@ -22,36 +22,51 @@ Action countDown(RawRequest const& request)
 
 void readsFollowOnTheSameOrigin()
 {
-    RawServer const server(countDown);
-    auto const connection = connectTo(server.url());
-    doing("five redirects");
-    requireStatus(send(*connection, get("/5")), 200);
-    requireEqual("the last Authorization", server.requests().back().header("Authorization"), authorization);
-    doing("six redirects");
-    requireStatus(send(*connection, get("/6")), 302);
+    for (bool const tls : {false, true})
+    {
+        QByteArray absolute;
+        RawServer const server(
+            [&absolute](RawRequest const& request)
+            { return request.target == "/absolute" ? redirectTo(absolute) : countDown(request); },
+            {tls, {}});
+        absolute = server.url(QStringLiteral("/0")).toEncoded();
+        auto const connection = carelesslyConnectTo(server);
+        doing(tls ? "a redirect to an absolute URL, TLS" : "a redirect to an absolute URL");
+        requireStatus(send(*connection, get("/absolute")), 200);
+        doing("five redirects");
+        requireStatus(send(*connection, get("/5")), 200);
+        requireEqual("the last Authorization", server.requests().back().header("Authorization"), authorization);
+        doing("six redirects");
+        requireStatus(send(*connection, get("/6")), 302);
+    }
 }
 
 void otherOriginsAreNotFollowed()
 {
     RawServer const other;
     RawServer const otherTls({}, {true, {}});
-    QByteArray location;
-    RawServer const server([&location](RawRequest const&) { return redirectTo(location, 307); });
-    QByteArray const port = QByteArray::number(server.port());
-    auto const connection = carelesslyConnectTo(server);
-    for (QByteArray const& target :
-         {other.url(QStringLiteral("/stolen")).toEncoded(), otherTls.url(QStringLiteral("/stolen")).toEncoded(),
-          "http://localhost:" + port + "/y", "//localhost:" + port + "/y", "https://127.0.0.1:" + port + "/y",
-          QByteArray("file:///etc/hostname")})
+    for (bool const tls : {false, true})
     {
-        location = target;
-        doing(text("redirect to ", target));
-        int const before = server.connectionCount();
-        requireStatus(send(*connection), 307);
-        require(other.connectionCount() + otherTls.connectionCount() == 0, "the other server is called");
-        require(server.connectionCount() <= before + 1, "it is followed");
+        QByteArray location;
+        RawServer const server([&location](RawRequest const&) { return redirectTo(location, 307); }, {tls, {}});
+        QByteArray const port = QByteArray::number(server.port());
+        QByteArray const own = tls ? "https:" : "http:";
+        QByteArray const foreign = tls ? "http:" : "https:";
+        auto const connection = carelesslyConnectTo(server);
+        for (QByteArray const& target :
+             {other.url(QStringLiteral("/y")).toEncoded(), otherTls.url(QStringLiteral("/y")).toEncoded(),
+              own + "//localhost:" + port + "/y", "//localhost:" + port + "/y", foreign + "//127.0.0.1:" + port + "/y",
+              QByteArray("file:///etc/hostname")})
+        {
+            location = target;
+            doing(text(tls ? "TLS, redirect to " : "redirect to ", target));
+            int const before = server.connectionCount();
+            requireStatus(send(*connection), 307);
+            require(other.connectionCount() + otherTls.connectionCount() == 0, "the other server is called");
+            require(server.connectionCount() <= before + 1, "it is followed");
+        }
+        requireEqual("the number of requests", server.requestCount(), 6);
     }
-    requireEqual("the number of requests", server.requestCount(), 6);
 }
 
 void credentialsStayOnTheOrigin()

@@ -95,6 +95,10 @@ void closedConnectionSendsNothing()
     requireNetworkError(send(*connection));
     requireNetworkError(download(*connection));
     requireEqual("the number of connections to the server", server.connectionCount(), 0);
+    doing("never initialised");
+    auto const fresh = makeConnection(1h);
+    require(!fresh->isConnected(), "isConnected() returns true");
+    requireNetworkError(send(*fresh));
     doing("initialised again");
     connection->initialize(server.url(), {}, {}, {});
     requireStatus(send(*connection), 200);

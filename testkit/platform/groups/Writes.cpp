@@ -19,11 +19,6 @@ struct Loss
 
 Loss const losses[] = {{"closed", closeNow()}, {"reset", resetNow()}};
 
-bool isSaidToBeProcessedPerhaps(JsonReply const& reply)
-{
-    return reply->errorText().contains(QLatin1String("may have processed"));
-}
-
 /// Every kind of write is lost once the server has read it, on a new connection or on one that has served before.
 void loseWrites(bool onKeptConnection)
 {

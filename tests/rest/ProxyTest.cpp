@@ -1,4 +1,4 @@
-// Redirects, certificates and proxies: where a request may go.
+// Which proxy a request goes through.
 #include <QNetworkProxy>
 
 #include <platform/rest/internal/Calls.h>
@@ -11,64 +11,6 @@ namespace test
 
 namespace
 {
-
-Action redirectTo(QByteArray const& location, int status = 302)
-{
-    return reply(status, "{}", {{"Location", location}});
-}
-
-TEST(Redirect, readsAreFollowedOnTheSameOriginOnly)
-{
-    RawServer other;
-    QByteArray const otherUrl = other.url(QStringLiteral("/stolen")).toEncoded();
-    RawServer server(
-        [&otherUrl](RawRequest const& request)
-        {
-            QByteArray const number = request.target.mid(1);
-            if (request.target == "/other")
-            {
-                return redirectTo(otherUrl, 307);
-            }
-            if (request.target == "/file")
-            {
-                return redirectTo("file:///etc/hostname");
-            }
-            return number == "0" ? reply(200, "[]") : redirectTo("/" + QByteArray::number(number.toInt() - 1));
-        });
-    auto const connection = connectTo(server.url());
-    EXPECT_EQ(send(*connection, get("/5"))->httpStatusCode(), 200);
-    EXPECT_EQ(server.requestCount(), 6);
-    EXPECT_EQ(server.requests().back().header("Authorization"), "Basic " + QByteArray("user:secret").toBase64());
-    EXPECT_EQ(send(*connection, get("/6"))->httpStatusCode(), 302);
-    EXPECT_EQ(send(*connection, get("/other"))->httpStatusCode(), 307);
-    EXPECT_EQ(send(*connection, get("/file"))->httpStatusCode(), 302);
-    EXPECT_EQ(send(*connection, get("/file"))->classification(), 1);
-
-    int const before = server.requestCount();
-    EXPECT_EQ(
-        send(*connection, RequestDataCreator::makeRequest(HttpMethod::Post, path("/1"), "x", 0ms))->httpStatusCode(),
-        302);
-    EXPECT_EQ(server.requestCount(), before + 1);
-    EXPECT_EQ(other.connectionCount(), 0);
-}
-
-TEST(Certificate, selfSignedIsRefusedUntilCheckingIsSwitchedOff)
-{
-    RawServer server({}, {true, {}});
-    auto const connection = connectTo(server.url());
-    auto const refused = send(*connection, upload("x"));
-    EXPECT_THAT(refused, IsNetworkError());
-    EXPECT_FALSE(saysMaybeProcessed(refused));
-    EXPECT_TRUE(refused->errorText().contains(QLatin1String("certificate")));
-    EXPECT_EQ(server.requestCount(), 0);
-
-    auto const careless = connectTo(server.url());
-    careless->disableCertificateChecking();
-    EXPECT_EQ(send(*careless)->httpStatusCode(), 200);
-    // The other connection must not get to use what the careless one has opened.
-    EXPECT_THAT(send(*connection), IsNetworkError());
-    EXPECT_EQ(server.requestCount(), 1);
-}
 
 class ProxyEnvironment
 {
