@@ -98,7 +98,7 @@ void Board::setUpTable()
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setAlternatingRowColors(true);
     table_->setShowGrid(false);
-    table_->setStyleSheet(QLatin1String(look::table));
+    table_->setStyleSheet(QLatin1String(look::lists));
     table_->setWordWrap(false);
     table_->setTabKeyNavigation(false);
     table_->setIconSize({20, 20});
@@ -107,7 +107,13 @@ void Board::setUpTable()
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table_->horizontalHeader()->setSectionResizeMode(RequestModel::PatientColumn, QHeaderView::Stretch);
-    connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &Board::lookAt);
+    connect(
+        table_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+        [this](QItemSelection const& selected)
+        {
+            lookAt(selected.indexes().value(0));
+            showDetails();
+        });
     connect(table_, &QTableView::clicked, this, &Board::lookAt);
     connect(table_, &QTableView::activated, this, &Board::lookAt);
 }
@@ -155,7 +161,6 @@ void Board::takeOver(RequestChanges const& changes)
     put(changes.added, isFirst ? News::None : News::New);
     put(changes.changed, News::Changed);
     std::for_each(changes.removed.begin(), changes.removed.end(), [this](QString const& id) { remove(id); });
-    showDetails();
     showStatus();
     Q_EMIT refreshed();
 }
@@ -168,19 +173,22 @@ void Board::put(std::vector<collaboration::ExtendedRequestDetails> requests, New
         [](auto const& left, auto const& right) { return left.requestDetails.id < right.requestDetails.id; });
     for (auto const& request : requests)
     {
-        RequestRow row = rowOf(request);
-        logos_.want(row.partnerId);
-        model_.put(std::move(row), news);
+        model_.put(rowOf(request), news);
+        logos_.want(request.partnerId);
+        if (model_.rowOf(request.requestDetails.id) == selectedRow())
+        {
+            showDetails();
+        }
     }
 }
 
 void Board::remove(QString const& requestId)
 {
-    int const row = model_.rowOf(requestId);
-    if (row >= 0 && row == selectedRow())
+    if (model_.rowOf(requestId) == selectedRow())
     {
         // Else the view selects a neighbour, which would pass for looked at.
         table_->setCurrentIndex({});
+        table_->clearSelection();
     }
     model_.remove(requestId);
 }
@@ -190,9 +198,8 @@ void Board::lookAt(QModelIndex const& index)
     if (index.isValid())
     {
         model_.markAsSeen(order_.mapToSource(index).row());
+        showStatus();
     }
-    showDetails();
-    showStatus();
 }
 
 void Board::showDetails()
@@ -209,7 +216,7 @@ void Board::showSchedule(RequestPoller::State state)
     }
     else if (auto const wait = poller_.untilNextPoll())
     {
-        errorBar_->setOutlook(tr("Next attempt at %1.").arg(clockTime(settings_.now().addMSecs(wait->count()))));
+        errorBar_->setOutlook(tr("Next attempt at %1").arg(clockTime(settings_.now().addMSecs(wait->count()))));
     }
     showStatus();
 }
@@ -232,8 +239,8 @@ void Board::showStatus()
 
 int Board::selectedRow() const
 {
-    QModelIndex const current = table_->selectionModel()->currentIndex();
-    return current.isValid() ? order_.mapToSource(current).row() : -1;
+    QModelIndex const selected = table_->selectionModel()->selectedRows().value(0);
+    return selected.isValid() ? order_.mapToSource(selected).row() : -1;
 }
 
 } // namespace board

@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QTreeWidget>
 
+#include "Look.h"
+
 namespace board
 {
 
@@ -27,6 +29,7 @@ QTreeWidget* list(char const* name, QString const& accessibleName, QStringList c
     tree->setAccessibleName(accessibleName);
     tree->setHeaderLabels(titles);
     tree->setRootIsDecorated(false);
+    tree->setStyleSheet(QLatin1String(look::lists));
     tree->setWordWrap(true);
     tree->setSelectionMode(QAbstractItemView::NoSelection);
     tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -12,16 +12,17 @@ namespace board
 
 QString reasonOf(rest::RestReplyStatus const& status)
 {
+    QString const detail = status.message.isEmpty() ? QString() : QStringLiteral(": ") + status.message;
     if (status.kind == 1)
     {
-        return ErrorBar::tr("The service cannot be reached: %1.").arg(status.message);
+        return ErrorBar::tr("The service cannot be reached") + detail;
     }
     if (status.httpStatus == 401 || status.httpStatus == 403)
     {
-        return ErrorBar::tr("The service does not accept the user name or the password (HTTP %1).")
+        return ErrorBar::tr("The service does not accept the user name or the password (HTTP %1)")
             .arg(status.httpStatus);
     }
-    return ErrorBar::tr("The service answered with an error (HTTP %1): %2.").arg(status.httpStatus).arg(status.message);
+    return ErrorBar::tr("The service answered with an error (HTTP %1)").arg(status.httpStatus) + detail;
 }
 
 ErrorBar::ErrorBar(QWidget* parent) : QFrame(parent), text_(new QLabel)
@@ -60,7 +61,7 @@ void ErrorBar::setOutlook(QString const& outlook)
 
 void ErrorBar::showText()
 {
-    text_->setText(outlook_.isEmpty() ? reason_ : reason_ + u' ' + outlook_);
+    text_->setText(outlook_.isEmpty() ? reason_ : reason_ + u'\n' + outlook_);
     setAccessibleDescription(text_->text());
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include <QFont>
 #include <QLocale>
@@ -181,6 +182,7 @@ void RequestModel::put(RequestRow row, News news)
     }
     int const last = rowCount();
     beginInsertRows({}, last, last);
+    rows_.insert(row.id, last);
     entries_.push_back({.request = std::move(row), .news = news});
     endInsertRows();
 }
@@ -194,6 +196,11 @@ void RequestModel::remove(QString const& requestId)
     }
     beginRemoveRows({}, row, row);
     entries_.erase(entries_.begin() + row);
+    rows_.remove(requestId);
+    for (int below = row; below < rowCount(); ++below)
+    {
+        rows_[at(below).id] = below;
+    }
     endRemoveRows();
 }
 
@@ -209,11 +216,10 @@ void RequestModel::markAsSeen(int row)
 
 void RequestModel::setToday(QDate today)
 {
-    if (today != today_ && !entries_.empty())
+    if (std::exchange(today_, today) != today && !entries_.empty())
     {
         Q_EMIT dataChanged(index(0, DueColumn), index(rowCount() - 1, DueColumn));
     }
-    today_ = today;
 }
 
 void RequestModel::setLogo(QString const& partnerId, QIcon const& logo)
@@ -223,13 +229,6 @@ void RequestModel::setLogo(QString const& partnerId, QIcon const& logo)
     {
         Q_EMIT dataChanged(index(0, PartnerColumn), index(rowCount() - 1, PartnerColumn), {Qt::DecorationRole});
     }
-}
-
-int RequestModel::rowOf(QString const& requestId) const
-{
-    auto const found = std::find_if(
-        entries_.begin(), entries_.end(), [&](Entry const& entry) { return entry.request.id == requestId; });
-    return found == entries_.end() ? -1 : static_cast<int>(found - entries_.begin());
 }
 
 int RequestModel::count(News news) const

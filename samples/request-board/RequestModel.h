@@ -60,7 +60,7 @@ public:
 
     RequestRow const& at(int row) const { return entries_[static_cast<std::size_t>(row)].request; }
     /// -1 if the request is not there.
-    int rowOf(QString const& requestId) const;
+    int rowOf(QString const& requestId) const { return rows_.value(requestId, -1); }
     int count(News news) const;
 
 private:
@@ -76,6 +76,7 @@ private:
     void tellChanged(int row);
 
     std::vector<Entry> entries_;
+    QHash<QString, int> rows_; ///< by the request's id
     QHash<QString, QIcon> logos_;
     QIcon noLogo_; ///< as wide as a logo, so that names stand below each other
     QDate today_ = QDate::currentDate();

@@ -89,7 +89,7 @@ int takePicture(QString const& path)
     core::setHostEnvironment(environment);
     auto const connection = TessalyConnection::makeDefaultConnection();
     board::Board window(*connection, {.interval = std::chrono::hours(1), .now = noon});
-    window.resize(1240, 640);
+    window.resize(1160, 660);
     window.show();
     if (!showNews(window, *connection))
     {
@@ -97,7 +97,8 @@ int takePicture(QString const& path)
         return 1;
     }
     window.findChild<QTableView*>()->selectRow(3);
-    return window.grab().save(path) ? 0 : 1;
+    constexpr int smallest = 0;
+    return window.grab().toImage().convertToFormat(QImage::Format_RGB888).save(path, "PNG", smallest) ? 0 : 1;
 }
 
 } // namespace
@@ -111,6 +112,7 @@ int main(int argc, char** argv)
         return 2;
     }
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+    QApplication::setFont(QFont(u"DejaVu Sans"_s, 9));
     board::applyLook(application);
     return takePicture(QString::fromLocal8Bit(argv[1]));
 }
