@@ -20,15 +20,15 @@ class FaultProxy;
 
 struct SimulatorOptions
 {
-    int port = 0;              ///< 0: any free one
-    unsigned seed = 1;         ///< of the data it starts with
-    bool tls = false;          ///< HTTPS with a certificate made at start
-    QString certificateFile;   ///< where that certificate is written to; empty: a temporary file
-    QString username = "kelo"; ///< HTTP Basic; empty: no credentials are asked for
+    int port = 0;                 ///< 0: any free one
+    unsigned seed = 1;            ///< of the data it starts with
+    bool tls = false;             ///< HTTPS with a certificate made at start
+    QString certificateFile = {}; ///< where that certificate is written to; empty: a temporary file
+    QString username = "kelo";    ///< HTTP Basic; empty: no credentials are asked for
     QString password = "kelo";
-    std::optional<quint64> faultSeed;        ///< set: a fault proxy stands in front; its chance is drawn from this seed
-    std::size_t workerThreads = 64;          ///< how many connections can be open at once; each one keeps its thread
-    std::function<void(QString const&)> log; ///< gets a line for every request answered, from any thread
+    std::optional<quint64> faultSeed = {};        ///< set: a fault proxy stands in front; its chance is drawn from this seed
+    std::size_t workerThreads = 64;               ///< how many connections can be open at once; each one keeps its thread
+    std::function<void(QString const&)> log = {}; ///< gets a line for every request answered, from any thread
 };
 
 /// A KELO service for one desk: keeps its state in memory, listens on the loopback interface, and can be driven by the

@@ -14,7 +14,6 @@
 #include <QFileInfo>
 
 #include <fcntl.h>
-#include <openssl/pem.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -93,21 +92,6 @@ void write(QString const& path, QByteArray const& content)
     }
 }
 
-void writeCertificate(QString const& certificatePath, QString const& keyPath)
-{
-    using File = std::unique_ptr<std::FILE, Freed<&std::fclose>>;
-    Key const key = makeKey();
-    Certificate const certificate = makeCertificate(TlsOptions(), key.get());
-    File const certificateFile(std::fopen(certificatePath.toUtf8().constData(), "w"));
-    File const keyFile(std::fopen(keyPath.toUtf8().constData(), "w"));
-    if (certificateFile == nullptr || keyFile == nullptr
-        || PEM_write_X509(certificateFile.get(), certificate.get()) != 1
-        || PEM_write_PrivateKey(keyFile.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) != 1)
-    {
-        throw std::runtime_error("The certificate of nginx cannot be written");
-    }
-}
-
 /// What it complains about goes to the file `errors`, if there is one. Not by QProcess: the thread sanitizer loses
 /// count of who waited for whom when that makes a process.
 pid_t spawn(std::vector<std::string> command, QByteArray const& errors)
@@ -141,7 +125,9 @@ Nginx::Nginx(NginxOptions const& options)
 {
     std::array const listeners{listenOnLoopback(port_), listenOnLoopback(tlsPort_)};
     std::array const owners{ServerSocket(listeners[0]), ServerSocket(listeners[1])};
-    writeCertificate(path("certificate.pem"), path("key.pem"));
+    Key const key = makeKey();
+    write(path("certificate.pem"), toPem(makeCertificate(TlsOptions(), key.get()).get()));
+    write(path("key.pem"), toPem(key.get()));
     write(path("nginx.conf"), configurationFor(options, port_, tlsPort_));
     QDir(folder_.path()).mkdir(QStringLiteral("files"));
     std::vector<std::string> const arguments{program, "-p",       folder_.path().toStdString(), "-c", "nginx.conf",
