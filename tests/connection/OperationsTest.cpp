@@ -491,34 +491,6 @@ TEST(Operations, ValuesAreFilledInAsTheyStand)
     std::for_each(std::begin(oddValues), std::end(oddValues), &expectOnTheWire);
 }
 
-struct Write
-{
-    char const* name;
-    std::function<rest::RestReplyStatus(Client)> send;
-};
-
-void expectSentOnce(Write const& write, testkit::Action const& drop, bool reused)
-{
-    SCOPED_TRACE(std::string(write.name) + (reused ? " on a reused connection" : " on a fresh connection"));
-    testkit::RawServer const server([&drop](testkit::RawRequest const& request)
-                                 { return request.method == "GET" ? testkit::reply(200) : drop; });
-    auto const connection = connectTo(server);
-    std::size_t before = 0;
-    if (reused)
-    {
-        got(connection->getShippingAddresses(u"I"_s));
-        before = 1;
-    }
-    rest::RestReplyStatus const status = write.send(*connection);
-    EXPECT_EQ(status.kind, 1U);
-    EXPECT_EQ(kelo::errorCode(status), KeloErrorCode::NoConnection);
-    EXPECT_THAT(status.message.toStdString(), testing::HasSubstr("may have processed"));
-    std::vector<testkit::RawRequest> const requests = server.requests();
-    ASSERT_EQ(requests.size(), before + 1);
-    // Without a body, only a new connection keeps the transport from sending again.
-    EXPECT_EQ(requests.back().connection, reused && requests.back().body.isEmpty() ? 2 : 1);
-}
-
 TEST(Operations, ACaseDesignerOrderHasATimeOutOfItsOwn)
 {
     testkit::RawServer const server([](testkit::RawRequest const&) { return testkit::stall(); });
@@ -529,26 +501,6 @@ TEST(Operations, ACaseDesignerOrderHasATimeOutOfItsOwn)
     EXPECT_EQ(connection->createOrder(order()).get().status.kind, 1U);
     EXPECT_FALSE(caseDesignerOrder.isFinished()) << "though it was sent before";
     caseDesignerOrder.cancel();
-}
-
-TEST(Operations, AWriteIsNeverSentTwice)
-{
-    Write const writes[] = {
-        {"createOrder", [](Client c) { return c.createOrder(order()).get().status; }},
-        {"createServiceOrder", [](Client c) { return c.createServiceOrder(serviceOrder()).get().status; }},
-        {"createIPSOrder", [](Client c) { return c.createIPSOrder(ipsOrder()).get().status; }},
-        {"postFinishCadOrder", [](Client c) { return c.postFinishCadOrder(u"R"_s).get().status; }},
-        {"putFinishCadOrder", [](Client c) { return c.putFinishCadOrder(u"R"_s).get().status; }},
-        {"createRequest", [](Client c) { return c.createRequest(newRequest()).get().status; }},
-    };
-    for (Write const& write : writes)
-    {
-        for (testkit::Action const& drop : {testkit::closeNow(), testkit::resetNow(), testkit::reply(200, "{}").truncatedTo(20)})
-        {
-            expectSentOnce(write, drop, false);
-            expectSentOnce(write, drop, true);
-        }
-    }
 }
 
 } // namespace

@@ -181,42 +181,6 @@ TEST(Tls, certificatesOfOnesOwnCountOnTheirConnectionOnly)
     EXPECT_LE(readsOfSystemAuthorities() - reads, 1);
 }
 
-TEST(Tls, redirectsStayOnTheOrigin)
-{
-    RawServer const plain;
-    RawServer const other({}, {true, {}, good});
-    QByteArray location;
-    RawServer const server(
-        [&location](RawRequest const& request) {
-            return request.target == "/x" ? reply(302, "{}", {{"Location", location}}) : reply(200);
-        },
-        {true, {}, good});
-    QByteArray const port = QByteArray::number(server.port());
-    struct
-    {
-        QByteArray location;
-        int status = 302;
-    } const rows[] = {
-        {"/y", 200},
-        {"https://127.0.0.1:" + port + "/y", 200},
-        {plain.url().toEncoded() + "/y"},
-        {"http://127.0.0.1:" + port + "/y"},
-        {other.url().toEncoded() + "/y"},
-        {"https://localhost:" + port + "/y"},
-        {"//localhost:" + port + "/y"},
-    };
-    auto const connection = connectTo(server.url());
-    int connections = 1;
-    for (auto const& row : rows)
-    {
-        SCOPED_TRACE(row.location.toStdString());
-        location = row.location;
-        EXPECT_EQ(send(*connection)->httpStatusCode(), row.status);
-        EXPECT_EQ(server.connectionCount(), connections);
-    }
-    EXPECT_EQ(plain.connectionCount() + other.connectionCount(), 0);
-}
-
 } // namespace
 
 } // namespace test

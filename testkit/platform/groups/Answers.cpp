@@ -18,7 +18,7 @@ QByteArray const body = "{\"a\":1}";
 
 struct Answer
 {
-    char const* what;
+    char const* what = nullptr;
     Action action;
     int status = 200;
     QByteArray document = {}; ///< empty: none
@@ -86,7 +86,7 @@ void interimAnswersArePassedOver()
 
 struct BrokenAnswer
 {
-    char const* what;
+    char const* what = nullptr;
     Action action;
 };
 

@@ -36,6 +36,7 @@ void canceledDownloadIsSilent()
     RawServer server([](RawRequest const&) { return reply(200).afterRelease(); });
     auto const connection = connectTo(server.url());
     std::atomic<bool> isCalled = false;
+    doing("cancelling a download");
     auto const call = connection->downloadBinary(
         relative("/x"), [&isCalled](BinaryReply const&) { isCalled = true; }, 0ms);
     require(server.waitForHeld(1), "the server does not get the request");
@@ -53,6 +54,7 @@ void canceledUploadStops()
                                     return request.method == "PUT" ? std::optional(stall()) : std::nullopt;
                                 }});
     auto const connection = connectTo(server.url());
+    doing("cancelling an upload of 20 MB");
     // More than sockets hold, so that it is still being sent.
     auto const call = connection->request(write(HttpMethod::Put, QByteArray(20'000'000, 'x')));
     require(server.waitForHeld(1), "the server does not get the request");

@@ -29,6 +29,7 @@ void requireCanceledBy(End const& end)
     auto const download = connection->downloadBinary(
         relative("/x"), [](BinaryReply const&) {}, 0ms);
     require(server.waitForRequests(1), "the server gets no request");
+    doing("20 calls and a download are pending");
     end(connection);
     for (rest::FutureJsonReply const& call : calls)
     {

@@ -74,11 +74,11 @@ void withoutContextWhereItFinishes()
         });
     other.join();
     require(early.isFinished(), "it has not run when setValue() returns");
-    require(early.get() == finisher, "it has not run on the thread that finishes the future");
+    require(valueOf(early) == finisher, "it has not run on the thread that finishes the future");
     doing("one attached late");
     auto const late = promise.future().then(where);
     require(late.isFinished(), "it has not run when then() returns");
-    require(late.get() == std::this_thread::get_id(), "it has run on another thread");
+    require(valueOf(late) == std::this_thread::get_id(), "it has run on another thread");
 }
 
 void contextDecidesTheThread()

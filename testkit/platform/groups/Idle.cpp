@@ -10,7 +10,7 @@ namespace
 
 struct Incident
 {
-    char const* what;
+    char const* what = nullptr;
     Action firstAnswer;
 };
 

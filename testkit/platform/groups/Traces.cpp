@@ -26,9 +26,9 @@ void oncePerExchangeBeforeItsFuture()
     connection->setTraceCallback([&traces](auto const&) { ++traces; });
     struct
     {
-        char const* what;
+        char const* what = nullptr;
         rest::HttpRequestData data;
-        int traces;
+        int traces = 0;
     } const calls[] = {
         {"an answered call", get("/y"), 1}, {"a lost write", writeJson(), 2}, {"a redirected call", get("/hop"), 4}};
     for (auto const& call : calls)

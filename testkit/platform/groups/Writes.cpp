@@ -13,7 +13,7 @@ namespace
 
 struct Loss
 {
-    char const* what;
+    char const* what = nullptr;
     Action action;
 };
 
