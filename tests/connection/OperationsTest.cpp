@@ -10,8 +10,9 @@
 
 #include <KeloCommunicationLib/KeloCommunicationLib.h>
 #include <platform/core/HostEnvironment.h>
-#include <tests/connection/ServiceDocument.h>
+#include <testkit/OperationList.h>
 #include <testkit/RawServer.h>
+#include <tests/connection/ServiceDocument.h>
 
 namespace
 {
@@ -88,8 +89,9 @@ void expectOnTheWire(Row const& row)
     static test::ServiceDocument const document(KELO_SERVICE_DOCUMENT);
     EXPECT_EQ(document.refused(row.method, row.target, row.body, row.reply), "");
     // A logo that a list asks for afterwards is not there.
-    testkit::RawServer const server([&row](testkit::RawRequest const& request)
-                                 { return request.number == 1 ? testkit::reply(200, row.reply) : testkit::reply(404, ""); });
+    testkit::RawServer const server(
+        [&row](testkit::RawRequest const& request)
+        { return request.number == 1 ? testkit::reply(200, row.reply) : testkit::reply(404, ""); });
     EXPECT_EQ(row.call.run(*connectTo(server)), row.decoded);
     ASSERT_EQ(server.requestCount(), row.target.contains("/PartnerCases/") ? 2 : 1);
     testkit::RawRequest const request = server.requests().front();
@@ -455,7 +457,10 @@ TEST(Operations, EachIsOneExchange)
         std::for_each(family.begin(), family.end(), &expectOnTheWire);
         count += family.size();
     }
-    EXPECT_EQ(count, 69U);
+    // The doubles' list has them all: their classes would not compile otherwise.
+#define KELO_COUNT(...) +1
+    EXPECT_EQ(count, 0U KELO_TESTKIT_OPERATIONS(KELO_COUNT) KELO_TESTKIT_OVERLOADS(KELO_COUNT));
+#undef KELO_COUNT
 }
 
 Call idOf(QString const& installation, QString const& key)
