@@ -1,12 +1,11 @@
 // Whom the library believes to be the service. The certificates come from one authority, which this program trusts.
 #include <array>
-#include <cstdio>
 #include <utility>
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <arpa/inet.h>
-#include <openssl/pem.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -114,13 +113,13 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
 
 QString pemFile(QString const& path, std::initializer_list<TestAuthority const*> authorities, char const* end = "")
 {
-    FILE* const file = std::fopen(path.toLocal8Bit().constData(), "w");
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     for (auto const* authority : authorities)
     {
-        PEM_write_X509(file, authority->certificate());
+        file.write(authority->pem());
     }
-    std::fputs(end, file);
-    std::fclose(file);
+    file.write(end);
     return path;
 }
 
