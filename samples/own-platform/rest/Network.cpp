@@ -3,6 +3,7 @@
 #include <utility>
 
 #include <QCoreApplication>
+#include <QHostAddress>
 #include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 
@@ -29,11 +30,14 @@ public:
 
 void useProxies(QNetworkAccessManager& manager, bool systems)
 {
-    bool const uses = manager.proxyFactory() != nullptr;
-    if (uses != systems)
+    // Either takes the place of the other.
+    if (!systems)
     {
-        manager.setProxyFactory(systems ? new SystemProxies : nullptr);
         manager.setProxy(QNetworkProxy::NoProxy);
+    }
+    else if (manager.proxyFactory() == nullptr)
+    {
+        manager.setProxyFactory(new SystemProxies);
     }
 }
 
@@ -86,7 +90,6 @@ std::shared_ptr<QNetworkAccessManager> Network::makeManager()
 {
     std::shared_ptr<QNetworkAccessManager> manager(
         new QNetworkAccessManager, [](QNetworkAccessManager* unused) { unused->deleteLater(); });
-    manager->setProxy(QNetworkProxy::NoProxy);
     manager->moveToThread(&thread_);
     return manager;
 }

@@ -65,6 +65,14 @@ std::shared_ptr<NetworkReply<Body>> replyOf(Outcome const& outcome, Body body)
     return std::make_shared<NetworkReply<Body>>(outcome.httpStatus, kind, code, text, std::move(body));
 }
 
+Outcome notSent()
+{
+    Outcome outcome;
+    outcome.error = QNetworkReply::OperationCanceledError;
+    outcome.errorText = QStringLiteral("The request was not sent: there is no connection, or its URL is none.");
+    return outcome;
+}
+
 void guarded(std::function<void()> const& call)
 {
     try
@@ -206,18 +214,11 @@ threading::Future<T> Session::send(std::optional<Exchange> exchange, Finish<T> f
 {
     auto const promise = std::make_shared<threading::Promise<T>>();
     threading::Future<T> const future = promise->future();
-    if (!exchange)
-    {
-        Outcome outcome;
-        outcome.error = QNetworkReply::OperationCanceledError;
-        outcome.errorText = QStringLiteral("The request was not sent: there is no connection.");
-        finish(outcome, *promise);
-        return future;
-    }
     auto const id = network_->nextId();
+    if (!exchange || !add(id, [future] { future.cancel(); }))
     {
-        std::lock_guard const lock(mutex_);
-        pending_.emplace(id, [future] { future.cancel(); });
+        guarded([&] { finish(notSent(), *promise); });
+        return future;
     }
     promise->onCancel(
         [id, weak = weak_from_this()]
@@ -237,6 +238,18 @@ threading::Future<T> Session::send(std::optional<Exchange> exchange, Finish<T> f
     };
     network_->start(id, std::move(*exchange), done);
     return future;
+}
+
+bool Session::add(Network::CallId id, std::function<void()> cancel)
+{
+    std::lock_guard const lock(mutex_);
+    // Closed meanwhile, nobody would cancel it any more.
+    if (!baseUrl_)
+    {
+        return false;
+    }
+    pending_.emplace(id, std::move(cancel));
+    return true;
 }
 
 void Session::complete(Network::CallId id, Outcome const& outcome, std::function<void()> const& finish)

@@ -49,6 +49,8 @@ private:
     std::optional<Exchange> exchangeFor(HttpRequestData const& data) const;
     template <class T>
     threading::Future<T> send(std::optional<Exchange> exchange, Finish<T> finish);
+    /// False if the session is closed.
+    bool add(Network::CallId id, std::function<void()> cancel);
     void complete(Network::CallId id, Outcome const& outcome, std::function<void()> const& finish);
     void abandon(Network::CallId id);
     bool beginCompletion(Network::CallId id);
