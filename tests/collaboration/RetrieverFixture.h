@@ -1,6 +1,5 @@
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -12,28 +11,8 @@
 #include <testkit/MockConnection.h>
 #include <testkit/Replies.h>
 
-namespace testkit
-{
-
-template <class T>
-rest::RestReply<T> success(T value)
-{
-    return {succeeded(), std::move(value)};
-}
-
-template <class T>
-rest::RestReply<T> refusal()
-{
-    return refused(17, QStringLiteral("Refused"), 500);
-}
-
-} // namespace testkit
-
 namespace test
 {
-
-template <class T>
-using PendingReply = threading::Promise<rest::RestReply<T>>;
 
 /// A retriever over a double, on a thread whose events the test runs.
 class RetrieverFixture : public testing::Test
