@@ -1,4 +1,4 @@
-# Draws the plots of docs/performance.md. Called by scripts/bench --plots, which sets `results` and `plots`.
+# Draws the plots of docs/performance.md and docs/polling.md. Called by scripts/bench --plots, which sets `results` and `plots`.
 set terminal svg size 800,480 font "sans,14" background "white"
 set key above vertical maxrows 3
 set grid
@@ -24,3 +24,15 @@ set ylabel "calls a second"
 plot results."/calls.dat" index 0 using 1:2 with linespoints lw 2 title "library, into records", \
      "" index 1 using 1:2 with linespoints lw 2 title "libcurl multi loop, QJsonDocument", \
      "" index 2 using 1:2 with linespoints lw 2 title "Qt's access manager, QJsonDocument"
+
+set output plots."/outage.svg"
+unset logscale x
+set logscale y
+set xrange [-2:20]
+set yrange [0.05:100]
+set xtics 2
+set xlabel "minutes since the service went away, for ten minutes"
+set ylabel "requests a second over the steady load"
+plot results."/outage.dat" index 2 using 1:2 with lines lw 2 lc 3 title "again after 1 s", \
+     "" index 1 using 1:2 with lines lw 2 lc 2 title "fixed interval", \
+     "" index 0 using 1:2 with lines lw 2 lc 1 title "RequestPoller"

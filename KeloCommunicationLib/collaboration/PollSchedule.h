@@ -10,7 +10,7 @@ struct KELO_EXPORT PollSettings
 {
     std::chrono::milliseconds interval{60000}; ///< between two polls; at least 1 s
     double jitter = 0.15;                      ///< every interval is longer or shorter by up to this share of it
-    double begin = 3;                          ///< the longest wait before the first poll, in intervals
+    double begin = 4;                          ///< the longest wait before the first poll, in intervals
     double firstRetry = 2;                     ///< the longest wait after a failure, in intervals; it doubles with each
     double longestRetry = 5;                   ///< failure until it is this
     double refused = 15;                       ///< the wait after refused credentials, in intervals

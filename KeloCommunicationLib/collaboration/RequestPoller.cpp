@@ -110,10 +110,7 @@ void RequestPoller::start()
     }
     isStarted_ = true;
     schedule_ = PollSchedule(settings_);
-    if (!retriever_)
-    {
-        waitToBegin();
-    }
+    waitToBegin();
     Q_EMIT stateChanged(state());
 }
 

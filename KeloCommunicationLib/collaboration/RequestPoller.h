@@ -24,7 +24,7 @@ struct KELO_EXPORT RequestChanges
 {
     std::vector<collaboration::ExtendedRequestDetails> added;
     std::vector<collaboration::ExtendedRequestDetails> changed;
-    QList<QString> removed; ///< ids of requests that the service does not have any more
+    QList<QString> removed; ///< ids of known requests that the service does not have any more
 };
 
 /// Polls for requests that are new, changed or gone for as long as it lives, in a way that the service survives when
@@ -59,7 +59,7 @@ public:
         TessalyConnectionInterface const& connection, std::unique_ptr<PollClock> clock, QObject* parent = nullptr);
     ~RequestPoller() override;
 
-    /// The kinds of requests to poll for. As all settings it is for before `start()`.
+    /// The kinds of requests to poll for, all unless told. As all settings it is for before `start()`.
     void setTypes(std::vector<collaboration::RequestType> types);
     /// Which requests of these kinds the host has already; none unless told.
     void setKnownRequests(std::vector<collaboration::RequestInfo> known);
