@@ -231,23 +231,6 @@ TEST_F(RequestDetailsRetrieverTest, ReceiverMayStartTheNextSweepAndDeleteTheRetr
     EXPECT_EQ(retriever_, nullptr);
 }
 
-TEST_F(RequestDetailsRetrieverTest, RepliesAfterItsEndAreNotHandled)
-{
-    PendingReply<std::vector<RequestInfo>> list;
-    startPoll(list, {});
-    expectThreeKinds();
-    retriever_->execute();
-    scan_.succeed(groupOf<SessionDetails>(u"s"_qs));
-    std::thread network([this] { template_.succeed(groupOf<TemplateRequestDetail>(u"t"_qs)); });
-    std::thread another([&list] { list.succeed(std::vector<RequestInfo>{{u"n"_qs, {}, RequestType::LabDesign}}); });
-    retriever_.reset();
-    network.join();
-    another.join();
-    restoration_.succeed(groupOf<RestorationRequestDetail>(u"r"_qs));
-    runEvents();
-    EXPECT_EQ(finished_, 0);
-}
-
 TEST_F(RequestDetailsRetrieverTest, KeepsReferralsWithAFileOfThePartner)
 {
     FileInfo foreign;

@@ -59,13 +59,4 @@ TEST_F(RestorationLookUp, ProcessesEventsUntilAnotherThreadBringsTheReply)
     EXPECT_EQ(found->requestType, RequestType::CentralizedRestoration);
 }
 
-TEST_F(RestorationLookUp, EndsWhenTheCallIsCancelledMeanwhile)
-{
-    testkit::PendingReply<std::vector<RestorationRequestDetail>> pending;
-    EXPECT_CALL(connection_, getRestorationRequestDetails(_, _)).WillOnce(Return(pending.future()));
-    QMetaObject::invokeMethod(
-        &retriever_, [&] { pending.future().cancel(); }, Qt::QueuedConnection);
-    EXPECT_FALSE(retriever_.getRestorationRequestDetails(wanted_).has_value());
-}
-
 } // namespace

@@ -7,8 +7,8 @@
 #include <QImage>
 
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
-#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
+#include <tests/support/LogCapture.h>
 
 using namespace std::chrono_literals;
 
@@ -242,22 +242,6 @@ TEST(LogoChain, DestroyedConnectionEndsTheCallBeforeItIsGone)
     ASSERT_TRUE(finished.isFinished());
     ASSERT_EQ(finished.get().value.size(), 3U);
     EXPECT_FALSE(finished.get().value[1].getLogo());
-}
-
-TEST(LogoChain, ConnectionMayDieOrTheCallerGiveUpAtAnyMoment)
-{
-    for (int round = 0; round < 60; ++round)
-    {
-        Service service;
-        auto const future = service.getPartners();
-        service.server.waitForRequests(1 + round % 4);
-        if (round % 2 == 0)
-        {
-            future.cancel();
-        }
-        service.connection.reset();
-        ASSERT_TRUE(future.isFinished());
-    }
 }
 
 } // namespace
