@@ -63,8 +63,8 @@ void Call::start()
     reply_->setParent(this);
     connect(reply_, &QNetworkReply::readyRead, this, &Call::read);
     connect(reply_, &QNetworkReply::finished, this, &Call::finish);
-    connect(reply_, &QNetworkReply::uploadProgress, this, &Call::handleLifeSign);
-    connect(reply_, &QNetworkReply::downloadProgress, this, &Call::handleLifeSign);
+    connect(reply_, &QNetworkReply::uploadProgress, this, &Call::handleProgress);
+    connect(reply_, &QNetworkReply::downloadProgress, this, &Call::handleProgress);
     connect(
         reply_, &QNetworkReply::requestSent, this,
         [this]
@@ -91,7 +91,8 @@ QNetworkReply* Call::send()
 
 void Call::read()
 {
-    handleLifeSign();
+    exchange_.sinceLastHeard->start();
+    handleProgress();
     outcome_.body += reply_->readAll();
     if (outcome_.body.size() > exchange_.replySizeLimit)
     {
@@ -99,9 +100,8 @@ void Call::read()
     }
 }
 
-void Call::handleLifeSign()
+void Call::handleProgress()
 {
-    exchange_.sinceLastHeard->start();
     if (exchange_.isTransfer)
     {
         timer_.start(intervalFor(exchange_.timeout));

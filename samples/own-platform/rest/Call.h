@@ -24,7 +24,7 @@ private:
     void start();
     QNetworkReply* send();
     void read();
-    void handleLifeSign();
+    void handleProgress();
     void handleTimeout();
     void fail(QNetworkReply::NetworkError error, QString const& text);
     void finish();
