@@ -212,7 +212,7 @@ void writeLoad(std::FILE* file, Policy const& policy, std::vector<double> const&
     for (std::size_t second = 0; second + 5 <= load.size(); second += 5)
     {
         auto const first = load.begin() + static_cast<std::ptrdiff_t>(second);
-        double const minutes = (static_cast<double>(second) - static_cast<double>(outageBegin / slotsPerSecond)) / 60;
+        double const minutes = (static_cast<double>(second) - static_cast<double>(outageBegin) / slotsPerSecond) / 60;
         std::fprintf(file, "%.3f\t%.4f\n", minutes, *std::max_element(first, first + 5));
     }
     std::fprintf(file, "\n\n");
