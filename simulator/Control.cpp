@@ -1,7 +1,13 @@
 #include "simulator/Control.h"
 
-#include "simulator/Service.h"
+#include "simulator/StateJson.h"
+#include "simulator/Verification.h"
 #include "simulator/faults/ServiceFaultKinds.h"
+#include "simulator/faults/ToxicKinds.h"
+
+#include <QJsonDocument>
+
+#include <arpa/inet.h>
 
 namespace simulator
 {
@@ -9,141 +15,319 @@ namespace simulator
 namespace
 {
 
+constexpr qint64 most = 1'000'000;
+
+constexpr Member resetMembers[] = {
+    integer("Seed", 0, 4'294'967'295, nullptr, "of other data; the data it started with unless given"),
+};
+
 constexpr Member partnerActionMembers[] = {
-    {"Action", Kind::Text},
-    {"RequestId", Kind::Text, false},
-    {"Type", Kind::Integer, false},
-    {"ConnectionId", Kind::Text, false},
-    {"Status", Kind::Integer, false},
-    {"Text", Kind::Text, false},
-    {"Name", Kind::Text, false},
-    {"FileType", Kind::Text, false},
-    {"Size", Kind::Integer, false},
-    {"PatientFirstName", Kind::Text, false},
-    {"PatientLastName", Kind::Text, false},
+    {"Action", Kind::Text, true, {}, "note, addFile, status, reply (all three), withdraw or create"},
+    optional("RequestId", Kind::Text, "the request; not for create"),
+    optional("Type", Kind::Integer, "create: the kind of request, from 0 to 7"),
+    optional("ConnectionId", Kind::Text, "create: the partner; the first unless given"),
+    optional("Status", Kind::Integer, "status, reply: the new one"),
+    optional("Text", Kind::Text, "note, reply: what the partner says"),
+    optional("Name", Kind::Text, "addFile, reply: the file's name"),
+    optional("FileType", Kind::Text, "addFile, reply"),
+    integer("Size", 0, 1LL << 50, nullptr, "addFile, reply: bytes"),
+    optional("PatientFirstName", Kind::Text, "create"),
+    optional("PatientLastName", Kind::Text, "create"),
 };
 
-constexpr Member advanceOrderMembers[] = {{"Action", Kind::Text}, {"Reference", Kind::Text}};
-
-constexpr Member faultMembers[] = {
-    {"Kind", Kind::Text},
-    {"Operation", Kind::Text, false},
-    {"Times", Kind::Integer, false},
-    {"Milliseconds", Kind::Integer, false},
-    {"Status", Kind::Integer, false},
-    {"Body", Kind::Any, false},
-    {"Member", Kind::Text, false},
-    {"Location", Kind::Text, false},
-    {"Seconds", Kind::Integer, false},
-    {"Mebibytes", Kind::Integer, false},
+constexpr Member advanceOrderMembers[] = {
+    {"Action", Kind::Text, true, {}, "advanceOrder: the order gets to its next state"},
+    {"Reference", Kind::Text, true, {}, "of the order"},
 };
 
-constexpr Member toxicMembers[] = {
-    {"Type", Kind::Text},
-    {"Stream", Kind::Text, false},
-    {"Toxicity", Kind::Any, false},
-    {"Attributes", Kind::Any, false},
+constexpr Member journalQuery[] = {
+    optional("operation", Kind::Text, "only those of the operation"),
+    optional("method", Kind::Text, "only those with the HTTP method"),
+    integer("status", 0, 599, nullptr, "only those answered with the status; 0: the connection was closed"),
+    integer("since", 0, std::numeric_limits<qint64>::max(), nullptr, "only those with a greater number"),
+    integer("limit", 0, most, nullptr, "only the last so many"),
 };
-
-Answer reset(Desk& desk, Call const& call)
-{
-    auto const seed = call["Seed"].toInteger(desk.seed);
-    desk.reset(static_cast<unsigned>(seed));
-    return Answer::noContent();
-}
 
 faults::FaultProxy& proxyOf(Desk const& desk)
 {
     if (desk.faultProxy == nullptr)
     {
-        throw Refusal(Reason::NotNow, "no fault proxy stands in front");
+        throw Refusal(Reason::NotNow, "no fault proxy stands in front; start with --fault-proxy");
     }
     return *desk.faultProxy;
 }
 
-Answer addToxic(Desk& desk, Call const& call)
-try
+QJsonObject objectOf(QByteArray const& body)
 {
-    proxyOf(desk).add(faults::ToxicSettings::fromJson(call.body));
-    return Answer::noContent();
-}
-catch (std::invalid_argument const& error)
-{
-    throw Refusal(Reason::BadValue, QString::fromUtf8(error.what()));
-}
-
-Answer clearToxics(Desk& desk)
-{
-    proxyOf(desk).clear();
-    return Answer::noContent();
+    auto const document = QJsonDocument::fromJson(body);
+    if (!document.isObject())
+    {
+        throw Refusal(Reason::MalformedBody, {});
+    }
+    return document.object();
 }
 
-Answer clearJournal(Desk& desk)
+Answer reset(Desk& desk, Call const& call)
+{
+    if (!call.raw.isEmpty())
+    {
+        auto const body = objectOf(call.raw);
+        check(resetMembers, body);
+        if (body.contains("Seed"))
+        {
+            desk.start = seededState(static_cast<unsigned>(body["Seed"].toInteger()));
+        }
+    }
+    desk.reset();
+    return Answer::noContent();
+}
+
+Answer getJournal(Desk& desk, Call const& call)
+{
+    Journal::Filter filter = {
+        .operation = call.text("operation"),
+        .method = call.text("method"),
+        .since = static_cast<quint64>(call["since"].toInteger())};
+    if (!call["status"].isUndefined())
+    {
+        filter.status = call.number("status");
+    }
+    return Answer::json(desk.journal.toJson(filter, static_cast<std::size_t>(call["limit"].toInteger(most))));
+}
+
+Answer putState(Desk& desk, Call const& call)
+{
+    if (call.rawSize > call.raw.size())
+    {
+        throw Refusal(Reason::MalformedBody, QStringLiteral("longer than %1 bytes").arg(call.raw.size()));
+    }
+    desk.state = stateFromText(call.raw);
+    return Answer::noContent();
+}
+
+Answer getState(Desk& desk, Call const&)
+{
+    return Answer::page(toJson(desk.state));
+}
+
+Answer clearJournal(Desk& desk, Call const&)
 {
     desk.journal.clear();
     return Answer::noContent();
 }
 
-Answer clearFaults(Desk& desk)
+Answer listFaults(Desk& desk, Call const&)
+{
+    return Answer::json(desk.faults.toJson());
+}
+
+Answer clearFaults(Desk& desk, Call const&)
 {
     desk.faults.clear();
     return Answer::noContent();
 }
 
+Answer numbered(int id)
+{
+    return Answer::json(QJsonObject{{"Id", id}});
+}
+
+Answer removed(bool wasThere, Call const& call)
+{
+    if (!wasThere)
+    {
+        throw Refusal(Reason::UnknownId, call.id());
+    }
+    return Answer::noContent();
+}
+
+Answer removeFault(Desk& desk, Call const& call)
+{
+    return removed(desk.faults.remove(call.id().toInt()), call);
+}
+
+Answer addToxic(Desk& desk, Call const& call)
+{
+    return numbered(proxyOf(desk).add(faults::ToxicSettings::fromJson(call.body))->id);
+}
+
+Answer listToxics(Desk& desk, Call const&)
+{
+    return Answer::json(proxyOf(desk).toJson());
+}
+
+Answer clearToxics(Desk& desk, Call const&)
+{
+    proxyOf(desk).clear();
+    return Answer::noContent();
+}
+
+Answer removeToxic(Desk& desk, Call const& call)
+{
+    return removed(proxyOf(desk).remove(call.id().toInt()), call);
+}
+
+/// The query as the members of an object, numbers as numbers.
+QJsonObject checkedQuery(Route const& route, QHash<QString, QString> const& query)
+try
+{
+    QJsonObject json;
+    for (auto const& key : query.keys())
+    {
+        bool isNumber = false;
+        auto const number = query[key].toLongLong(&isNumber);
+        json.insert(key, isNumber ? QJsonValue(number) : QJsonValue(query[key]));
+    }
+    check(route.query, json);
+    return json;
+}
+catch (Refusal const& refusal)
+{
+    throw Refusal(Reason::BadQuery, refusal.what());
+}
+
+bool isIpAddress(QByteArray const& host)
+{
+    in_addr address = {};
+    return ::inet_pton(AF_INET, host.constData(), &address) == 1;
+}
+
+template <class Kinds>
+QJsonArray describeKinds(char const* key, Kinds const& kinds, auto parametersOf)
+{
+    QJsonArray array;
+    for (auto const* kind : kinds)
+    {
+        array.append(
+            QJsonObject{{key, kind->name}, {"Meaning", kind->meaning}, {"Parameters", describe(parametersOf(*kind))}});
+    }
+    return array;
+}
+
 } // namespace
 
-void addFault(Desk& desk, Router const& contract, QJsonObject const& rule)
+Control::Control(Desk& desk, Router const& contract, QByteArray listenAddress)
+    : desk_(desk), contract_(contract), listenAddress_(std::move(listenAddress)), routes_(resources())
 {
-    auto const* kind = faults::findServiceFaultKind(rule["Kind"].toString());
-    if (kind == nullptr)
+}
+
+bool Control::isControl(Target const& target)
+{
+    return target.path == "/_control" || target.path.startsWith("/_control/");
+}
+
+// One row a resource; the sentence is what GET /_control says of it.
+// clang-format off
+std::vector<Route> Control::resources()
+{
+    auto const on = [this](Answer (*answer)(Desk&, Call const&)) -> Handler
+    { return [this, answer](Call const& call) { return answer(desk_, call); }; };
+    auto const index = [this](Call const&) { return Answer::page(this->index()); };
+    auto const addFault = [this](Call const& call) { return numbered(this->addFault(objectOf(call.raw))); };
+    auto const verifyJournal = [this](Call const& call)
     {
-        throw Refusal(Reason::BadValue, "Kind");
-    }
-    check(faultMembers, rule);
-    auto const operation = rule["Operation"].toString("*");
-    if (operation != QLatin1String("*") && !contract.knowsOperation(operation))
-    {
-        throw Refusal(Reason::BadValue, "Operation");
-    }
-    if (kind->writesRaw && desk.speaksTls)
+        verify(desk_.journal, call.body, contract_.operations());
+        return Answer::json(QJsonObject{{"Verified", true}});
+    };
+    using faults::toxicMembers;
+    return {
+        {"index", "GET", "/_control", {}, index, {}, "this list"},
+        {"index", "GET", "/_control/", {}, index, {}, "this list"},
+        {"reset", "POST", "/_control/reset", {}, on(reset), {}, "as freshly started: its first data, no journal, no faults of the service; {\"Seed\": n} makes other data"},
+        {"getState", "GET", "/_control/state", {}, on(getState), {}, "all data, as --data takes them"},
+        {"putState", "PUT", "/_control/state", {}, on(putState), {}, "puts other data in the place of all, until the next reset"},
+        {"advanceOrder", "POST", "/_control/partner-action", advanceOrderMembers, advanceOrder, {}, "what the service does with an order meanwhile"},
+        {"partnerAction", "POST", "/_control/partner-action", partnerActionMembers, partnerAction, {}, "what a partner does with a request meanwhile"},
+        {"getJournal", "GET", "/_control/journal", {}, on(getJournal), journalQuery, "requests with their answers, oldest first; the oldest go when there are too many"},
+        {"clearJournal", "DELETE", "/_control/journal", {}, on(clearJournal), {}, "forgets them"},
+        {"verify", "POST", "/_control/verify", expectationsMembers, verifyJournal, {}, "200 if the journal holds what is expected, else 409 with the difference"},
+        {"addFault", "POST", "/_control/fault", {}, addFault, {}, "spoils coming calls; answers the number of the fault"},
+        {"listFaults", "GET", "/_control/faults", {}, on(listFaults), {}, "the faults, and how often each has struck"},
+        {"clearFaults", "DELETE", "/_control/faults", {}, on(clearFaults), {}, "takes them away"},
+        {"removeFault", "DELETE", "/_control/faults/{}", {}, on(removeFault), {}, "takes one away by its number"},
+        {"addToxic", "POST", "/_control/toxic", toxicMembers, on(addToxic), {}, "spoils the line at the fault proxy; better sent to the address without the faults"},
+        {"listToxics", "GET", "/_control/toxics", {}, on(listToxics), {}, "the toxics, and how often each has struck"},
+        {"clearToxics", "DELETE", "/_control/toxics", {}, on(clearToxics), {}, "takes them away"},
+        {"removeToxic", "DELETE", "/_control/toxics/{}", {}, on(removeToxic), {}, "takes one away by its number"},
+        {"orders", "GET", "/_control/orders", {}, storedOrders, {}, "every order with its uploads, and how many orders its body has created"},
+        {"cases", "GET", "/_control/cases", {}, storedCases, {}, "the portal's cases with the files announced to them"},
+        {"stats", "GET", "/_control/stats", {}, storedStatistics, {}, "the usage statistics received"},
+    };
+}
+// clang-format on
+
+Answer Control::handle(HttpRequest const& request, Target const& target)
+{
+    checkOrigin(request);
+    auto const& route = Router::choose(routes_.candidates(request.method, target), request.body);
+    auto const query = checkedQuery(route, target.query);
+    return Router::run(route, target, request, desk_.state, query);
+}
+
+int Control::addFault(QJsonObject const& rule)
+{
+    auto const* const kind = faults::findServiceFaultKind(rule["Kind"].toString());
+    if (kind != nullptr && kind->writesRaw && desk_.speaksTls)
     {
         throw Refusal(Reason::BadValue, "Kind: not over TLS");
     }
-    desk.faults.add(*kind, rule);
+    return desk_.faults.add(rule, contract_.operations());
 }
 
-std::vector<Route> controlRoutes(Desk& desk, Router const& contract)
+void Control::checkOrigin(HttpRequest const& request) const
 {
+    auto const host = request.header("Host");
+    auto const name = host.startsWith('[') ? host.left(host.indexOf(']') + 1) : host.split(':').first();
+    auto const isLoopback = name == "localhost" || name == "[::1]" || (isIpAddress(name) && name.startsWith("127."));
+    // Who makes a name of his own point here has no influence on addresses.
+    auto const isOwn = name == listenAddress_ || (listenAddress_ == "0.0.0.0" && isIpAddress(name));
+    if (!host.isEmpty() && !isLoopback && !isOwn)
+    {
+        throw Refusal(
+            Reason::ForeignPage, "Host " + QString::fromUtf8(host) + "; say 127.0.0.1 or the --listen address");
+    }
+    auto const origin = request.header("Origin");
+    if (!origin.isEmpty() && origin != "http://" + host && origin != "https://" + host)
+    {
+        throw Refusal(Reason::ForeignPage, "Origin " + QString::fromUtf8(origin));
+    }
+}
+
+QJsonObject Control::index() const
+{
+    QJsonArray resources;
+    for (auto const& route : routes_.routes())
+    {
+        QJsonObject resource = {{"Method", route.method}, {"Path", route.path}, {"Meaning", route.meaning}};
+        auto const isFault = QLatin1String(route.operation) == QLatin1String("addFault");
+        if (auto const body = isFault ? faultMembers : route.body.value_or(Schema()); !body.empty())
+        {
+            resource["Body"] = describe(body);
+        }
+        if (!route.query.empty())
+        {
+            resource["Query"] = describe(route.query);
+        }
+        resources.append(resource);
+    }
+    QJsonArray operations;
+    for (auto const& route : contract_.routes())
+    {
+        operations.append(QJsonObject{{"Name", route.operation}, {"Method", route.method}, {"Path", route.path}});
+    }
+    QJsonArray installations;
+    for (auto const& id : desk_.state.installations.keys())
+    {
+        installations.append(QJsonObject{{"Id", id}, {"Name", desk_.state.installations[id]}});
+    }
+    auto const ofFault = [](FaultKind const& kind) { return kind.parameters; };
+    auto const ofToxic = [](faults::ToxicKind const& kind) { return kind.attributes; };
     return {
-        {"reset", "POST", "/_control/reset", {}, [&desk](Call const& call) { return reset(desk, call); }},
-        {"advanceOrder", "POST", "/_control/partner-action", advanceOrderMembers, advanceOrder},
-        {"partnerAction", "POST", "/_control/partner-action", partnerActionMembers, partnerAction},
-        {"journal",
-         "GET",
-         "/_control/journal",
-         {},
-         [&desk](Call const&) { return Answer::json(desk.journal.toJson()); }},
-        {"clearJournal", "DELETE", "/_control/journal", {}, [&desk](Call const&) { return clearJournal(desk); }},
-        {"addFault", "POST", "/_control/fault", faultMembers,
-         [&](Call const& call)
-         {
-             addFault(desk, contract, call.body);
-             return Answer::noContent();
-         }},
-        {"faults", "GET", "/_control/faults", {}, [&desk](Call const&) { return Answer::json(desk.faults.toJson()); }},
-        {"clearFaults", "DELETE", "/_control/faults", {}, [&desk](Call const&) { return clearFaults(desk); }},
-        {"addToxic", "POST", "/_control/toxic", toxicMembers,
-         [&desk](Call const& call) { return addToxic(desk, call); }},
-        {"toxics",
-         "GET",
-         "/_control/toxics",
-         {},
-         [&desk](Call const&) { return Answer::json(proxyOf(desk).toJson()); }},
-        {"clearToxics", "DELETE", "/_control/toxics", {}, [&desk](Call const&) { return clearToxics(desk); }},
-        {"orders", "GET", "/_control/orders", {}, storedOrders},
-        {"cases", "GET", "/_control/cases", {}, storedCases},
-        {"stats", "GET", "/_control/stats", {}, storedStatistics},
-    };
+        {"Resources", resources},
+        {"Installations", installations},
+        {"Operations", operations},
+        {"Faults", describeKinds("Kind", faults::serviceFaultKinds(), ofFault)},
+        {"Toxics", describeKinds("Type", faults::toxicKinds(), ofToxic)}};
 }
 
 } // namespace simulator

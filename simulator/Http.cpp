@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <array>
 
 namespace simulator
@@ -18,7 +19,7 @@ struct ReasonRow
 };
 
 // One row a reason, in the order of the enumeration.
-constexpr std::array<ReasonRow, 13> reasons = {{
+constexpr std::array<ReasonRow, 15> reasons = {{
     {400, "4000", "The body is not a JSON object"},
     {400, "4001", "A required member is missing"},
     {400, "4002", "A member is not known here"},
@@ -28,15 +29,31 @@ constexpr std::array<ReasonRow, 13> reasons = {{
     {400, "4006", "The body refers to something unknown"},
     {400, "4007", "The content is not what was announced"},
     {401, "4010", "The credentials are missing or wrong"},
+    {403, "4030", "The control resources serve no pages of others"},
     {404, "4040", "There is no such resource"},
     {404, "4041", "There is nothing with this id"},
     {405, "4050", "The resource does not take this method"},
     {409, "4090", "It is not the time for this"},
+    {409, "4091", "The journal tells otherwise"},
 }};
 
-static_assert(reasons.size() == static_cast<std::size_t>(Reason::NotNow) + 1);
+static_assert(reasons.size() == static_cast<std::size_t>(Reason::NotVerified) + 1);
+
+std::string sentence(Reason reason, QString const& detail)
+{
+    std::string const text = reasons.at(static_cast<std::size_t>(reason)).text;
+    return detail.isEmpty() ? text : text + ": " + detail.toStdString();
+}
 
 } // namespace
+
+QByteArray HttpRequest::header(char const* name) const
+{
+    auto const found = std::find_if(
+        headers.begin(), headers.end(),
+        [name](auto const& header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
+    return found == headers.end() ? QByteArray() : found->second;
+}
 
 Answer Answer::json(QJsonObject const& object, int status)
 {
@@ -46,6 +63,11 @@ Answer Answer::json(QJsonObject const& object, int status)
 Answer Answer::json(QJsonArray const& array)
 {
     return {.body = QJsonDocument(array).toJson(QJsonDocument::Compact)};
+}
+
+Answer Answer::page(QJsonObject const& object)
+{
+    return {.body = QJsonDocument(object).toJson(QJsonDocument::Indented)};
 }
 
 Answer Answer::noContent()
@@ -58,14 +80,15 @@ Answer Answer::drop()
     return {.status = 0, .dropped = true};
 }
 
-Refusal::Refusal(Reason reason, QString const& detail) : std::runtime_error(detail.toStdString()), reason_(reason) {}
+Refusal::Refusal(Reason reason, QString const& detail)
+    : std::invalid_argument(sentence(reason, detail)), reason_(reason)
+{
+}
 
 Answer Refusal::answer() const
 {
     auto const& row = reasons.at(static_cast<std::size_t>(reason_));
-    auto const detail = QString::fromUtf8(what());
-    auto const text = QString::fromLatin1(row.text);
-    return errorAnswer(row.status, row.code, detail.isEmpty() ? text : text + ": " + detail);
+    return errorAnswer(row.status, row.code, QString::fromUtf8(what()));
 }
 
 Answer errorAnswer(int status, QString const& code, QString const& message)

@@ -14,17 +14,22 @@ namespace simulator
 {
 
 /// What arrived on the wire; the target is kept exactly as the client wrote it. Size and MD5 are taken while the body
-/// arrives, so that uploads of any length need no memory: of a body longer than `keptBytes` only the beginning stays.
+/// arrives, so that uploads of any length need no memory: of a body longer than `keptBytes` (a control resource's:
+/// `keptControlBytes`) only the beginning stays.
 struct HttpRequest
 {
     static constexpr qsizetype keptBytes = 32 << 20;
+    static constexpr qsizetype keptControlBytes = 256 << 20;
 
     QByteArray method = {};
     QByteArray target = {};
-    QByteArray authorization = {};
+    std::vector<std::pair<QByteArray, QByteArray>> headers = {};
     QByteArray body = {};
     qint64 bodySize = 0;
     QByteArray bodyMd5 = {}; // lower-case hexadecimal
+
+    /// The value of the header, whose name is compared without regard to case; empty if there is none.
+    QByteArray header(char const* name) const;
 };
 
 /// Bytes that are written to the connection as they are.
@@ -48,6 +53,8 @@ struct Answer
 
     static Answer json(QJsonObject const& object, int status = 200);
     static Answer json(QJsonArray const& array);
+    /// For people to read.
+    static Answer page(QJsonObject const& object);
     static Answer noContent();
     static Answer drop();
 };
@@ -64,14 +71,16 @@ enum class Reason : int
     UnknownReference,
     WrongContent,
     Unauthorized,
+    ForeignPage,
     UnknownPath,
     UnknownId,
     WrongMethod,
-    NotNow
+    NotNow,
+    NotVerified
 };
 
-/// Thrown by handlers and checks, turned into an error answer in one place; never leaves the service.
-class Refusal : public std::runtime_error
+/// Thrown by handlers and checks, turned into an error answer in one place. what() is the whole sentence.
+class Refusal : public std::invalid_argument
 {
 public:
     Refusal(Reason reason, QString const& detail);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/Http.h"
+#include "simulator/IdList.h"
 
 #include <algorithm>
 
@@ -17,6 +18,23 @@ auto& byId(List& list, QString const& id)
         throw Refusal(Reason::UnknownId, id);
     }
     return *found;
+}
+
+template <typename Element>
+Element const& byId(IdList<Element> const& list, QString const& id)
+{
+    auto const* const found = list.find(id);
+    if (found == nullptr)
+    {
+        throw Refusal(Reason::UnknownId, id);
+    }
+    return *found;
+}
+
+template <typename Element>
+Element& byId(IdList<Element>& list, QString const& id)
+{
+    return const_cast<Element&>(byId(std::as_const(list), id));
 }
 
 /// Those of the elements that belong to the installation, each in its wire form.

@@ -16,25 +16,24 @@ QString decoded(QByteArray const& text)
     return QUrl::fromPercentEncoding(text);
 }
 
-bool isPlaceholder(QByteArray const& segment)
+bool isPlaceholder(QString const& segment)
 {
-    return segment == "{}";
+    return segment == QLatin1String("{}");
 }
 
 /// The segments of the route's path, without its query.
-QByteArrayList patternOf(Route const& route)
+QStringList patternOf(Route const& route)
 {
-    return QByteArray(route.path).split('?').first().split('/');
+    return QString::fromUtf8(route.path).section('?', 0, 0).split('/');
 }
 
-bool standsAt(Route const& route, QStringList const& segments)
+bool matches(QStringList const& pattern, QStringList const& segments)
 {
-    auto const pattern = patternOf(route);
     return pattern.size() == segments.size()
            && std::equal(
                pattern.begin(), pattern.end(), segments.begin(),
-               [](QByteArray const& wanted, QString const& got)
-               { return isPlaceholder(wanted) ? !got.isEmpty() : QLatin1String(wanted) == got; });
+               [](QString const& wanted, QString const& got)
+               { return isPlaceholder(wanted) ? !got.isEmpty() : wanted == got; });
 }
 
 QStringList idsOf(Route const& route, QStringList const& segments)
@@ -57,24 +56,21 @@ void checkQuery(Route const& route, QHash<QString, QString> const& query)
     for (auto it = wanted.cbegin(); it != wanted.cend(); ++it)
     {
         auto const given = query.value(it.key());
-        if (isPlaceholder(it.value().toUtf8()) ? given.isEmpty() : given != it.value())
+        if (isPlaceholder(it.value()) ? given.isEmpty() : given != it.value())
         {
             throw Refusal(Reason::BadQuery, it.key() + '=' + it.value());
         }
     }
 }
 
-QJsonObject checkedBody(Route const& route, QByteArray const& raw)
+QJsonObject checkedBody(Schema schema, QByteArray const& raw)
 {
     auto const document = QJsonDocument::fromJson(raw);
-    if (route.body)
+    if (!document.isObject())
     {
-        if (!document.isObject())
-        {
-            throw Refusal(Reason::MalformedBody, {});
-        }
-        check(*route.body, document.object());
+        throw Refusal(Reason::MalformedBody, {});
     }
+    check(schema, document.object());
     return document.object();
 }
 
@@ -82,7 +78,10 @@ bool takesBody(Route const& route, QByteArray const& raw)
 {
     try
     {
-        checkedBody(route, raw);
+        if (route.body)
+        {
+            checkedBody(*route.body, raw);
+        }
         return true;
     }
     catch (Refusal const&)
@@ -112,20 +111,24 @@ Target::Target(QByteArray const& rawTarget)
     }
 }
 
-Router::Router(std::vector<Route> routes) : routes_(std::move(routes)) {}
+Router::Router(std::vector<Route> routes) : routes_(std::move(routes))
+{
+    std::transform(routes_.begin(), routes_.end(), std::back_inserter(patterns_), patternOf);
+}
 
 std::vector<Route const*> Router::candidates(QByteArray const& method, Target const& target) const
 {
     bool pathIsKnown = false;
     std::vector<Route const*> found;
-    for (auto const& route : routes_)
+    auto const wanted = method == "HEAD" ? QByteArray("GET") : method;
+    for (std::size_t at = 0; at < routes_.size(); ++at)
     {
-        if (standsAt(route, target.segments))
+        if (matches(patterns_[at], target.segments))
         {
             pathIsKnown = true;
-            if (method == route.method)
+            if (wanted == routes_[at].method)
             {
-                found.push_back(&route);
+                found.push_back(&routes_[at]);
             }
         }
     }
@@ -143,24 +146,29 @@ Route const& Router::choose(std::vector<Route const*> const& candidates, QByteAr
     return **std::find_if(candidates.begin(), last, [&body](Route const* route) { return takesBody(*route, body); });
 }
 
-Answer Router::run(Route const& route, Target const& target, HttpRequest const& request, State& state)
+Answer Router::run(
+    Route const& route, Target const& target, HttpRequest const& request, State& state, QJsonObject const& body)
 {
     checkQuery(route, target.query);
     return route.handler(
         {.state = state,
          .ids = idsOf(route, target.segments),
          .query = target.query,
-         .body = checkedBody(route, request.body),
+         .body = route.body ? checkedBody(*route.body, request.body) : body,
          .raw = request.body,
          .rawSize = request.bodySize,
          .rawMd5 = request.bodyMd5});
 }
 
-bool Router::knowsOperation(QString const& operation) const
+QStringList Router::operations() const
 {
-    return std::any_of(
-        routes_.begin(), routes_.end(),
-        [&operation](Route const& route) { return operation == QLatin1String(route.operation); });
+    QStringList names;
+    for (auto const& route : routes_)
+    {
+        names << QLatin1String(route.operation);
+    }
+    names.removeDuplicates();
+    return names;
 }
 
 } // namespace simulator

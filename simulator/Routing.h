@@ -44,6 +44,8 @@ struct Route
     char const* path;
     std::optional<Schema> body;
     Handler handler;
+    Schema query = {};        // of a control resource: what its query may hold, which then stands for the body
+    char const* meaning = ""; // what people are told of a control resource
 };
 
 /// A request target taken apart: the segments and the query are percent-decoded, the path is as it arrived.
@@ -68,13 +70,19 @@ public:
     /// The first candidate that takes the body. When none does, the last one is given, whose check then says why.
     static Route const& choose(std::vector<Route const*> const& candidates, QByteArray const& body);
 
-    /// Checks query and body, then runs the route's handler; throws a Refusal.
-    static Answer run(Route const& route, Target const& target, HttpRequest const& request, State& state);
+    /// Checks query and body, then runs the route's handler; throws a Refusal. `body`: what the handler gets of a
+    /// request whose body is not looked at.
+    static Answer run(
+        Route const& route, Target const& target, HttpRequest const& request, State& state,
+        QJsonObject const& body = {});
 
-    bool knowsOperation(QString const& operation) const;
+    std::vector<Route> const& routes() const { return routes_; }
+    /// The names of the operations, each once.
+    QStringList operations() const;
 
 private:
     std::vector<Route> routes_;
+    std::vector<QStringList> patterns_; // the segments of each route's path
 };
 
 } // namespace simulator

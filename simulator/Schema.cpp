@@ -73,6 +73,70 @@ bool hasKind(QJsonValue const& value, Kind kind)
     return false;
 }
 
+QString rangeText(Member const& member, QJsonValue const& value)
+{
+    return QStringLiteral("%1: %2; from %3 to %4")
+        .arg(QLatin1String(member.key), QString::number(value.toDouble(), 'g', 15))
+        .arg(member.least)
+        .arg(member.most);
+}
+
+QStringList keysOf(Schema schema)
+{
+    QStringList keys;
+    for (auto const& member : schema)
+    {
+        keys << QLatin1String(member.key);
+    }
+    return keys;
+}
+
+char const* nameOf(Kind kind)
+{
+    // In the order of the enumeration.
+    constexpr char const* names[] = {
+        "text",
+        "day",
+        "number of 0 or more, as text",
+        "time or null",
+        "integer",
+        "boolean",
+        "list of texts",
+        "list of integers",
+        "list of objects",
+        "any"};
+    return names[static_cast<int>(kind)];
+}
+
+QJsonValue usualOf(Member const& member)
+{
+    auto const text = QString::fromUtf8(member.usual);
+    return member.kind == Kind::Integer ? QJsonValue(text.toLongLong()) : QJsonValue(text);
+}
+
+QJsonObject describe(Member const& member)
+{
+    QJsonObject json = {{"Name", member.key}, {"Type", nameOf(member.kind)}, {"Required", member.required}};
+    if (member.least != Member().least)
+    {
+        json["From"] = member.least;
+        json["To"] = member.most;
+    }
+    if (member.usual != nullptr)
+    {
+        json["Default"] = usualOf(member);
+    }
+    if (*member.meaning != '\0')
+    {
+        json["Meaning"] = QString::fromUtf8(member.meaning);
+    }
+    if (!member.items.empty())
+    {
+        json["Items"] = simulator::describe(member.items);
+    }
+    return json;
+}
+
 void checkMember(Member const& member, QJsonValue const& value)
 {
     if (value.isUndefined())
@@ -85,7 +149,13 @@ void checkMember(Member const& member, QJsonValue const& value)
     }
     if (!hasKind(value, member.kind))
     {
-        throw Refusal(Reason::WrongType, member.key);
+        throw Refusal(
+            Reason::WrongType, QLatin1String(member.key) + QStringLiteral("; wanted: ") + nameOf(member.kind));
+    }
+    if (member.kind == Kind::Integer
+        && !(value.toDouble() >= double(member.least) && value.toDouble() <= double(member.most)))
+    {
+        throw Refusal(Reason::BadValue, rangeText(member, value));
     }
     if (member.kind == Kind::Objects)
     {
@@ -110,9 +180,36 @@ void check(Schema schema, QJsonObject const& body)
         auto const isKnown = [&key](Member const& member) { return key == QLatin1String(member.key); };
         if (std::none_of(schema.begin(), schema.end(), isKnown))
         {
-            throw Refusal(Reason::UnknownMember, key);
+            throw Refusal(Reason::UnknownMember, oneOf(key, keysOf(schema)));
         }
     }
+}
+
+QJsonObject completed(Schema schema, QJsonObject body)
+{
+    for (auto const& member : schema)
+    {
+        if (auto const key = QLatin1String(member.key); member.usual != nullptr && !body.contains(key))
+        {
+            body.insert(key, usualOf(member));
+        }
+    }
+    return body;
+}
+
+QJsonArray describe(Schema schema)
+{
+    QJsonArray array;
+    for (auto const& member : schema)
+    {
+        array.append(describe(member));
+    }
+    return array;
+}
+
+QString oneOf(QString const& given, QStringList const& valid)
+{
+    return valid.isEmpty() ? given + "; there are none" : given + "; one of " + valid.join(", ");
 }
 
 } // namespace simulator

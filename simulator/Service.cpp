@@ -1,7 +1,7 @@
 #include "simulator/Service.h"
 
-#include "simulator/Control.h"
 #include "simulator/Simulator.h"
+#include "simulator/StateJson.h"
 
 namespace simulator
 {
@@ -28,22 +28,16 @@ QByteArray basicAuthorization(SimulatorOptions const& options)
 
 } // namespace
 
-void Desk::reset(unsigned newSeed)
-{
-    seed = newSeed;
-    state = seededState(seed);
-    journal.clear();
-    faults.clear();
-}
-
 Service::Service(SimulatorOptions const& options)
     : expectedAuthorization_(basicAuthorization(options)),
       log_(options.log),
       contract_(contractRoutes()),
-      control_(controlRoutes(desk_, contract_))
+      basePath_(options.basePath.toUtf8()),
+      control_(desk_, contract_, options.listenAddress.toLatin1())
 {
     desk_.speaksTls = options.tls;
-    desk_.reset(options.seed);
+    desk_.start = options.state.isEmpty() ? seededState(options.seed) : stateFromText(options.state);
+    desk_.reset();
 }
 
 void Service::stopWaiting()
@@ -62,7 +56,7 @@ void Service::setFaultProxy(faults::FaultProxy* proxy)
 void Service::addFault(QJsonObject const& rule)
 {
     Lock const lock(mutex_);
-    simulator::addFault(desk_, contract_, rule);
+    control_.addFault(rule);
 }
 
 void Service::clearFaults()
@@ -74,51 +68,63 @@ void Service::clearFaults()
 Answer Service::handle(HttpRequest const& request)
 {
     Lock lock(mutex_);
-    Target const target(request.target);
-    if (target.path.startsWith("/_control/"))
+    auto const below = belowBase(request.target);
+    if (Target const target(below.isEmpty() ? request.target : below); Control::isControl(target))
     {
         return control(request, target);
     }
     auto const number = desk_.journal.add(request);
-    QString operation;
-    auto answer = answerTo(request, target, operation, lock);
-    desk_.journal.complete(number, operation, answer.status);
+    Journal::Outcome outcome;
+    auto answer = answerTo(request, below, outcome, lock);
+    desk_.journal.complete(number, outcome, answer);
     lock.unlock();
     if (log_)
     {
         log_(QStringLiteral("%1 %2 -> %3 %4")
                  .arg(
                      QString::fromUtf8(request.method), QString::fromUtf8(request.target),
-                     QString::number(answer.status), operation));
+                     QString::number(answer.status), outcome.operation));
     }
     return answer;
 }
 
+QByteArray Service::belowBase(QByteArray const& target) const
+{
+    return target.startsWith(basePath_ + '/') ? target.mid(basePath_.size()) : QByteArray();
+}
+
 void Service::authorize(HttpRequest const& request) const
 {
-    if (!expectedAuthorization_.isEmpty() && request.authorization != expectedAuthorization_)
+    if (!expectedAuthorization_.isEmpty() && request.header("Authorization") != expectedAuthorization_)
     {
         throw Refusal(Reason::Unauthorized, {});
     }
 }
 
-Answer Service::answerTo(HttpRequest const& request, Target const& target, QString& operation, Lock& lock)
+Answer Service::answerTo(HttpRequest const& request, QByteArray const& target, Journal::Outcome& outcome, Lock& lock)
 try
 {
     authorize(request);
-    auto const& route = Router::choose(contract_.candidates(request.method, target), request.body);
-    operation = QLatin1String(route.operation);
-    auto const fault = desk_.faults.fire(operation);
+    if (target.isEmpty())
+    {
+        throw Refusal(Reason::UnknownPath, QString::fromUtf8(request.target + "; all are below " + basePath_ + '/'));
+    }
+    Target const parts(target);
+    auto const& route = Router::choose(contract_.candidates(request.method, parts), request.body);
+    outcome.operation = QLatin1String(route.operation);
+    auto const fault = desk_.faults.fire(outcome.operation);
     if (!fault)
     {
-        return Router::run(route, target, request, desk_.state);
+        return Router::run(route, parts, request, desk_.state);
     }
+    outcome.fault = fault->id;
+    outcome.faultKind = QLatin1String(fault->kind->name);
     stopping_.wait_for(lock, fault->delay, [this] { return isStopping_; });
     if (auto const replacement = fault->replacement())
     {
         return *replacement;
     }
-    auto answer = Router::run(route, target, request, desk_.state);
+    auto answer = Router::run(route, parts, request, desk_.state);
     fault->distort(answer);
     return answer;
 }
@@ -130,8 +136,7 @@ catch (Refusal const& refusal)
 Answer Service::control(HttpRequest const& request, Target const& target)
 try
 {
-    auto const& route = Router::choose(control_.candidates(request.method, target), request.body);
-    return Router::run(route, target, request, desk_.state);
+    return control_.handle(request, target);
 }
 catch (Refusal const& refusal)
 {

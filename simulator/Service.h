@@ -1,10 +1,6 @@
 #pragma once
 
-#include "simulator/Journal.h"
-#include "simulator/Routing.h"
-#include "simulator/State.h"
-#include "simulator/faults/FaultProxy.h"
-#include "simulator/faults/ServiceFaults.h"
+#include "simulator/Control.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -13,20 +9,6 @@ namespace simulator
 {
 
 struct SimulatorOptions;
-
-/// All that the service holds between requests. The service's one mutex guards it.
-struct Desk
-{
-    State state;
-    Journal journal;
-    ServiceFaults faults;
-    faults::FaultProxy* faultProxy = nullptr; ///< null: there is none in front
-    bool speaksTls = false;
-    unsigned seed = 0;
-
-    /// Back to a fresh start: seeded state, no journal, no faults.
-    void reset(unsigned newSeed);
-};
 
 /// The service without its transport: a request in, an answer out, from any number of threads.
 class Service
@@ -46,14 +28,17 @@ private:
     using Lock = std::unique_lock<std::mutex>;
 
     void authorize(HttpRequest const& request) const;
-    Answer answerTo(HttpRequest const& request, Target const& target, QString& operation, Lock& lock);
+    Answer answerTo(HttpRequest const& request, QByteArray const& target, Journal::Outcome& outcome, Lock& lock);
     Answer control(HttpRequest const& request, Target const& target);
+    /// Without the base path; empty if it does not begin with it.
+    QByteArray belowBase(QByteArray const& target) const;
 
     QByteArray const expectedAuthorization_; // empty: anybody may come in
     std::function<void(QString const&)> const log_;
     Router const contract_;
+    QByteArray const basePath_; // as "/api/v1", or empty
     Desk desk_;
-    Router const control_;
+    Control control_;
     std::mutex mutex_;
     std::condition_variable stopping_;
     bool isStopping_ = false;

@@ -2,8 +2,11 @@
 
 #include "simulator/Service.h"
 #include "simulator/Sockets.h"
+#include "simulator/Workers.h"
 #include "simulator/faults/FaultProxy.h"
 #include "simulator/faults/FaultText.h"
+#include "simulator/faults/FindByName.h"
+#include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
 
 #include <QCryptographicHash>
@@ -33,10 +36,29 @@ QByteArray bytes(std::string const& text)
 
 HttpRequest headOf(httplib::Request const& request)
 {
-    return {
-        .method = bytes(request.method),
-        .target = bytes(request.target),
-        .authorization = bytes(request.get_header_value("Authorization"))};
+    HttpRequest head = {.method = bytes(request.method), .target = bytes(request.target)};
+    for (auto const& [name, value] : request.headers)
+    {
+        // The HTTP library's own notes on the connection.
+        if (!name.starts_with("REMOTE_") && !name.starts_with("LOCAL_"))
+        {
+            head.headers.emplace_back(bytes(name), bytes(value));
+        }
+    }
+    return head;
+}
+
+/// A request that announces no body has none; the HTTP library would wait for one until its time is over.
+bool hasBody(httplib::Request const& request)
+{
+    return request.has_header("Content-Length") || request.has_header("Transfer-Encoding");
+}
+
+bool hasLength(httplib::Request const& request)
+{
+    auto const text = request.get_header_value("Content-Length");
+    constexpr std::size_t mostDigits = 18;
+    return text.size() <= mostDigits && text.find_first_not_of("0123456789") == std::string::npos;
 }
 
 /// Takes the body in as it arrives; false when it does not arrive in full.
@@ -49,15 +71,16 @@ bool receiveBody(httplib::Request const& request, httplib::ContentReader const& 
             [](httplib::MultipartFormData const&) { return true; }, [](char const*, std::size_t) { return true; });
     }
     QCryptographicHash md5(QCryptographicHash::Md5);
-    auto const isComplete = read(
-        [&](char const* data, std::size_t size)
-        {
-            auto const length = static_cast<qsizetype>(size);
-            md5.addData(QByteArrayView(data, length));
-            received.bodySize += length;
-            received.body.append(data, std::min(length, HttpRequest::keptBytes - received.body.size()));
-            return true;
-        });
+    auto const most = received.target.contains("/_control/") ? HttpRequest::keptControlBytes : HttpRequest::keptBytes;
+    auto const take = [&](char const* data, std::size_t size)
+    {
+        auto const length = static_cast<qsizetype>(size);
+        md5.addData(QByteArrayView(data, length));
+        received.bodySize += length;
+        received.body.append(data, std::min(length, most - received.body.size()));
+        return true;
+    };
+    auto const isComplete = !hasBody(request) || read(take);
     received.bodyMd5 = md5.result().toHex();
     return isComplete;
 }
@@ -73,12 +96,13 @@ public:
     QString start();
     void stop();
     QString certificateFile() const { return certificateFile_ ? certificateFile_->fileName() : QString(); }
-    QString directUrl() const { return urlOf(port_); }
+    QString directUrl() const { return urlOf(port_, proxy_ ? QByteArray(loopback) : address()); }
     faults::FaultProxy* faultProxy() const { return proxy_.get(); }
     Service& service() { return service_; }
 
 private:
-    QString urlOf(int port) const;
+    QString urlOf(int port, QByteArray const& host) const;
+    QByteArray address() const { return options_.listenAddress.toLatin1(); }
     void makeHttpServer();
     void writeCertificate(QByteArray const& pem);
     void prepareSocket(int socket);
@@ -99,7 +123,7 @@ private:
 Simulator::Server::Server(SimulatorOptions options) : options_(std::move(options)), service_(options_)
 {
     makeHttpServer();
-    http_->new_task_queue = [threads = options_.workerThreads] { return new httplib::ThreadPool(threads); };
+    http_->new_task_queue = [threads = options_.workerThreads] { return new Workers(threads); };
     http_->set_tcp_nodelay(true);
     http_->set_keep_alive_max_count(1'000'000);
     http_->set_keep_alive_timeout(60);
@@ -169,15 +193,12 @@ void Simulator::Server::addHandlers()
     http_->Put(".*", withBody);
     http_->Patch(".*", withBody);
     http_->Delete(".*", withBody);
-    // A request that announces no body has none; the HTTP library would wait for one until its time is over.
     http_->set_pre_routing_handler(
-        [](httplib::Request const& request, httplib::Response&)
+        [](httplib::Request const& request, httplib::Response& response)
         {
-            if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding"))
-            {
-                const_cast<httplib::Request&>(request).set_header("Content-Length", "0");
-            }
-            return httplib::Server::HandlerResponse::Unhandled;
+            using enum httplib::Server::HandlerResponse;
+            response.status = hasLength(request) ? response.status : 400;
+            return hasLength(request) ? Unhandled : Handled;
         });
     // What the HTTP library turns down by itself has no body yet.
     http_->set_error_handler(
@@ -231,10 +252,12 @@ void Simulator::Server::writeRaw(RawBytes const& raw, int clientPort) const
 }
 
 QString Simulator::Server::start()
+try
 {
-    // With a fault proxy in front, clients come to its port.
+    // With a fault proxy in front, clients come to its address.
     auto const wanted = options_.faultSeed ? 0 : options_.port;
-    port_ = wanted == 0 ? http_->bind_to_any_port(loopback) : http_->bind_to_port(loopback, wanted) ? wanted : -1;
+    std::string const host = options_.faultSeed ? loopback : address().toStdString();
+    port_ = wanted == 0 ? http_->bind_to_any_port(host) : http_->bind_to_port(host, wanted) ? wanted : -1;
     if (port_ < 0)
     {
         return {};
@@ -248,16 +271,24 @@ QString Simulator::Server::start()
     }
     if (options_.faultSeed)
     {
-        proxy_ = std::make_unique<faults::FaultProxy>(port_, *options_.faultSeed, options_.port);
+        proxy_ = std::make_unique<faults::FaultProxy>(port_, *options_.faultSeed, options_.port, address());
         service_.setFaultProxy(proxy_.get());
     }
-    return urlOf(proxy_ ? proxy_->port() : port_);
+    return urlOf(proxy_ ? proxy_->port() : port_, address());
+}
+catch (std::runtime_error const&)
+{
+    stop();
+    return {};
 }
 
-QString Simulator::Server::urlOf(int port) const
+QString Simulator::Server::urlOf(int port, QByteArray const& host) const
 {
-    return QStringLiteral("%1://%2:%3")
-        .arg(QLatin1String(options_.tls ? "https" : "http"), QLatin1String(loopback), QString::number(port));
+    auto const shown = host == "0.0.0.0" ? QByteArray(loopback) : host;
+    return QStringLiteral("%1://%2:%3%4")
+        .arg(
+            QLatin1String(options_.tls ? "https" : "http"), QString::fromLatin1(shown), QString::number(port),
+            options_.basePath);
 }
 
 void Simulator::Server::stop()
@@ -315,9 +346,14 @@ void Simulator::clearFaults()
 void Simulator::addFault(QString const& text)
 {
     faults::FaultText const fault(text);
-    if (faults::findToxicKind(fault.name()) == nullptr)
+    if (faults::findServiceFaultKind(fault.name()) != nullptr)
     {
         server_->service().addFault(fault.toServiceFault());
+    }
+    else if (faults::findToxicKind(fault.name()) == nullptr)
+    {
+        auto const names = faults::namesOf(faults::toxicKinds()) + faults::namesOf(faults::serviceFaultKinds());
+        throw std::invalid_argument(oneOf(fault.name(), names).toStdString());
     }
     else if (auto* const proxy = faultProxy())
     {
@@ -342,6 +378,11 @@ QJsonObject Simulator::partnerAction(QJsonObject const& action)
 QJsonObject Simulator::journal() const
 {
     return control("GET", "journal").object();
+}
+
+void Simulator::verify(QJsonObject const& expected) const
+{
+    control("POST", "verify", expected);
 }
 
 QJsonDocument Simulator::control(QByteArray const& method, QString const& resource, QJsonObject const& body) const

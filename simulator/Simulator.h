@@ -26,26 +26,30 @@ struct SimulatorOptions
     QString certificateFile = {}; ///< where that certificate is written to; empty: a temporary file
     QString username = "kelo";    ///< HTTP Basic; empty: no credentials are asked for
     QString password = "kelo";
-    std::optional<quint64> faultSeed = {};        ///< set: a fault proxy stands in front; its chance is drawn from this seed
-    std::size_t workerThreads = 64;               ///< how many connections can be open at once; each one keeps its thread
+    std::optional<quint64> faultSeed = {}; ///< set: a fault proxy stands in front; its chance is drawn from this seed
+    std::size_t workerThreads = 1024;      ///< how many connections can be open at once; each one keeps a thread
+    QString listenAddress = "127.0.0.1";   ///< an IPv4 address of this machine, or 0.0.0.0 for all of them
+    QString basePath = {};                 ///< what the service's paths stand below, as "/api/v1"
+    QByteArray state = {}; ///< the data it starts with, as `control("GET", "state")` tells them; empty: from the seed
     std::function<void(QString const&)> log = {}; ///< gets a line for every request answered, from any thread
 };
 
-/// A KELO service for one desk: keeps its state in memory, listens on the loopback interface, and can be driven by the
-/// functions below or, from other programs, over "/_control/". The data it starts with are those of the installation
-/// "INST-1001". Safe to start in the process that tests against it; SIGPIPE is ignored from then on. But for `start`
-/// and `stop`, all functions may be called from any thread.
+/// A KELO service for one desk: keeps its state in memory, listens on the loopback interface unless told otherwise, and
+/// can be driven by the functions below or, from other programs, over "/_control", which lists its resources. The data
+/// it starts with are those of the installation "INST-1001". Safe to start in the process that tests against it;
+/// SIGPIPE is ignored from then on. But for `start` and `stop`, all functions may be called from any thread.
 class Simulator
 {
 public:
+    /// Throws std::exception naming what is wrong with the options.
     explicit Simulator(SimulatorOptions options = {});
     /// Stops a running service.
     ~Simulator();
     Simulator(Simulator const&) = delete;
     Simulator& operator=(Simulator const&) = delete;
 
-    /// Listens on 127.0.0.1 and returns the base URL, "http://127.0.0.1:PORT" (https with TLS). Empty: the port cannot
-    /// be had. A simulator starts once.
+    /// Listens and returns the base URL, "http://127.0.0.1:PORT" (https with TLS) with the base path. Empty: the port
+    /// cannot be had. A simulator starts once.
     QString start();
     /// Closes all connections, ends waiting answers and returns when no thread is left.
     void stop();
@@ -65,16 +69,20 @@ public:
     /// Ends all faults of both kinds.
     void clearFaults();
 
-    /// As freshly started with this seed, or with the last one: new data, no journal, no faults of the service.
+    /// As freshly started with the data of this seed, or with those it started with: no journal, no faults of the
+    /// service.
     void reset(std::optional<unsigned> seed = {});
     /// What others do meanwhile, and what came of it. The partner: `{"Action": "note", "RequestId": ..., "Text": ...}`,
     /// "addFile" ("Name", "FileType", "Size"), "status" ("Status"), "reply" (all three), "withdraw", and "create"
     /// ("Type", "ConnectionId"). The service: "advanceOrder" (the order in "Reference" gets to its next state). Throws
     /// std::invalid_argument naming what does not fit.
     QJsonObject partnerAction(QJsonObject const& action);
-    /// Every request in the order of arrival, and how often each was made:
-    /// `{"Requests": [...], "Counts": {"GET /Installations/INST-1001/partners": 2}}`
+    /// Every request with its answer in the order of arrival, and how often each was made:
+    /// `{"Requests": [...], "Counts": {"GET /Installations/INST-1001/partners": 2}, "Dropped": 0}`
     QJsonObject journal() const;
+    /// Throws std::invalid_argument with the difference if the journal does not hold what is expected:
+    /// `{"Requests": [{"Operation": "createOrder", "Exactly": 1}], "InOrder": ["createOrder", "uploadOrderFile"]}`
+    void verify(QJsonObject const& expected) const;
     /// Any control resource by its name below "/_control/", such as ("GET", "orders") or ("DELETE", "journal"); an
     /// empty document if it answers nothing. Throws std::invalid_argument with its message if it refuses.
     QJsonDocument control(QByteArray const& method, QString const& resource, QJsonObject const& body = {}) const;

@@ -13,7 +13,12 @@ namespace simulator
 
 QString State::newId(QString const& prefix)
 {
-    return QStringLiteral("%1-%2").arg(prefix).arg(++lastNumbers[prefix], 6, 10, QLatin1Char('0'));
+    return idOf(prefix, ++lastNumbers[prefix]);
+}
+
+QString idOf(QString const& prefix, int number)
+{
+    return QStringLiteral("%1-%2").arg(prefix).arg(number, 6, 10, QLatin1Char('0'));
 }
 
 QDateTime State::tick()

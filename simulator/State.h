@@ -7,7 +7,6 @@
 #include "simulator/resources/Statistics.h"
 
 #include <QDateTime>
-#include <QHash>
 #include <QMap>
 #include <QString>
 
@@ -24,7 +23,7 @@ struct State
 {
     std::mt19937 random;
     QDateTime now; // the service's own clock: it only moves when something changes, so runs repeat exactly
-    QHash<QString, int> lastNumbers;      // of the ids given out, by their prefix
+    QMap<QString, int> lastNumbers;       // of the ids given out, by their prefix
     QMap<QString, QString> installations; // id and name of the practice
 
     Collaboration collaboration;
@@ -39,6 +38,9 @@ struct State
     /// Moves the clock one minute on and returns the new time.
     QDateTime tick();
 };
+
+/// "REQ-000017"
+QString idOf(QString const& prefix, int number);
 
 /// Gives the id back; throws a Refusal when the state has no such installation.
 QString knownInstallation(State const& state, QString const& id);

@@ -2,10 +2,15 @@
 #include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
 
+#include <QJsonArray>
+#include <QRegularExpression>
+
 #include <CLI/CLI.hpp>
 
+#include <cctype>
 #include <csignal>
 #include <ctime>
+#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -18,9 +23,25 @@ namespace
 struct CommandLine
 {
     simulator::SimulatorOptions options;
+    std::string dataFile;
     bool exitWithParent = false;
     std::vector<std::string> faults;
 };
+
+/// As CLI programs have it: the command line asks for something that cannot be had.
+constexpr int badCommandLine = 2;
+
+std::string parametersText(simulator::Schema parameters)
+{
+    std::string text;
+    for (auto const& parameter : parameters)
+    {
+        auto name = std::string(parameter.key);
+        name.front() = static_cast<char>(std::tolower(name.front()));
+        text += ' ' + name + '=' + (parameter.usual == nullptr ? "..." : parameter.usual);
+    }
+    return text + '\n';
+}
 
 std::string faultHelp()
 {
@@ -28,21 +49,14 @@ std::string faultHelp()
         "Transport faults, with stream=upstream|downstream and toxicity=0..1 beside their own attributes:\n";
     for (auto const* const kind : simulator::faults::toxicKinds())
     {
-        text += std::string("  ") + kind->name;
-        for (auto const& attribute : kind->attributes)
-        {
-            text += attribute.name == nullptr
-                        ? std::string()
-                        : std::string(" ") + attribute.name + "=" + std::to_string(attribute.usual);
-        }
-        text += '\n';
+        text += std::string("  ") + kind->name + parametersText(kind->attributes);
     }
-    text += "Faults of the service, with operation=NAME, times=N (-1: always) and milliseconds=N (delay):\n ";
+    text += "Faults of the service, with operation=NAME, times=N (-1: always) and milliseconds=N:\n";
     for (auto const* const kind : simulator::faults::serviceFaultKinds())
     {
-        text += std::string(" ") + kind->name;
+        text += std::string("  ") + kind->name + parametersText(kind->parameters);
     }
-    return text;
+    return text + "What they do, and everything else it can be told: GET /_control";
 }
 
 /// What CLI11 fills in that the options of the simulator say in other words.
@@ -56,10 +70,24 @@ struct GivenTexts
     std::string user;
     std::string password;
     std::string certificateFile;
+    std::string listenAddress = "127.0.0.1";
+    std::string basePath;
     bool verbose = false;
     bool wantsProxy = false;
     quint64 faultSeed = 1;
 };
+
+bool isPath(std::string const& path)
+{
+    return path.size() > 1 && path.front() == '/' && path.back() != '/'
+           && path.find_first_of("?#% ") == std::string::npos;
+}
+
+QByteArray contentOf(std::string const& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return QByteArray::fromStdString(std::string(std::istreambuf_iterator<char>(stream), {}));
+}
 
 void declareOptions(CLI::App& app, CommandLine& line, GivenTexts& given)
 {
@@ -67,6 +95,16 @@ void declareOptions(CLI::App& app, CommandLine& line, GivenTexts& given)
     app.add_option("--port", line.options.port, "Port to listen on; 0 takes any free one")
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
+    app.add_option("--listen", given.listenAddress, "IPv4 address to listen on; 0.0.0.0 takes all of this machine")
+        ->check(CLI::ValidIPV4)
+        ->capture_default_str();
+    app.add_option("--base-path", given.basePath, "What all paths stand below, as /api/v1")
+        ->check([](std::string const& path) { return isPath(path) ? "" : path + " is no path such as /api/v1"; });
+    app.add_option("--threads", line.options.workerThreads, "How many connections can be open at once")
+        ->check(CLI::Range(1, 4096))
+        ->capture_default_str();
+    app.add_option("--data", line.dataFile, "The data it starts with, from GET /_control/state")
+        ->check(CLI::ExistingFile);
     app.add_option("--seed", line.options.seed, "Seed of the data it starts with")->capture_default_str();
     auto* const tls =
         app.add_flag("--tls", line.options.tls, "Speak HTTPS; the path of the certificate goes to standard error");
@@ -90,7 +128,9 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
 {
     CommandLine line;
     GivenTexts given(line.options);
-    CLI::App app("A KELO service for one desk: listens on 127.0.0.1 and keeps its data in memory.", "kelo-simulator");
+    CLI::App app(
+        "A KELO service for one desk with the installations INST-1001 and INST-2002; keeps its data in memory.",
+        "kelo-simulator");
     declareOptions(app, line, given);
     try
     {
@@ -98,7 +138,11 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     }
     catch (CLI::ParseError const& error)
     {
-        exitCode = app.exit(error);
+        exitCode = error.get_exit_code() == 0 ? app.exit(error) : badCommandLine;
+        if (exitCode != 0)
+        {
+            std::cerr << "kelo-simulator: " << error.what() << "; see --help\n";
+        }
         return std::nullopt;
     }
     if (given.wantsProxy || !line.faults.empty())
@@ -108,6 +152,9 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     line.options.username = QString::fromStdString(given.user);
     line.options.password = QString::fromStdString(given.password);
     line.options.certificateFile = QString::fromStdString(given.certificateFile);
+    line.options.listenAddress = QString::fromStdString(given.listenAddress);
+    line.options.basePath = QString::fromStdString(given.basePath);
+    line.options.state = line.dataFile.empty() ? QByteArray() : contentOf(line.dataFile);
     if (given.verbose)
     {
         line.options.log = [](QString const& text) { std::cerr << (text.toStdString() + '\n') << std::flush; };
@@ -126,7 +173,7 @@ bool addFaults(simulator::Simulator& service, CommandLine const& line)
         }
         catch (std::exception const& error)
         {
-            std::cerr << "kelo-simulator: --fault " << fault << ": not understood (" << error.what() << ")\n";
+            std::cerr << "kelo-simulator: --fault " << fault << ": not understood: " << error.what() << '\n';
             return false;
         }
     }
@@ -151,6 +198,40 @@ void waitForEnd(sigset_t const& stopSignals, std::optional<pid_t> parent)
     }
 }
 
+/// A word of the shell.
+std::string quoted(QString word)
+{
+    static QRegularExpression const plain("^[A-Za-z0-9_./:@%+=-]+$");
+    return plain.match(word).hasMatch() ? word.toStdString() : "'" + word.replace("'", "'\\''").toStdString() + "'";
+}
+
+/// What a host needs to know, to be pasted into a shell.
+std::string exportLine(
+    simulator::Simulator const& service, QString const& url, simulator::SimulatorOptions const& options)
+{
+    auto text = "export KELO_API_URL=" + quoted(url) + " KELO_USERNAME=" + quoted(options.username)
+                + " KELO_PASSWORD=" + quoted(options.password);
+    if (auto const id = service.control("GET", "")["Installations"][0]["Id"]; id.isString())
+    {
+        text += " KELO_INSTALLATION=" + quoted(id.toString());
+    }
+    if (options.tls)
+    {
+        text += " KELO_CA_FILE=" + quoted(service.certificateFile());
+    }
+    return text;
+}
+
+std::unique_ptr<simulator::Simulator> makeSimulator(CommandLine const& line)
+try
+{
+    return std::make_unique<simulator::Simulator>(line.options);
+}
+catch (std::invalid_argument const& error)
+{
+    throw std::runtime_error("--data " + line.dataFile + ": " + error.what());
+}
+
 int run(CommandLine const& line, std::optional<pid_t> parent)
 {
     sigset_t stopSignals;
@@ -159,12 +240,20 @@ int run(CommandLine const& line, std::optional<pid_t> parent)
     ::sigaddset(&stopSignals, SIGINT);
     ::pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
 
-    simulator::Simulator service(line.options);
+    auto const simulator = makeSimulator(line);
+    auto& service = *simulator;
     auto const url = service.start();
+    auto const address = line.options.listenAddress.toStdString();
     if (url.isEmpty())
     {
-        std::cerr << "kelo-simulator: cannot listen on port " << line.options.port << '\n';
-        return EXIT_FAILURE;
+        std::cerr << "kelo-simulator: cannot listen on " << address << ':' << line.options.port
+                  << ": the port is in use, or the address is none of this machine\n";
+        return badCommandLine;
+    }
+    if (!address.starts_with("127."))
+    {
+        std::cerr << "kelo-simulator: listens on " << address
+                  << ": whoever can reach this machine can read and change the data" << std::endl;
     }
     if (auto const file = service.certificateFile(); !file.isEmpty())
     {
@@ -172,9 +261,12 @@ int run(CommandLine const& line, std::optional<pid_t> parent)
     }
     if (!addFaults(service, line))
     {
-        return EXIT_FAILURE;
+        return badCommandLine;
     }
-    std::cout << "kelo-simulator listening on " << url.toStdString() << std::endl;
+    // In one piece: who reads the first line only may be gone when another comes.
+    auto const text =
+        "kelo-simulator listening on " + url.toStdString() + '\n' + exportLine(service, url, line.options);
+    std::cout << (text + '\n') << std::flush;
     waitForEnd(stopSignals, parent);
     service.stop();
     return EXIT_SUCCESS;
@@ -194,7 +286,8 @@ int main(int argc, char** argv)
     }
     catch (std::exception const& error)
     {
+        // Data that do not fit, a certificate that cannot be written.
         std::cerr << "kelo-simulator: " << error.what() << '\n';
-        return EXIT_FAILURE;
+        return badCommandLine;
     }
 }

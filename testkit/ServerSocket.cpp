@@ -15,14 +15,14 @@
 namespace testkit
 {
 
-int listenOnLoopback(int& port, int flags)
+int listenOnLoopback(int& port, int flags, char const* otherAddress)
 {
     int const listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0);
     int const on = 1;
     ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = otherAddress == nullptr ? htonl(INADDR_LOOPBACK) : ::inet_addr(otherAddress);
     address.sin_port = htons(static_cast<std::uint16_t>(port));
     socklen_t length = sizeof address;
     auto* const generic = reinterpret_cast<sockaddr*>(&address);

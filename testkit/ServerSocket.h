@@ -9,9 +9,10 @@
 namespace testkit
 {
 
-/// A socket that listens on 127.0.0.1, with port 0 on any free one, which then is put in; `flags` as socket(2) takes
-/// them. The caller closes it. Throws std::runtime_error if the port cannot be had.
-int listenOnLoopback(int& port, int flags = 0);
+/// A socket that listens on 127.0.0.1, or another IPv4 address if one is given, with port 0 on any free one, which then
+/// is put in; `flags` as socket(2) takes them. The caller closes it. Throws std::runtime_error if the port cannot be
+/// had.
+int listenOnLoopback(int& port, int flags = 0, char const* otherAddress = nullptr);
 /// Makes the coming close of a connection a TCP reset.
 void resetOnClose(int socket);
 

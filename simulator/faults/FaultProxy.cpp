@@ -1,6 +1,8 @@
 #include "simulator/faults/FaultProxy.h"
 
+#include "simulator/Http.h"
 #include "simulator/faults/FaultText.h"
+#include "simulator/faults/FindByName.h"
 #include "simulator/faults/ProxiedConnection.h"
 #include "simulator/faults/ToxicKinds.h"
 
@@ -25,34 +27,30 @@ namespace
 constexpr char const* upstreamName = "upstream";
 constexpr char const* downstreamName = "downstream";
 
+constexpr Member members[] = {
+    {"Type", Kind::Text, true, {}, "one of the toxics listed below"},
+    optional("Stream", Kind::Text, "upstream (from the client) or downstream", downstreamName),
+    optional("Toxicity", Kind::Any, "the probability, from 0 to 1, with which a connection is struck; 1 unless given"),
+    optional("Attributes", Kind::Any, "an object; those of the toxic"),
+};
+
 [[noreturn]] void refuse(QString const& what)
 {
-    throw std::invalid_argument(what.toStdString());
-}
-
-Attributes usualAttributes(ToxicKind const& kind)
-{
-    Attributes usual;
-    for (auto const& attribute : kind.attributes)
-    {
-        if (attribute.name != nullptr)
-        {
-            usual.insert(attribute.name, attribute.usual);
-        }
-    }
-    return usual;
+    throw Refusal(Reason::BadValue, what);
 }
 
 Direction directionOf(QString const& name)
 {
     if (name != QLatin1String(upstreamName) && name != QLatin1String(downstreamName))
     {
-        refuse("Stream: " + name + " is neither upstream nor downstream");
+        refuse("Stream: " + oneOf(name, {upstreamName, downstreamName}));
     }
     return name == QLatin1String(upstreamName) ? Direction::Upstream : Direction::Downstream;
 }
 
 } // namespace
+
+Schema const toxicMembers = members;
 
 ToxicSettings ToxicSettings::fromText(QString const& text)
 {
@@ -66,34 +64,32 @@ ToxicSettings ToxicSettings::fromJson(QJsonObject const& json)
     settings.kind = findToxicKind(type);
     if (settings.kind == nullptr)
     {
-        refuse("Type: there is no toxic " + type);
+        refuse("Type: " + oneOf(type, namesOf(toxicKinds())));
     }
+    check(members, json);
     settings.direction = directionOf(json["Stream"].toString(downstreamName));
     settings.toxicity = json.contains("Toxicity") ? json["Toxicity"].toDouble(-1) : 1;
     auto const byChance = settings.kind->make != nullptr;
     if (!(settings.toxicity >= 0 && settings.toxicity <= 1) || (!byChance && settings.toxicity != 1))
     {
-        refuse(byChance ? "Toxicity: not from 0 to 1" : "Toxicity: " + type + " is never left to chance");
+        refuse(byChance ? "Toxicity: from 0 to 1" : "Toxicity: " + type + " is never left to chance");
     }
-    settings.attributes = usualAttributes(*settings.kind);
     auto const given = json["Attributes"].toObject();
-    for (auto const& name : given.keys())
+    check(settings.kind->attributes, given);
+    auto const attributes = completed(settings.kind->attributes, given);
+    for (auto const& name : attributes.keys())
     {
-        auto const value = given[name].toInteger(-1);
-        if (!settings.attributes.contains(name) || value < 0)
-        {
-            refuse(name + ": no attribute of " + type + ", or no number of 0 or more");
-        }
-        settings.attributes[name] = value;
+        settings.attributes[name] = attributes[name].toInteger();
     }
     return settings;
 }
 
-FaultProxy::FaultProxy(int upstreamPort, quint64 seed, int port)
+FaultProxy::FaultProxy(int upstreamPort, quint64 seed, int port, QByteArray address)
     : upstreamPort_(upstreamPort),
       seed_(seed),
+      address_(std::move(address)),
       port_(port),
-      listener_(testkit::listenOnLoopback(port_, SOCK_NONBLOCK)),
+      listener_(testkit::listenOnLoopback(port_, SOCK_NONBLOCK, address_.constData())),
       wakeEvent_(::eventfd(0, EFD_CLOEXEC)),
       random_(seed),
       acceptor_([this] { acceptLoop(); })
@@ -125,8 +121,8 @@ std::shared_ptr<ToxicInForce const> FaultProxy::add(QString const& text)
 
 std::shared_ptr<ToxicInForce const> FaultProxy::add(ToxicSettings const& settings)
 {
-    auto toxic = std::make_shared<ToxicInForce>(settings);
     std::lock_guard const lock(mutex_);
+    auto toxic = std::make_shared<ToxicInForce>(settings, ++lastId_);
     toxics_.push_back(toxic);
     ++generation_;
     if (settings.kind->make == nullptr)
@@ -144,21 +140,36 @@ std::shared_ptr<ToxicInForce const> FaultProxy::add(ToxicSettings const& setting
 
 void FaultProxy::clear()
 {
+    removeIf([](ToxicInForce const&) { return true; });
+}
+
+bool FaultProxy::remove(int id)
+{
+    return removeIf([id](ToxicInForce const& toxic) { return toxic.id == id; });
+}
+
+bool FaultProxy::removeIf(std::function<bool(ToxicInForce const&)> const& isMeant)
+{
     std::lock_guard const lock(mutex_);
-    for (auto const& toxic : std::exchange(toxics_, {}))
+    auto const isOver = [&isMeant](auto const& toxic)
     {
-        toxic->isRemoved = true;
-    }
+        toxic->isRemoved = isMeant(*toxic);
+        return toxic->isRemoved.load();
+    };
+    auto const count = std::erase_if(toxics_, isOver);
     ++generation_;
     for (auto const& connection : connections_)
     {
         connection->wake();
     }
-    if (listener_ < 0 && !isStopping_)
+    auto const isDown = std::any_of(
+        toxics_.begin(), toxics_.end(), [](auto const& toxic) { return toxic->settings.kind->make == nullptr; });
+    if (listener_ < 0 && !isStopping_ && !isDown)
     {
-        listener_ = testkit::listenOnLoopback(port_, SOCK_NONBLOCK);
+        listener_ = testkit::listenOnLoopback(port_, SOCK_NONBLOCK, address_.constData());
         ::eventfd_write(wakeEvent_, 1);
     }
+    return count > 0;
 }
 
 QJsonArray FaultProxy::toJson() const
@@ -174,6 +185,7 @@ QJsonArray FaultProxy::toJson() const
             attributes[name] = settings.attributes[name];
         }
         array.append(QJsonObject{
+            {"Id", toxic->id},
             {"Type", settings.kind->name},
             {"Stream", settings.direction == Direction::Upstream ? upstreamName : downstreamName},
             {"Toxicity", settings.toxicity},

@@ -6,6 +6,7 @@
 #include <QJsonObject>
 
 #include <atomic>
+#include <functional>
 #include <list>
 #include <mutex>
 #include <random>
@@ -38,24 +39,28 @@ struct ToxicSettings
     static ToxicSettings fromText(QString const& text);
 };
 
+/// What `ToxicSettings::fromJson` takes.
+extern Schema const toxicMembers;
+
 /// A toxic in force at a proxy, shared by the connections it strikes.
 struct ToxicInForce
 {
-    explicit ToxicInForce(ToxicSettings what) : settings(std::move(what)) {}
+    ToxicInForce(ToxicSettings what, int number) : settings(std::move(what)), id(number) {}
 
     ToxicSettings const settings;
+    int const id;
     std::atomic<int> fired = 0;
     std::atomic<bool> isRemoved = false;
 };
 
-/// A TCP proxy on 127.0.0.1 that spoils what passes. Toxics come and go at any time, from any thread; those that come
+/// A TCP proxy that spoils what passes. Toxics come and go at any time, from any thread; those that come
 /// strike open connections with the next bytes. Runs in threads of its own from construction to destruction.
 class FaultProxy
 {
 public:
-    /// Passes to 127.0.0.1:`upstreamPort`. Listens on `port`, 0: any free one; throws std::runtime_error if it cannot.
-    /// With the same seed and the same order of connections, chance strikes alike.
-    explicit FaultProxy(int upstreamPort, quint64 seed = 1, int port = 0);
+    /// Passes to 127.0.0.1:`upstreamPort`. Listens on `port`, 0: any free one, of the IPv4 address; throws
+    /// std::runtime_error if it cannot. With the same seed and the same order of connections, chance strikes alike.
+    explicit FaultProxy(int upstreamPort, quint64 seed = 1, int port = 0, QByteArray address = "127.0.0.1");
     FaultProxy(FaultProxy const&) = delete;
     FaultProxy& operator=(FaultProxy const&) = delete;
     ~FaultProxy();
@@ -70,7 +75,9 @@ public:
     /// Takes all toxics away. What they hold back goes on; a connection that `timeout` has silenced is closed. Throws
     /// std::runtime_error if, after `down`, the port cannot be had again.
     void clear();
-    /// `[{"Type": ..., "Stream": ..., "Toxicity": ..., "Attributes": {...}, "Fired": n}]`
+    /// The same with the toxic of this number only; false if there is none.
+    bool remove(int id);
+    /// `[{"Id": n, "Type": ..., "Stream": ..., "Toxicity": ..., "Attributes": {...}, "Fired": n}]`
     QJsonArray toJson() const;
 
     /// Connections accepted so far, and those still open.
@@ -81,6 +88,7 @@ private:
     friend class ProxiedConnection;
     using Toxics = std::vector<std::shared_ptr<ToxicInForce>>;
 
+    bool removeIf(std::function<bool(ToxicInForce const&)> const& isMeant);
     void acceptLoop();
     /// This and the next with the mutex held.
     void acceptOne();
@@ -93,6 +101,7 @@ private:
 
     int const upstreamPort_;
     quint64 const seed_;
+    QByteArray const address_;
     int port_ = 0;
     int listener_ = -1;
     int const wakeEvent_;
@@ -102,6 +111,7 @@ private:
     Toxics toxics_;
     std::list<std::unique_ptr<ProxiedConnection>> connections_;
     int accepted_ = 0;
+    int lastId_ = 0;
     std::mutex randomMutex_;
     std::mt19937_64 random_;
     std::thread acceptor_;

@@ -1,9 +1,28 @@
 #include "simulator/faults/ServiceFaults.h"
 
+#include "simulator/faults/FindByName.h"
+#include "simulator/faults/ServiceFaultKinds.h"
+
 #include <algorithm>
 
 namespace simulator
 {
+
+namespace
+{
+
+constexpr qint64 aDay = 86'400'000;
+
+constexpr Member members[] = {
+    {"Kind", Kind::Text, true, {}, "one of the faults listed below, with their own parameters"},
+    optional("Operation", Kind::Text, "whose calls it strikes; * strikes all", "*"),
+    integer("Times", -1, 1'000'000, "1", "how many calls it strikes; -1: until it is taken away"),
+    integer("Milliseconds", 0, aDay, "0", "how long the call waits before"),
+};
+
+} // namespace
+
+Schema const faultMembers = members;
 
 std::optional<Answer> FaultRule::replacement() const
 {
@@ -18,14 +37,31 @@ void FaultRule::distort(Answer& answer) const
     }
 }
 
-void ServiceFaults::add(FaultKind const& kind, QJsonObject const& json)
+int ServiceFaults::add(QJsonObject const& json, QStringList const& operations)
 {
+    auto const name = json["Kind"].toString();
+    auto const* const kind = faults::findServiceFaultKind(name);
+    if (kind == nullptr)
+    {
+        throw Refusal(Reason::BadValue, "Kind: " + oneOf(name, faults::namesOf(faults::serviceFaultKinds())));
+    }
+    std::vector<Member> all(std::begin(members), std::end(members));
+    all.insert(all.end(), kind->parameters.begin(), kind->parameters.end());
+    check(all, json);
+    auto const settings = completed(all, json);
+    auto const operation = settings["Operation"].toString();
+    if (operation != QLatin1String("*") && !operations.contains(operation))
+    {
+        throw Refusal(Reason::BadValue, "Operation: " + oneOf(operation, QStringList("*") + operations));
+    }
     rules_.push_back(
-        {.operation = json["Operation"].toString("*"),
-         .kind = &kind,
-         .timesLeft = json["Times"].toInt(1),
-         .delay = std::chrono::milliseconds(json["Milliseconds"].toInt()),
-         .settings = json});
+        {.id = ++lastId_,
+         .operation = operation,
+         .kind = kind,
+         .timesLeft = settings["Times"].toInt(),
+         .delay = std::chrono::milliseconds(settings["Milliseconds"].toInt()),
+         .settings = settings});
+    return lastId_;
 }
 
 std::optional<FaultRule> ServiceFaults::fire(QString const& operation)
@@ -43,6 +79,11 @@ std::optional<FaultRule> ServiceFaults::fire(QString const& operation)
     return *found;
 }
 
+bool ServiceFaults::remove(int id)
+{
+    return std::erase_if(rules_, [id](FaultRule const& rule) { return rule.id == id; }) > 0;
+}
+
 void ServiceFaults::clear()
 {
     rules_.clear();
@@ -53,11 +94,12 @@ QJsonArray ServiceFaults::toJson() const
     QJsonArray array;
     for (auto const& rule : rules_)
     {
-        array.append(QJsonObject{
-            {"Operation", rule.operation},
-            {"Kind", rule.kind->name},
-            {"TimesLeft", rule.timesLeft},
-            {"Fired", rule.fired}});
+        auto json = rule.settings;
+        json["Id"] = rule.id;
+        json["TimesLeft"] = rule.timesLeft;
+        json["Fired"] = rule.fired;
+        json["IsUsedUp"] = rule.timesLeft == 0;
+        array.append(json);
     }
     return array;
 }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "simulator/Schema.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
 
-#include <array>
 #include <chrono>
 #include <memory>
 
@@ -54,17 +55,12 @@ public:
 
 using Attributes = QHash<QString, qint64>;
 
-/// A kind of fault: its name, its attributes with their defaults, and how one is set to work.
+/// A kind of fault: its name, its attributes, and how one is set to work.
 struct ToxicKind
 {
-    struct Attribute
-    {
-        char const* name = nullptr;
-        qint64 usual = 0;
-    };
-
     char const* name = "";
-    std::array<Attribute, 3> attributes = {};
+    char const* meaning = "";                                               ///< for people
+    Schema attributes = {};                                                 ///< integers
     std::unique_ptr<Toxic> (*make)(Attributes const& attributes) = nullptr; ///< null: the proxy itself is the fault
 };
 

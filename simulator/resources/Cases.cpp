@@ -121,14 +121,14 @@ Answer createCase(Call const& call)
 {
     auto const installation = knownInstallation(call.state, call.text("InstallationReference"));
     checkTexts(call);
-    auto& portalCase = call.state.cases.emplace_back(PortalCase{
-        .id = call.state.newId("PORTAL"),
-        .installation = installation,
-        .patientId = call.text("PatientId"),
-        .name = call.text("PatientFirstName") + ' ' + call.text("PatientLastName"),
-        .status = "Created",
-        .createdBy = call.text("UserReference"),
-        .createdAt = call.state.tick()});
+    auto& portalCase = call.state.cases.add(
+        {.id = call.state.newId("PORTAL"),
+         .installation = installation,
+         .patientId = call.text("PatientId"),
+         .name = call.text("PatientFirstName") + ' ' + call.text("PatientLastName"),
+         .status = "Created",
+         .createdBy = call.text("UserReference"),
+         .createdAt = call.state.tick()});
     auto const files = takeFiles(call, portalCase);
     return Answer::json(QJsonObject{{"CaseId", portalCase.id}, {"CaseUrl", urlOf(portalCase)}, {"CaseFiles", files}});
 }
@@ -188,14 +188,14 @@ void seedCases(State& state)
 {
     for (auto const& row : seededCases)
     {
-        auto& portalCase = state.cases.emplace_back(PortalCase{
-            .id = state.newId("PORTAL"),
-            .installation = row.installation,
-            .patientId = row.patientId,
-            .name = row.name,
-            .status = row.status,
-            .createdBy = row.createdBy,
-            .createdAt = state.tick()});
+        auto& portalCase = state.cases.add(
+            {.id = state.newId("PORTAL"),
+             .installation = row.installation,
+             .patientId = row.patientId,
+             .name = row.name,
+             .status = row.status,
+             .createdBy = row.createdBy,
+             .createdAt = state.tick()});
         if (*row.sharedWith != '\0')
         {
             portalCase.sharedWith << row.sharedWith;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "simulator/IdList.h"
+
 #include <QDateTime>
 #include <QJsonArray>
 #include <QString>
@@ -29,7 +31,7 @@ struct PortalCase
     QJsonArray files = {};       // as they were announced, each with the "Id" of its upload
 };
 
-using Cases = std::vector<PortalCase>;
+using Cases = IdList<PortalCase>;
 
 /// The portal's cases: creating them, announcing more files, listing those of a patient.
 std::vector<Route> caseRoutes();

@@ -5,6 +5,7 @@
 #include "simulator/State.h"
 
 #include <algorithm>
+#include <set>
 
 namespace simulator
 {
@@ -51,13 +52,13 @@ Answer startConnection(Call const& call)
     {
         throw Refusal(Reason::BadValue, "ConnectionToken");
     }
-    auto const& connection = call.state.collaboration.connections.emplace_back(PartnerConnection{
-        .id = call.state.newId("CON"),
-        .installation = installation,
-        .partnerId = call.state.newId("PARTNER"),
-        .name = "Partner " + token,
-        .isInitiator = true,
-        .status = 1});
+    auto const& connection = call.state.collaboration.connections.add(
+        {.id = call.state.newId("CON"),
+         .installation = installation,
+         .partnerId = call.state.newId("PARTNER"),
+         .name = "Partner " + token,
+         .isInitiator = true,
+         .status = 1});
     return Answer::json(QJsonObject{{"ConnectionId", connection.id}, {"ConnectionStatus", connection.status}});
 }
 
@@ -81,8 +82,8 @@ Answer updateConnectionStatus(Call const& call)
 
 Answer openSession(State& state, QString const& installation, QString const& connectionId)
 {
-    auto const& session = state.collaboration.sessions.emplace_back(
-        Session{.id = state.newId("SES"), .installation = installation, .connectionId = connectionId});
+    auto const& session = state.collaboration.sessions.add(
+        {.id = state.newId("SES"), .installation = installation, .connectionId = connectionId});
     return Answer::json(QJsonObject{{"SessionId", session.id}});
 }
 
@@ -367,7 +368,7 @@ Answer unlock(Call const& call)
 Answer markAsSeen(Call const& call)
 {
     auto const installation = knownInstallation(call.state, call.text("InstallationReference"));
-    auto const file = call.state.collaboration.files.find(call.id());
+    auto* const file = call.state.collaboration.files.find(call.id());
     bool isOfInstallation = false;
     for (auto& request : call.state.collaboration.requests)
     {
@@ -403,28 +404,46 @@ constexpr Member detailsMembers[] = {
 };
 constexpr Member restorationUrlMembers[] = {{"GetOnlyActiveRequests", Kind::Boolean}, {"RequestIds", Kind::Texts}};
 
-/// An empty or absent list of wanted values means that every value is wanted.
-bool isWanted(QJsonValue const& wanted, QJsonValue const& value)
+/// The requests that the body names by their ids, or all, oldest first.
+std::vector<CollaborationRequest const*> named(Call const& call)
 {
-    return wanted.toArray().isEmpty() || wanted.toArray().contains(value);
+    auto const& requests = call.state.collaboration.requests;
+    auto const ids = call["RequestIds"].toArray();
+    std::set<std::size_t> positions;
+    for (auto const& id : ids)
+    {
+        positions.insert(requests.positionOf(id.toString()));
+    }
+    positions.erase(requests.size());
+    std::vector<CollaborationRequest const*> found;
+    if (ids.isEmpty())
+    {
+        std::transform(
+            requests.begin(), requests.end(), std::back_inserter(found), [](auto const& request) { return &request; });
+    }
+    for (auto const position : positions)
+    {
+        found.push_back(&requests[position]);
+    }
+    return found;
 }
 
-/// The requests of the installation in the path that pass the filters of the body, oldest first.
+/// The requests of the installation in the path that pass the filters of the body, oldest first. An empty or absent
+/// list of wanted values means that every value is wanted.
 std::vector<CollaborationRequest const*> selected(Call const& call)
 {
     auto const installation = knownInstallation(call.state, call.id());
     auto const onlyActive = call["GetOnlyActiveRequests"].toBool();
-    std::vector<CollaborationRequest const*> requests;
-    for (auto const& request : call.state.collaboration.requests)
-    {
-        auto const type = static_cast<int>(request.kind);
-        if (request.installation == installation && (request.isActive() || !onlyActive)
-            && isWanted(call["SelectedTypes"], type) && isWanted(call["RequestIds"], request.id)
-            && call.number("Type", type) == type)
+    auto const types = call["SelectedTypes"].toArray();
+    auto requests = named(call);
+    std::erase_if(
+        requests,
+        [&](CollaborationRequest const* request)
         {
-            requests.push_back(&request);
-        }
-    }
+            auto const type = static_cast<int>(request->kind);
+            return request->installation != installation || (onlyActive && !request->isActive())
+                   || !(types.isEmpty() || types.contains(type)) || call.number("Type", type) != type;
+        });
     return requests;
 }
 
@@ -547,14 +566,14 @@ CollaborationRequest& addRequest(State& state, CollaborationRequest request)
     request.internalCaseIdentifier = state.newId("CASE");
     request.orderReference = state.newId("SO");
     request.transactionId = state.newId("TX");
-    return state.collaboration.requests.emplace_back(std::move(request));
+    return state.collaboration.requests.add(std::move(request));
 }
 
 QString addFile(State& state, CollaborationRequest& request, CollaborationFile file)
 {
     file.id = state.newId("FILE");
     request.fileIds << file.id;
-    return state.collaboration.files.insert(file.id, file)->id;
+    return state.collaboration.files.add(std::move(file)).id;
 }
 
 CollaborationRequest& requestById(State& state, QString const& id)

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "simulator/IdList.h"
+
 #include <QDate>
 #include <QDateTime>
-#include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
@@ -146,10 +147,10 @@ struct Session
 /// What the service knows of collaborations. Files stand apart: several requests may refer to one.
 struct Collaboration
 {
-    std::vector<PartnerConnection> connections = {};
-    std::vector<Session> sessions = {};
-    std::vector<CollaborationRequest> requests = {};
-    QHash<QString, CollaborationFile> files = {};
+    IdList<PartnerConnection> connections = {};
+    IdList<Session> sessions = {};
+    IdList<CollaborationRequest> requests = {};
+    IdList<CollaborationFile> files = {};
 };
 
 std::vector<Route> collaborationRoutes();
@@ -175,7 +176,7 @@ PartnerConnection partnerOf(State const& state, QString const& connectionId);
 
 /// The wire forms of collaboration records.
 QJsonObject toJson(PartnerConnection const& connection);
-QJsonObject toJson(CollaborationRequest const& request, QHash<QString, CollaborationFile> const& files);
+QJsonObject toJson(CollaborationRequest const& request, IdList<CollaborationFile> const& files);
 /// One group per partner, in the order in which the partners first appear.
 QJsonArray groupedByPartner(State const& state, std::vector<CollaborationRequest const*> const& requests);
 

@@ -122,7 +122,7 @@ QJsonObject toJson(PartnerConnection const& connection)
     };
 }
 
-QJsonObject toJson(CollaborationRequest const& request, QHash<QString, CollaborationFile> const& files)
+QJsonObject toJson(CollaborationRequest const& request, IdList<CollaborationFile> const& files)
 {
     QJsonObject json = {
         {"Id", request.id},
@@ -133,7 +133,7 @@ QJsonObject toJson(CollaborationRequest const& request, QHash<QString, Collabora
         {"Metadata", request.metadata},
         {"DueDate", request.dueDate.toString(Qt::ISODate)},
         {"CreationTimestamp", isoTime(request.createdAt)},
-        {"Files", arrayOf(request.fileIds, [&files](QString const& id) { return fileJson(files.value(id)); })},
+        {"Files", arrayOf(request.fileIds, [&files](QString const& id) { return fileJson(*files.find(id)); })},
         {"NoteInfos", arrayOf(request.notes, noteJson)},
         {"InternalCaseIdentifier", request.internalCaseIdentifier},
         {"OrderReference", request.orderReference},

@@ -67,8 +67,7 @@ Answer answerFor(CollaborationRequest const& request)
 Answer withdraw(Call const& call)
 {
     auto const id = requestById(call.state, call.text("RequestId")).id;
-    std::erase_if(
-        call.state.collaboration.requests, [&id](CollaborationRequest const& request) { return request.id == id; });
+    call.state.collaboration.requests.remove(id);
     return Answer::json(QJsonObject{{"RequestId", id}});
 }
 
@@ -77,10 +76,14 @@ Answer create(Call const& call)
     auto const type = call.number("Type");
     if (type < 0 || type > static_cast<int>(RequestKind::Referral))
     {
-        throw Refusal(Reason::BadValue, "Type");
+        throw Refusal(Reason::BadValue, QStringLiteral("Type: %1; from 0 to 7").arg(type));
     }
     auto const& connections = call.state.collaboration.connections;
-    auto const& partner = call["ConnectionId"].isUndefined() ? connections.front()
+    if (connections.empty())
+    {
+        throw Refusal(Reason::NotNow, "there is no connection to a partner");
+    }
+    auto const& partner = call["ConnectionId"].isUndefined() ? *connections.begin()
                                                              : connectionById(call.state, call.text("ConnectionId"));
     auto& request = addRequest(
         call.state, {.installation = partner.installation,
@@ -116,7 +119,10 @@ Answer partnerAction(Call const& call)
         changes.begin(), changes.end(), [&action](Change const& row) { return action == QLatin1String(row.action); });
     if (change == changes.end())
     {
-        throw Refusal(Reason::BadValue, "Action");
+        QStringList names = {"create", "withdraw", "advanceOrder (with Reference alone)"};
+        std::transform(
+            changes.begin(), changes.end(), std::back_inserter(names), [](Change const& row) { return row.action; });
+        throw Refusal(Reason::BadValue, "Action: " + oneOf(action, names));
     }
     auto& request = requestById(call.state, call.text("RequestId"));
     change->apply(call, request);

@@ -260,7 +260,7 @@ void seedCollaboration(State& state)
 {
     for (auto const& row : partners)
     {
-        state.collaboration.connections.push_back(
+        state.collaboration.connections.add(
             {.id = row.connectionId,
              .installation = row.installation,
              .partnerId = row.partnerId,

@@ -4,11 +4,13 @@
 #include "simulator/Routing.h"
 #include "simulator/State.h"
 
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QVersionNumber>
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <numeric>
 
 namespace simulator
@@ -297,12 +299,9 @@ Answer orderDetails(Call const& call)
     QJsonArray list;
     for (QJsonValue const reference : call["References"].toArray())
     {
-        for (auto const& order : call.state.orders.orders)
+        if (auto const* const order = call.state.orders.orders.find(reference.toString()))
         {
-            if (order.id == reference.toString())
-            {
-                list.append(detailsJson(order));
-            }
+            list.append(detailsJson(*order));
         }
     }
     return Answer::json(list);
@@ -397,7 +396,7 @@ Order& placeOrder(State& state, OrderKind kind, QJsonObject const& body)
     }
     finishByItself(order);
     state.tick();
-    return state.orders.orders.emplace_back(std::move(order));
+    return state.orders.orders.add(std::move(order));
 }
 
 Answer advanceOrder(Call const& call)
@@ -412,14 +411,18 @@ Answer advanceOrder(Call const& call)
 
 Answer storedOrders(Call const& call)
 {
-    auto const& orders = call.state.orders.orders;
+    auto const twins = [](Order const& order)
+    { return std::pair(order.kind, QJsonDocument(order.request).toJson(QJsonDocument::Compact)); };
+    std::map<std::pair<OrderKind, QByteArray>, int> counts;
+    for (auto const& order : call.state.orders.orders)
+    {
+        ++counts[twins(order)];
+    }
     QJsonArray list;
-    for (auto const& order : orders)
+    for (auto const& order : call.state.orders.orders)
     {
         auto json = storedJson(order);
-        auto const isTwin = [&order](Order const& other)
-        { return other.kind == order.kind && other.request == order.request; };
-        json.insert("TimesCreated", static_cast<int>(std::count_if(orders.begin(), orders.end(), isTwin)));
+        json.insert("TimesCreated", counts[twins(order)]);
         list.append(json);
     }
     return Answer::json(list);

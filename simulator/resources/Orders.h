@@ -1,5 +1,7 @@
 #pragma once
 
+#include "simulator/IdList.h"
+
 #include <QDateTime>
 #include <QJsonObject>
 #include <QString>
@@ -99,7 +101,7 @@ struct Orders
 {
     std::vector<Article> articles = {};
     std::vector<ShippingAddress> addresses = {};
-    std::vector<Order> orders = {};
+    IdList<Order> orders = {};
 };
 
 std::vector<Route> orderRoutes();

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "simulator/IdList.h"
+
 #include <QByteArray>
 #include <QDateTime>
-#include <QHash>
+#include <QMap>
 #include <QString>
 
 #include <vector>
@@ -51,8 +53,8 @@ struct PartnerCase
 struct Partners
 {
     std::vector<PartnerPlatform> platforms = {};
-    QHash<QString, QByteArray> collaboratorLogos = {}; // by the partner's id, as those of the platforms
-    std::vector<PartnerAccount> accounts = {};
+    QMap<QString, QByteArray> collaboratorLogos = {}; // by the partner's id, as those of the platforms
+    IdList<PartnerAccount> accounts = {};
     std::vector<PartnerCase> cases = {};
 };
 

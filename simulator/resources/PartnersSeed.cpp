@@ -146,7 +146,7 @@ void seedPartners(State& state)
     }
     for (auto const& row : accounts)
     {
-        state.partners.accounts.push_back(
+        state.partners.accounts.add(
             {.id = row.id,
              .installation = row.installation,
              .partnerId = row.partnerId,

@@ -108,14 +108,14 @@ struct ProxiedServer
 {
     explicit ProxiedServer(quint64 seed = 1) : proxy(server.port(), seed) {}
 
-    auto add(char const* text) { return proxy.add(ToxicSettings::fromJson(FaultText(text).toToxic())); }
+    auto add(char const* text) { return proxy.add(text); }
     Seen exchange(std::chrono::milliseconds patience = 30s) const
     {
         return PlainClient(proxy.port()).exchange(request, patience);
     }
 
     testkit::RawServer server{[](testkit::RawRequest const&)
-                           { return testkit::rawReply(QByteArray::fromStdString(answer)).thenClose(); }};
+                              { return testkit::rawReply(QByteArray::fromStdString(answer)).thenClose(); }};
     FaultProxy proxy;
 };
 
@@ -171,15 +171,13 @@ TEST(Toxics, comeAndGoOnOpenConnections)
 {
     testkit::RawServer server;
     FaultProxy proxy(server.port());
-    auto const add = [&proxy](char const* text)
-    { return proxy.add(ToxicSettings::fromJson(FaultText(text).toToxic())); };
     PlainClient client(proxy.port());
     EXPECT_TRUE(client.isAnswered(request));
-    add("latency:latency=3600000");
+    proxy.add("latency:latency=3600000");
     EXPECT_EQ(client.exchange(request, 20ms).bytes, "");
     proxy.clear();
     EXPECT_TRUE(client.isAnswered({})) << "what was held back, goes on";
-    auto const timeout = add("timeout:timeout=0");
+    auto const timeout = proxy.add("timeout:timeout=0");
     EXPECT_EQ(client.exchange(request, 20ms).end, End::Silent);
     EXPECT_TRUE(fires(*timeout));
     proxy.clear();
@@ -187,7 +185,7 @@ TEST(Toxics, comeAndGoOnOpenConnections)
 
     PlainClient other(proxy.port());
     EXPECT_TRUE(other.isAnswered(request));
-    auto const down = add("down");
+    auto const down = proxy.add("down");
     EXPECT_EQ(other.exchange("").end, End::Reset);
     EXPECT_EQ(down->fired, 2);
 }
@@ -217,7 +215,7 @@ TEST(Toxics, nonsenseIsRefused)
          {"no_such", "latency:latency=-1", "latency:rate=1", "latency:stream=sideways", "latency:toxicity=2",
           "latency:toxicity=often", "down:toxicity=0.5", "limit_data:bytes=many"})
     {
-        EXPECT_THROW(ToxicSettings::fromJson(FaultText(text).toToxic()), std::invalid_argument) << text;
+        EXPECT_THROW(ToxicSettings::fromText(text), std::invalid_argument) << text;
     }
 }
 

@@ -56,7 +56,7 @@ protected:
         return send("POST", path, QJsonDocument(body).toJson(), status);
     }
     QJsonDocument get(QString const& path, int status = 200) { return send("GET", path, {}, status); }
-    void fault(QJsonObject const& rule) { post("/_control/fault", rule, 204); }
+    void fault(QJsonObject const& rule) { post("/_control/fault", rule); }
 
     simulator::Simulator service;
     int port;

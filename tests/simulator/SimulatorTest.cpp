@@ -75,6 +75,23 @@ QJsonObject const surgeryPlan = {
     {"PatientDateOfBirth", "1971-02-03"},
     {"RequesterPatientReference", "R-7"}};
 
+/// The JSON with the value at the path, whose numbers count in lists.
+QJsonValue changed(QJsonValue const& json, QStringList const& path, QJsonValue const& value)
+{
+    if (path.isEmpty())
+    {
+        return value;
+    }
+    auto const part = changed(json.isArray() ? json[path[0].toInt()] : json[path[0]], path.mid(1), value);
+    auto array = json.toArray();
+    if (json.isArray())
+    {
+        array[path[0].toInt()] = part;
+        return array;
+    }
+    return merged(json.toObject(), {{path[0], part}});
+}
+
 TEST_F(SimulatorTest, aRequestLivesFromCreationToWithdrawal)
 {
     auto const session = post("/Connections/CON-101/sessions", merged(from1001, {{"UserReference", "Dr. Rao"}}));
@@ -266,36 +283,200 @@ TEST_F(SimulatorTest, faultsSpoilTheCallsTheyAreMeantFor)
     EXPECT_EQ(get(path, 418)[0]["Code"], "4180");
     get(path, 418);
     EXPECT_TRUE(get(path).isArray());
+    fault({{"Kind", "delay"}, {"Milliseconds", 1}});
     auto const rules = get("/_control/faults").array();
     EXPECT_EQ(rules[0]["Fired"], 1);
     EXPECT_EQ(rules[1]["Fired"], 2);
-    post("/_control/fault", {{"Kind", "drop"}, {"Operation", "noSuchOperation"}}, 400);
-    post("/_control/fault", {{"Kind", "drop"}, {"Times", "2"}}, 400);
+    EXPECT_EQ(rules[1]["Status"], 418);
+    EXPECT_EQ(rules[1]["IsUsedUp"], true);
+    EXPECT_EQ(rules[2]["Operation"], "*") << "what is left out, is shown with its usual value";
+    send("DELETE", "/_control/faults/2", {}, 204);
+    EXPECT_EQ(get("/_control/faults").array(), QJsonArray({rules[0], rules[2]}));
     send("DELETE", "/_control/faults", {}, 204);
     EXPECT_TRUE(get("/_control/faults").array().isEmpty());
+}
+
+TEST_F(SimulatorTest, whatTheControlResourcesCannotDoIsRefusedWithWhatTheyCan)
+{
+    auto const state = get("/_control/state").object();
+    auto const with = [&state](QStringList const& path, QJsonValue const& value)
+    { return changed(state, path, value); };
+    QStringList const aRequest = {"Collaboration", "Requests", "2"};
+    struct Row
+    {
+        char const* method;
+        char const* resource;
+        QJsonValue body;
+        int status;
+        char const* message;
+    };
+    Row const rows[] = {
+        {"POST", "fault", QJsonObject{{"Kind", "nosuch"}}, 400, "out of range: Kind: nosuch; one of cutChunk, delay,"},
+        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Operation", "no"}}, 400, "Operation: no; one of *, create"},
+        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Times", "2"}}, 400, "Times; wanted: integer"},
+        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Times", -7}}, 400, "Times: -7; from -1 to 1000000"},
+        {"POST", "fault", QJsonObject{{"Kind", "delay"}, {"Milliseconds", -5}}, 400, "Milliseconds: -5; from 0 to"},
+        {"POST", "fault", QJsonObject{{"Kind", "status"}, {"Status", 99'999}}, 400, "Status: 99999; from 200 to 599"},
+        {"POST", "fault", QJsonObject{{"Kind", "status"}, {"Sttus", 500}}, 400, "Sttus; one of Kind, Operation,"},
+        {"POST", "toxic", QJsonObject{{"Type", "down"}}, 409, "no fault proxy"},
+        {"POST", "partner-action", QJsonObject{{"Action", "x"}}, 400, "Action: x; one of create, withdraw,"},
+        {"POST", "reset", QJsonObject{{"Sead", 1}}, 400, "Sead; one of Seed"},
+        {"DELETE", "faults/77", {}, 404, "77"},
+        {"GET", "journal?state=1", {}, 400, "state; one of operation, method, status, since, limit"},
+        {"GET", "journal?status=all", {}, 400, "status; wanted: integer"},
+        {"GET", "nothing", {}, 404, "GET /_control/nothing"},
+        {"POST", "verify", QJsonObject{{"InOrder", QJsonArray{"no"}}}, 400, "Operation: no; one of create"},
+        {"PUT", "state", with(aRequest + QStringList("Sttus"), 1), 400, "Collaboration.Requests[2]: Sttus"},
+        {"PUT", "state", with(aRequest + QStringList("Kind"), 8), 400, "Collaboration.Requests[2].Kind: from 0 to 7"},
+        {"PUT", "state", with(aRequest + QStringList("DueDate"), "soon"), 400, "[2].DueDate: a day as"},
+        {"PUT", "state", with(aRequest + QStringList("Id"), "REQ-000001"), 400, "[2]: REQ-000001 is there twice"},
+        {"PUT", "state", with(aRequest + QStringList("FileIds"), QJsonArray{"F-1"}), 400, "[2].FileIds: F-1"},
+        {"PUT", "state", with({"Partners", "Accounts", "0", "PartnerId"}, "P-1"), 400, "Accounts[0].PartnerId: P-1"},
+        {"PUT", "state", with({"Cases", "1", "Installation"}, "INST-0"), 400, "Cases[1].Installation: INST-0"},
+        {"PUT", "state", with({"Orders", "Orders", "0", "State"}, "new"), 400, "Orders.Orders[0].State: an integer"},
+        {"PUT", "state", "text", 400, "line 1: "},
+    };
+    for (auto const& row : rows)
+    {
+        auto const body = QJsonDocument(row.body.toObject()).toJson();
+        auto const path = QStringLiteral("/_control/") + row.resource;
+        auto const error = send(row.method, path, row.body.isString() ? "text" : body, row.status);
+        auto const message = error[0]["Message"].toString();
+        EXPECT_TRUE(message.contains(row.message)) << row.resource << ": " << message.toStdString();
+    }
+    EXPECT_TRUE(get("/_control/faults").array().isEmpty());
+    EXPECT_EQ(get("/_control/state").object(), state);
+}
+
+TEST_F(SimulatorTest, itsStateCanBeTakenChangedAndPutBack)
+{
+    post("/_control/partner-action", {{"Action", "reply"}, {"RequestId", "REQ-000001"}});
+    post("/stats", {{"SelectedType", "binary"}, {"Data", QString(QByteArray("\xff\0", 2).toBase64())}}, 204);
+    auto const taken = get("/_control/state");
+    post("/_control/reset", {{"Seed", 9}}, 204);
+    EXPECT_NE(get("/_control/state"), taken);
+    send("PUT", "/_control/state", taken.toJson(), 204);
+    EXPECT_EQ(get("/_control/state"), taken);
+
+    auto const own = changed(taken.object(), {"Collaboration", "Requests", "0", "Id"}, "REQ-000400").toObject();
+    SimulatorOptions options;
+    options.state = QJsonDocument(own).toJson();
+    Simulator other(options);
+    EXPECT_EQ(other.partnerAction({{"Action", "create"}})["RequestId"], "REQ-000401") << "no id is given out twice";
+    other.reset();
+    EXPECT_EQ(other.control("GET", "state")["Collaboration"], own["Collaboration"]);
+    options.state = R"({"Now": 1})";
+    EXPECT_THROW(Simulator{options}, std::invalid_argument);
 }
 
 TEST_F(SimulatorTest, theJournalKeepsWhatArrived)
 {
     get("/Installations/INST%2D1001/connections");
-    get("/Installations/INST%2D1001/connections?x=%20y");
+    fault({{"Kind", "status"}});
+    get("/Installations/INST%2D1001/connections?x=%20y", 503);
     post("/Requests/none/unlocked-status", from1001, 404);
     auto const journal = get("/_control/journal");
     EXPECT_EQ(journal["Counts"]["GET /Installations/INST%2D1001/connections"], 2);
-    EXPECT_EQ(journal["Requests"][1]["Target"], "/Installations/INST%2D1001/connections?x=%20y");
-    EXPECT_EQ(journal["Requests"][2]["Status"], 404);
-    EXPECT_EQ(journal["Requests"][2]["Operation"], "getUnlockedStateForRequest");
-    auto const body = journal["Requests"][2]["Body"].toString();
+    auto const spoilt = journal["Requests"][1];
+    EXPECT_EQ(spoilt["Target"], "/Installations/INST%2D1001/connections?x=%20y");
+    EXPECT_EQ(spoilt["Fault"], (QJsonObject{{"Id", 1}, {"Kind", "status"}}));
+    EXPECT_TRUE(spoilt["Answer"].toString().contains("told to fail"));
+    EXPECT_TRUE(QDateTime::fromString(spoilt["Time"].toString(), Qt::ISODateWithMs).isValid());
+    EXPECT_TRUE(spoilt["Milliseconds"].isDouble());
+    EXPECT_EQ(spoilt["Headers"]["Authorization"], "(redacted)");
+    EXPECT_EQ(spoilt["Headers"]["Accept"], "*/*");
+    auto const last = journal["Requests"][2];
+    EXPECT_EQ(last["Status"], 404);
+    EXPECT_EQ(last["Operation"], "getUnlockedStateForRequest");
+    auto const body = last["Body"].toString();
     EXPECT_EQ(QJsonDocument::fromJson(body.toUtf8()).object(), from1001);
-    EXPECT_EQ(journal["Requests"][2]["Size"], body.size());
+    EXPECT_EQ(last["Size"], body.size());
+
+    std::pair<char const*, std::vector<int>> const filters[] = {
+        {"operation=getConnectionsForLicense", {1, 2}},
+        {"method=POST", {3}},
+        {"status=503", {2}},
+        {"since=1", {2, 3}},
+        {"limit=1", {3}},
+        {"status=200&since=1", {}}};
+    for (auto const& [query, numbers] : filters)
+    {
+        std::vector<int> found;
+        for (QJsonValue const entry : get(QStringLiteral("/_control/journal?") + query)["Requests"].toArray())
+        {
+            found.push_back(entry["Number"].toInt());
+        }
+        EXPECT_EQ(found, numbers) << query;
+    }
     send("DELETE", "/_control/journal", {}, 204);
     EXPECT_TRUE(get("/_control/journal")["Requests"].toArray().isEmpty());
+    for (int count = 0; count < 70; ++count)
+    {
+        exchange("POST", "/stats", std::string(1 << 20, 'x'), 400);
+    }
+    EXPECT_GT(get("/_control/journal?limit=0")["Dropped"].toInt(), 5);
+    post("/_control/verify", {}, 409);
+}
+
+TEST_F(SimulatorTest, theJournalIsHeldAgainstWhatIsExpected)
+{
+    get("/Installations/INST-1001/connections");
+    list(true);
+    get("/Installations/INST-1001/connections");
+    std::pair<char const*, char const*> const rows[] = {
+        {R"({"Requests": [{"Operation": "getConnectionsForLicense", "Exactly": 2, "Status": 200}]})", ""},
+        {R"({"Requests": [{"Operation": "getRequests"}, {"Operation": "createOrder", "Exactly": 0}]})", ""},
+        {R"({"Requests": [{"Operation": "getRequests", "Body": {"GetOnlyActiveRequests": true}}]})", ""},
+        {R"({"InOrder": ["getConnectionsForLicense", "getRequests", "getConnectionsForLicense"]})", ""},
+        {R"({"Requests": [{"Operation": "getConnectionsForLicense", "Exactly": 1}, {"Operation": "createOrder"}]})",
+         "getConnectionsForLicense: 1 wanted, found 2 (1, 3); createOrder: at least 1 wanted, found none"},
+        {R"({"Requests": [{"Operation": "getConnectionsForLicense", "AtMost": 1}]})", "at most 1 wanted, found 2"},
+        {R"({"Requests": [{"Operation": "getRequests", "Body": {"VersionNumber": "2"}}]})", "getRequests: at least 1"},
+        {R"({"Requests": [{"Operation": "getConnectionsForLicense", "AtLeast": 2}], "Since": 1})", "found 1 (3)"},
+        {R"({"InOrder": ["getRequests", "getRequests"]})", "in order: no getRequests after getRequests (2)"},
+    };
+    for (auto const& [expected, difference] : rows)
+    {
+        auto const isVerified = *difference == '\0';
+        auto const answer = send("POST", "/_control/verify", expected, isVerified ? 200 : 409);
+        EXPECT_EQ(answer["Verified"].toBool(), isVerified);
+        EXPECT_TRUE(answer[0]["Message"].toString().contains(difference)) << answer.toJson().toStdString();
+    }
+}
+
+TEST_F(SimulatorTest, theControlResourcesListThemselvesToThisMachinesProgramsOnly)
+{
+    client.set_basic_auth("", "");
+    auto const index = get("/_control");
+    EXPECT_EQ(index["Installations"][0]["Id"], "INST-1001");
+    EXPECT_GT(index["Operations"].toArray().size(), 60);
+    auto const status = index["Faults"][11];
+    EXPECT_EQ(status["Kind"], "status");
+    EXPECT_EQ(status["Parameters"][0]["Default"], 503);
+    exchange("HEAD", "/_control/", {}, 200);
+
+    auto const local = "127.0.0.1:" + std::to_string(port);
+    std::pair<httplib::Headers, int> const rows[] = {
+        {{{"Host", "localhost:1"}}, 200},
+        {{{"Host", "[::1]"}}, 200},
+        {{{"Host", local}, {"Origin", "http://" + local}}, 200},
+        {{{"Host", local}, {"Origin", "http://evil.example"}}, 403},
+        {{{"Host", local}, {"Origin", "null"}}, 403},
+        {{{"Host", "evil.example"}}, 403},
+        {{{"Host", "127.evil.example"}}, 403},
+        {{{"Host", "192.0.2.1"}}, 403},
+    };
+    for (auto const& [headers, wanted] : rows)
+    {
+        EXPECT_EQ(client.Get("/_control", headers)->status, wanted) << headers.begin()->second;
+    }
+    EXPECT_EQ(client.Post("/stats", {{"Content-Length", "-5"}}, "", "")->status, 400);
 }
 
 TEST_F(SimulatorTest, manyClientsStayConnectedAndAStopEndsThemAll)
 {
     std::vector<std::unique_ptr<httplib::Client>> clients;
-    for (int count = 0; count < 40; ++count)
+    for (int count = 0; count < 80; ++count)
     {
         clients.push_back(std::make_unique<httplib::Client>("127.0.0.1", port));
         clients.back()->set_basic_auth("kelo", "kelo");
@@ -318,23 +499,30 @@ TEST(SimulatorWithFaultProxy, toxicsAreControlledPastThem)
 {
     SimulatorOptions options;
     options.faultSeed = 3;
+    options.basePath = "/api/v1";
+    options.listenAddress = "0.0.0.0";
     Simulator service(options);
-    httplib::Client through("127.0.0.1", QUrl(service.start()).port());
+    auto const url = QUrl(service.start());
+    EXPECT_EQ(url.path(), "/api/v1");
+    httplib::Client through("127.0.0.1", url.port());
     httplib::Client past("127.0.0.1", QUrl(service.directUrl()).port());
     auto const add = [&past](char const* toxic) { return past.Post("/_control/toxic", toxic, "")->status; };
-    EXPECT_EQ(add(R"({"Type":"reset_peer","Stream":"upstream","Toxicity":1,"Attributes":{"timeout":1}})"), 204);
+    through.set_basic_auth("kelo", "kelo");
+    EXPECT_EQ(through.Get("/api/v1/Settings")->status, 200);
+    EXPECT_EQ(through.Get("/Settings")->status, 404);
+    EXPECT_EQ(through.Get("/_control", {{"Host", "192.0.2.1"}})->status, 200);
+    EXPECT_EQ(through.Get("/_control", {{"Host", "evil.example"}})->status, 403);
+    EXPECT_EQ(add(R"({"Type":"latency","Attributes":{"latency":1}})"), 200);
+    EXPECT_EQ(add(R"({"Type":"reset_peer","Stream":"upstream","Toxicity":1,"Attributes":{"timeout":1}})"), 200);
     EXPECT_FALSE(through.Get("/_control/faults"));
     auto const toxics = parsed(past.Get("/_control/toxics")->body);
-    EXPECT_EQ(toxics[0]["Fired"], 1);
-    EXPECT_EQ(toxics[0]["Attributes"]["timeout"], 1);
-    EXPECT_EQ(past.Delete("/_control/toxics")->status, 204);
+    EXPECT_EQ(toxics[1]["Fired"], 1);
+    EXPECT_EQ(toxics[1]["Attributes"]["timeout"], 1);
+    EXPECT_EQ(past.Delete("/_control/toxics/2")->status, 204);
     EXPECT_TRUE(through.Get("/_control/faults"));
-
-    EXPECT_EQ(add(R"({"Type":"no_such"})"), 400);
+    EXPECT_EQ(parsed(past.Get("/_control/toxics")->body)[0]["Type"], "latency") << "the other goes on";
+    EXPECT_EQ(past.Delete("/_control/toxics")->status, 204);
     EXPECT_EQ(add(R"({"Type":"latency","Attributes":{"latency":"long"}})"), 400);
-    Simulator plain;
-    httplib::Client other("127.0.0.1", QUrl(plain.start()).port());
-    EXPECT_EQ(other.Post("/_control/toxic", R"({"Type":"down"})", "")->status, 409);
 }
 
 TEST(SimulatorTls, itsCertificateCanBeTrusted)

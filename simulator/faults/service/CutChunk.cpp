@@ -4,9 +4,10 @@
 namespace simulator::faults
 {
 
-/// The operation is carried out, its answer comes in chunks, and the connection is closed within the second.
 FaultKind const cutChunk = {
     .name = "cutChunk",
+    .meaning =
+        "The operation is carried out, its answer comes in chunks, and the connection is closed within the second.",
     .distort =
         [](Answer& answer, QJsonObject const&)
     {

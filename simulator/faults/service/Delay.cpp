@@ -3,7 +3,6 @@
 namespace simulator::faults
 {
 
-/// Nothing but the time that every rule can take ("Milliseconds").
-FaultKind const delay = {.name = "delay"};
+FaultKind const delay = {.name = "delay", .meaning = "Nothing but the time that every fault can take."};
 
 } // namespace simulator::faults

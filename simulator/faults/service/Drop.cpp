@@ -3,7 +3,9 @@
 namespace simulator::faults
 {
 
-/// The connection is closed without an answer.
-FaultKind const drop = {.name = "drop", .replacement = [](QJsonObject const&) { return Answer::drop(); }};
+FaultKind const drop = {
+    .name = "drop", .meaning = "The connection is closed without an answer.", .replacement = [](QJsonObject const&) {
+        return Answer::drop();
+    }};
 
 } // namespace simulator::faults

@@ -3,9 +3,9 @@
 namespace simulator::faults
 {
 
-/// An interim answer, HTTP 103, comes before the real one, on a connection that goes on.
 FaultKind const earlyHints = {
     .name = "earlyHints",
+    .meaning = "An interim answer, HTTP 103, comes before the real one, on a connection that goes on.",
     .distort =
         [](Answer& answer, QJsonObject const&) {
             answer.raw = {

@@ -4,9 +4,9 @@
 namespace simulator::faults
 {
 
-/// The operation is carried out, and its answer begins with headers that do not end.
 FaultKind const endlessHeaders = {
     .name = "endlessHeaders",
+    .meaning = "The operation is carried out, and its answer begins with headers that do not end.",
     .distort =
         [](Answer& answer, QJsonObject const&)
     {

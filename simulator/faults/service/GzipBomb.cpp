@@ -1,8 +1,6 @@
 #include "simulator/faults/JsonAnswer.h"
 #include "simulator/faults/ServiceFaultKinds.h"
 
-#include <algorithm>
-
 #include <zlib.h>
 
 namespace simulator::faults
@@ -10,6 +8,10 @@ namespace simulator::faults
 
 namespace
 {
+
+constexpr Member parameters[] = {
+    integer("Mebibytes", 1, 1 << 14, "300", "what the answer unpacks to"),
+};
 
 QByteArray compressedZeros(int mebibytes)
 {
@@ -34,14 +36,15 @@ QByteArray compressedZeros(int mebibytes)
 
 } // namespace
 
-/// The operation is carried out, and its answer unpacks to "Mebibytes" MiB, 300 unless given.
 FaultKind const gzipBomb = {
     .name = "gzipBomb",
+    .meaning = "The operation is carried out, and its answer unpacks to a lot of zeros.",
+    .parameters = parameters,
     .distort =
         [](Answer& answer, QJsonObject const& settings)
     {
         // Not given to the HTTP server, which compresses once more.
-        auto const bomb = compressedZeros(std::clamp(settings["Mebibytes"].toInt(300), 1, 1 << 14));
+        auto const bomb = compressedZeros(settings["Mebibytes"].toInt());
         auto const framing = "Content-Encoding: gzip\r\nContent-Length: " + QByteArray::number(bomb.size()) + "\r\n";
         answer.raw = {.bytes = wireHead(answer, framing) + bomb};
     },

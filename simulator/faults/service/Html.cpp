@@ -4,13 +4,24 @@
 namespace simulator::faults
 {
 
-/// A page of HTML with the HTTP status in "Status", 502 unless given: what a gateway answers in the place of a service.
+namespace
+{
+
+constexpr Member parameters[] = {
+    integer("Status", 200, 599, "502", "the HTTP status"),
+    optional("Body", Kind::Any, "the page unless it is the usual one"),
+};
+
+} // namespace
+
 FaultKind const html = {
     .name = "html",
+    .meaning = "A page of HTML: what a gateway answers in the place of a service.",
+    .parameters = parameters,
     .replacement = [](QJsonObject const& settings)
     {
         return Answer{
-            .status = settings["Status"].toInt(502),
+            .status = settings["Status"].toInt(),
             .body = bodyOr(settings, "<!DOCTYPE html><html><body><h1>Bad Gateway</h1></body></html>"),
             .contentType = "text/html"};
     }};

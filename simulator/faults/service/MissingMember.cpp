@@ -4,10 +4,20 @@
 namespace simulator::faults
 {
 
-/// The member in "Member" is missing; without one, all are.
+namespace
+{
+
+constexpr Member parameters[] = {
+    optional("Member", Kind::Text, "which; all of them unless given"),
+};
+
+} // namespace
+
 FaultKind const missingMember = {
-    .name = "missingMember", .distort = [](Answer& answer, QJsonObject const& settings) {
-        changeMembers(answer, settings, [](QJsonValue const&) { return QJsonValue(QJsonValue::Undefined); });
-    }};
+    .name = "missingMember",
+    .meaning = "A member of the answer is missing, wherever it stands.",
+    .parameters = parameters,
+    .distort = [](Answer& answer, QJsonObject const& settings)
+    { changeMembers(answer, settings, [](QJsonValue const&) { return QJsonValue(QJsonValue::Undefined); }); }};
 
 } // namespace simulator::faults

@@ -4,9 +4,20 @@
 namespace simulator::faults
 {
 
-/// The member in "Member" is null; without one, all are.
-FaultKind const nullMember = {.name = "nullMember", .distort = [](Answer& answer, QJsonObject const& settings) {
-                                  changeMembers(answer, settings, [](QJsonValue const&) { return QJsonValue(); });
-                              }};
+namespace
+{
+
+constexpr Member parameters[] = {
+    optional("Member", Kind::Text, "which; all of them unless given"),
+};
+
+} // namespace
+
+FaultKind const nullMember = {
+    .name = "nullMember",
+    .meaning = "A member of the answer is null, wherever it stands.",
+    .parameters = parameters,
+    .distort = [](Answer& answer, QJsonObject const& settings)
+    { changeMembers(answer, settings, [](QJsonValue const&) { return QJsonValue(); }); }};
 
 } // namespace simulator::faults

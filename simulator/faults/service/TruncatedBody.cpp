@@ -4,9 +4,9 @@
 namespace simulator::faults
 {
 
-/// The operation is carried out, and the connection closed after half of the body that was announced.
 FaultKind const truncatedBody = {
     .name = "truncatedBody",
+    .meaning = "The operation is carried out, and the connection closed after half of the body that was announced.",
     .distort =
         [](Answer& answer, QJsonObject const&)
     {

@@ -3,9 +3,9 @@
 namespace simulator::faults
 {
 
-/// As if the credentials were wrong.
-FaultKind const unauthorized = {.name = "unauthorized", .replacement = [](QJsonObject const&) {
-                                    return Refusal(Reason::Unauthorized, {}).answer();
-                                }};
+FaultKind const unauthorized = {
+    .name = "unauthorized", .meaning = "As if the credentials were wrong.", .replacement = [](QJsonObject const&) {
+        return Refusal(Reason::Unauthorized, {}).answer();
+    }};
 
 } // namespace simulator::faults

@@ -4,9 +4,19 @@
 namespace simulator::faults
 {
 
-/// Where the member in "Member" (without one, any) is a text, it is one that no client knows.
+namespace
+{
+
+constexpr Member parameters[] = {
+    optional("Member", Kind::Text, "which; all that are texts unless given"),
+};
+
+} // namespace
+
 FaultKind const unknownText = {
     .name = "unknownText",
+    .meaning = "A text in the answer is one that no client knows.",
+    .parameters = parameters,
     .distort = [](Answer& answer, QJsonObject const& settings)
     {
         changeMembers(

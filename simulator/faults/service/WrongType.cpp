@@ -7,6 +7,10 @@ namespace simulator::faults
 namespace
 {
 
+constexpr Member parameters[] = {
+    optional("Member", Kind::Text, "which; the whole answer unless given"),
+};
+
 QJsonValue retyped(QJsonValue const& before)
 {
     switch (before.type())
@@ -24,9 +28,10 @@ QJsonValue retyped(QJsonValue const& before)
 
 } // namespace
 
-/// The member in "Member" has another JSON type than it should; without one, the whole answer has.
 FaultKind const wrongType = {
     .name = "wrongType",
+    .meaning = "A member of the answer has another JSON type than it should.",
+    .parameters = parameters,
     .distort = [](Answer& answer, QJsonObject const& settings)
     {
         if (settings.contains("Member"))

@@ -9,7 +9,7 @@ namespace
 class Bandwidth final : public Toxic
 {
 public:
-    explicit Bandwidth(Attributes const& attributes) : bytesPerMillisecond_(std::max<qint64>(1, attributes["rate"])) {}
+    explicit Bandwidth(Attributes const& attributes) : bytesPerMillisecond_(attributes["rate"]) {}
 
     bool pass(QByteArray const& bytes, Flow& flow) override
     {
@@ -32,11 +32,17 @@ private:
     qint64 const bytesPerMillisecond_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("rate", 1, 1'000'000'000, "64", "kilobytes a second at most"),
+};
+
 } // namespace
 
-/// At most `rate` kilobytes a second.
-ToxicKind const bandwidth = {"bandwidth", {{{"rate", 64}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-                                 return std::make_unique<Bandwidth>(attributes);
-                             }};
+ToxicKind const bandwidth = {
+    .name = "bandwidth",
+    .meaning = "Data passes slowly.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<Bandwidth>(attributes); }};
 
 } // namespace simulator::faults

@@ -24,12 +24,18 @@ private:
     qint64 const jitter_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("latency", 0, 86'400'000, "100", "milliseconds"),
+    integer("jitter", 0, 86'400'000, "0", "milliseconds more or less"),
+};
+
 } // namespace
 
-/// Every piece arrives `latency` milliseconds later, give or take `jitter`.
 ToxicKind const latency = {
-    "latency", {{{"latency", 100}, {"jitter", 0}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-        return std::make_unique<Latency>(attributes);
-    }};
+    .name = "latency",
+    .meaning = "Every piece arrives later.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<Latency>(attributes); }};
 
 } // namespace simulator::faults

@@ -32,12 +32,17 @@ private:
     qint64 left_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("bytes", 0, 1LL << 40, "100", "that pass"),
+};
+
 } // namespace
 
-/// The connection is closed once `bytes` bytes have passed.
 ToxicKind const limitData = {
-    "limit_data", {{{"bytes", 100}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-        return std::make_unique<LimitData>(attributes);
-    }};
+    .name = "limit_data",
+    .meaning = "The connection is closed once so much has passed.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<LimitData>(attributes); }};
 
 } // namespace simulator::faults

@@ -23,12 +23,17 @@ private:
     std::chrono::milliseconds const timeout_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("timeout", 0, 86'400'000, "0", "milliseconds until then"),
+};
+
 } // namespace
 
-/// Both ends get a TCP reset `timeout` milliseconds after the first bytes came, which are lost.
 ToxicKind const resetPeer = {
-    "reset_peer", {{{"timeout", 0}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-        return std::make_unique<ResetPeer>(attributes);
-    }};
+    .name = "reset_peer",
+    .meaning = "Both ends get a TCP reset some time after the first bytes came, which are lost.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<ResetPeer>(attributes); }};
 
 } // namespace simulator::faults

@@ -36,12 +36,19 @@ private:
     std::chrono::microseconds const delay_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("average_size", 1, 1 << 30, "64", "bytes of a piece"),
+    integer("size_variation", 0, 1 << 30, "32", "bytes more or less"),
+    integer("delay", 0, 1'000'000'000, "100", "microseconds between the pieces"),
+};
+
 } // namespace
 
-/// Data comes in pieces of `average_size` bytes, give or take `size_variation`, `delay` microseconds apart.
 ToxicKind const slicer = {
-    "slicer",
-    {{{"average_size", 64}, {"size_variation", 32}, {"delay", 100}}},
-    [](Attributes const& attributes) -> std::unique_ptr<Toxic> { return std::make_unique<Slicer>(attributes); }};
+    .name = "slicer",
+    .meaning = "Data comes in pieces.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<Slicer>(attributes); }};
 
 } // namespace simulator::faults

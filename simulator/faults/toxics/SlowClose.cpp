@@ -21,12 +21,17 @@ private:
     std::chrono::milliseconds const delay_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("delay", 0, 86'400'000, "100", "milliseconds"),
+};
+
 } // namespace
 
-/// The receiver learns `delay` milliseconds late that the sender has closed.
 ToxicKind const slowClose = {
-    "slow_close", {{{"delay", 100}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-        return std::make_unique<SlowClose>(attributes);
-    }};
+    .name = "slow_close",
+    .meaning = "The receiver learns late that the sender has closed.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<SlowClose>(attributes); }};
 
 } // namespace simulator::faults

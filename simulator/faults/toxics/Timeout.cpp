@@ -23,12 +23,17 @@ private:
     std::chrono::milliseconds const timeout_;
 };
 
+constexpr Member attributeMembers[] = {
+    integer("timeout", 0, 86'400'000, "0", "milliseconds until then; 0: when the toxic is taken away"),
+};
+
 } // namespace
 
-/// Nothing passes any more; the connection is closed `timeout` milliseconds after the first bytes came, with 0 only
-/// when the toxic is taken away.
-ToxicKind const timeout = {"timeout", {{{"timeout", 0}}}, [](Attributes const& attributes) -> std::unique_ptr<Toxic> {
-                               return std::make_unique<Timeout>(attributes);
-                           }};
+ToxicKind const timeout = {
+    .name = "timeout",
+    .meaning = "Nothing passes any more; the connection is closed some time after the first bytes came.",
+    .attributes = attributeMembers,
+    .make = [](Attributes const& attributes) -> std::unique_ptr<Toxic>
+    { return std::make_unique<Timeout>(attributes); }};
 
 } // namespace simulator::faults

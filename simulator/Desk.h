@@ -1,0 +1,30 @@
+#pragma once
+
+#include "simulator/Journal.h"
+#include "simulator/State.h"
+#include "simulator/faults/FaultProxy.h"
+#include "simulator/faults/ServiceFaults.h"
+
+namespace simulator
+{
+
+/// All that the service holds between requests. The service's one mutex guards it.
+struct Desk
+{
+    State start; ///< what a reset goes back to
+    State state;
+    Journal journal;
+    ServiceFaults faults;
+    faults::FaultProxy* faultProxy = nullptr; ///< null: there is none in front
+    bool speaksTls = false;
+
+    /// As freshly started, without journal and faults.
+    void reset()
+    {
+        state = start;
+        journal.clear();
+        faults.clear();
+    }
+};
+
+} // namespace simulator
