@@ -74,7 +74,7 @@ Options optionsIn(QCommandLineParser const& parser)
     QString const installation = given(u"installation"_s, environment.installationReference({}));
     environment.installationReference = [installation](QString const&) { return installation; };
     options.certificateFile = given(u"ca-file"_s, qEnvironmentVariable("KELO_CA_FILE"));
-    if (!environment.apiUrl.isValid() || environment.apiUrl.host().isEmpty())
+    if (!environment.apiUrl.scheme().startsWith("http"_L1) || environment.apiUrl.host().isEmpty())
     {
         refuse(u"No address of a service: give --url or set KELO_API_URL."_s);
     }
