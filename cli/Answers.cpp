@@ -33,6 +33,7 @@ void Answers::add(rest::TraceData const& exchange)
         exchange.httpStatus, classification, exchange.httpStatus, exchange.error, json));
     std::lock_guard const lock(mutex_);
     fresh_.push_back({status, json});
+    hasAny_ = true;
 }
 
 std::vector<Answer> Answers::fresh() const
@@ -45,6 +46,12 @@ std::vector<Answer> Answers::takeFresh()
 {
     std::lock_guard const lock(mutex_);
     return std::exchange(fresh_, {});
+}
+
+bool Answers::hasAny() const
+{
+    std::lock_guard const lock(mutex_);
+    return hasAny_;
 }
 
 } // namespace cli

@@ -37,9 +37,12 @@ public:
     /// Those since the last call of `takeFresh`, in the order in which the exchanges ended.
     std::vector<Answer> fresh() const;
     std::vector<Answer> takeFresh();
+    /// Whether there ever was one.
+    bool hasAny() const;
 
 private:
     mutable std::mutex mutex_;
+    bool hasAny_ = false;
     std::vector<Answer> fresh_;
 };
 

@@ -1,6 +1,7 @@
 #include "cli/Context.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <platform/core/HostEnvironment.h>
@@ -18,6 +19,36 @@ using namespace Qt::Literals::StringLiterals;
 QString givenOr(QString const& given, QString const& fallback)
 {
     return given.isNull() ? fallback : given;
+}
+
+QString wordsFor(CommonOptions const& options)
+{
+    std::pair<QString, QString> const all[] = {
+        {u"--url"_s, options.url},
+        {u"--user"_s, options.user},
+        {u"--installation"_s, options.installation},
+        {u"--ca-file"_s, options.certificateFile}};
+    QString words;
+    for (auto const& [name, value] : all)
+    {
+        words += value.isNull() ? QString() : u" %1 %2"_s.arg(name, shellQuoted(value));
+    }
+    return words;
+}
+
+/// A version that cannot be read would silently be none.
+void checkCollaborationVersion()
+{
+    constexpr auto name = "KELO_COLLABORATION_VERSION";
+    if (QString const text = qEnvironmentVariable(name); !text.isEmpty())
+    {
+        versionOf(name, text);
+    }
+}
+
+Failure refusal(QString const& message, rest::RestReplyStatus const& status)
+{
+    return {ExitCode::ServiceError, message, {.serviceCode = status.code, .httpStatus = status.httpStatus}};
 }
 
 } // namespace
@@ -54,8 +85,9 @@ QUrl serviceUrl(QString const& text, QString const& advice)
     return url;
 }
 
-Context::Context(CommonOptions const& options) : output_(options.json)
+Context::Context(CommonOptions const& options) : givenOptions_(wordsFor(options)), output_(options.json)
 {
+    checkCollaborationVersion();
     auto environment = core::hostEnvironment();
     url_ = serviceUrl(givenOr(options.url, qEnvironmentVariable("KELO_API_URL")), u"give --url or set KELO_API_URL"_s);
     user_ = givenOr(options.user, environment.username);
@@ -89,17 +121,18 @@ Context::Context(CommonOptions const& options) : output_(options.json)
     connection_->setExtraCertificates(certificateFile_);
 }
 
-void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_t count) const
+void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_t count, Purpose purpose) const
 {
     auto const answers = answers_->takeFresh();
-    checkStatus(status);
+    checkStatus(status, purpose);
     auto const end = answers.begin() + static_cast<std::ptrdiff_t>(std::min(count, answers.size()));
     if (!std::all_of(answers.begin(), end, [shape](Answer const& answer) { return answer.has(shape); }))
     {
         throw Failure(
             ExitCode::NoConnection,
             u"%1 answered with something that the KELO service does not send; is the URL right?"_s.arg(
-                url_.toDisplayString()));
+                url_.toDisplayString()),
+            {.httpStatus = status.httpStatus});
     }
 }
 
@@ -118,6 +151,14 @@ Failure Context::unfinished() const
     return {ExitCode::NoConnection, u"The call to %1 was abandoned."_s.arg(url_.toDisplayString())};
 }
 
+void Context::recordSecrets() const
+{
+    if (trace_)
+    {
+        trace_->keepSecrets();
+    }
+}
+
 void Context::writeTrace()
 {
     if (trace_)
@@ -126,7 +167,7 @@ void Context::writeTrace()
     }
 }
 
-void Context::checkStatus(rest::RestReplyStatus const& status) const
+void Context::checkStatus(rest::RestReplyStatus const& status, Purpose purpose) const
 {
     if (status.kind == 0)
     {
@@ -135,22 +176,26 @@ void Context::checkStatus(rest::RestReplyStatus const& status) const
     QString const service = url_.toDisplayString();
     if (status.kind == 1)
     {
-        throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(service, status.message));
+        // The library takes every POST for one that changes something.
+        QString reason = status.message;
+        reason = purpose == Purpose::Question ? reason.remove(maybeProcessed) : reason;
+        throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(service, reason.trimmed()));
     }
     if (status.httpStatus == 401)
     {
         QString const advice = user_.isEmpty() ? u"The service asks for a user name and password"_s
                                                : u"The service does not accept the user name or the password"_s;
-        throw Failure(ExitCode::ServiceError, u"%1: %2"_s.arg(advice, kelo::errorMessage(status)));
+        throw refusal(u"%1: %2"_s.arg(advice, kelo::errorMessage(status)), status);
     }
     if (kelo::errorCode(status) == KeloErrorCode::UnreadableError && status.message.isEmpty())
     {
         throw Failure(
             ExitCode::NoConnection,
             u"%1 answered with HTTP status %2 and no message of the KELO service; is the URL right?"_s.arg(service).arg(
-                status.httpStatus));
+                status.httpStatus),
+            {.httpStatus = status.httpStatus});
     }
-    throw Failure(ExitCode::ServiceError, kelo::errorMessage(status));
+    throw refusal(kelo::errorMessage(status), status);
 }
 
 } // namespace cli

@@ -19,6 +19,13 @@
 namespace cli
 {
 
+/// What a call is for. A service that is asked again does no harm.
+enum class Purpose : int
+{
+    Change,
+    Question
+};
+
 /// The options that every command has. A null text was not given, and the environment's value counts.
 struct CommonOptions
 {
@@ -34,6 +41,9 @@ struct CommonOptions
 /// A service's address. Throws a Failure for one that cannot be used, with the advice if there is none; what may hold a
 /// password is not repeated in the message.
 QUrl serviceUrl(QString const& text, QString const& advice);
+
+/// The library's sentence for a call that may have been carried out though no usable answer came.
+inline constexpr QLatin1StringView maybeProcessed("The server may have processed the request.");
 
 /// Where a command runs: the connection, the installation and the way results and failures are shown.
 class Context
@@ -60,11 +70,12 @@ public:
     /// Waits for the reply of a call and returns its value; throws a Failure when there is none. The reply must have
     /// the shape that its type tells, unless another is given.
     template <class T>
-    T valueOf(threading::Future<rest::RestReply<T>> future, Shape shape = shapeOf<T>) const
+    T valueOf(
+        threading::Future<rest::RestReply<T>> future, Shape shape = shapeOf<T>, Purpose purpose = Purpose::Change) const
     {
         finished(future);
         auto reply = std::move(future).take();
-        check(reply.status, shape);
+        check(reply.status, shape, 1, purpose);
         if constexpr (!std::is_void_v<T>)
         {
             return std::move(reply.value);
@@ -85,7 +96,9 @@ public:
 
     /// Throws a Failure unless a call has succeeded and the first `count` answers since the last check have that shape:
     /// a service that is not the wanted one must not pass for one without data.
-    void check(rest::RestReplyStatus const& status, Shape shape, std::size_t count = 1) const;
+    void check(
+        rest::RestReplyStatus const& status, Shape shape, std::size_t count = 1,
+        Purpose purpose = Purpose::Change) const;
 
     /// The status of an operation whose result has none: that of the first answer since the last check. Throws a
     /// Failure if there was none.
@@ -93,6 +106,16 @@ public:
 
     /// The Failure of a call that ended without an outcome.
     Failure unfinished() const;
+
+    /// Whether the service was asked for anything yet.
+    bool hasAsked() const { return answers_->hasAny(); }
+
+    /// The options with which this context would be made again, but for the password and the trace: words for a shell,
+    /// each with a space before it.
+    QString const& givenOptions() const { return givenOptions_; }
+
+    /// The trace holds users' secrets, too; they are redacted unless this is called.
+    void recordSecrets() const;
 
     /// Writes the trace, if one is wanted.
     void writeTrace();
@@ -111,12 +134,13 @@ private:
                                      : IsVector<T>::value ? Shape::List
                                                           : Shape::Object;
 
-    void checkStatus(rest::RestReplyStatus const& status) const;
+    void checkStatus(rest::RestReplyStatus const& status, Purpose purpose) const;
 
     QUrl url_;
     QString user_;
     QString installation_;
     QString certificateFile_;
+    QString givenOptions_;
     Output output_;
     std::shared_ptr<HarFile> trace_;
     std::shared_ptr<Answers> answers_ = std::make_shared<Answers>();

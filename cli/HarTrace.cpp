@@ -1,7 +1,5 @@
 #include "cli/HarTrace.h"
 
-#include "cli/Outcome.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -10,6 +8,8 @@
 #include <QJsonObject>
 #include <QStringDecoder>
 #include <QUrlQuery>
+
+#include "cli/Listing.h"
 
 namespace cli
 {
@@ -57,6 +57,24 @@ void addText(QJsonObject& json, QByteArray const& bytes)
     {
         json.insert(u"encoding"_s, u"base64"_s);
     }
+}
+
+QByteArray redacted(QByteArray const& body)
+{
+    QJsonValue const mark = u"[redacted]"_s;
+    auto const json = QJsonDocument::fromJson(body);
+    if (json.isNull())
+    {
+        // Half an answer may tell a secret as well as a whole one.
+        bool const mayTell = std::any_of(
+            secretKeys().begin(), secretKeys().end(),
+            [&body](QString const& key) { return body.contains(key.toLatin1()); });
+        return mayTell ? mark.toString().toLatin1() : body;
+    }
+    QJsonValue const value = json.isArray() ? QJsonValue(json.array()) : QJsonValue(json.object());
+    auto const shown = withoutSecrets(value, mark);
+    auto const document = shown.isArray() ? QJsonDocument(shown.toArray()) : QJsonDocument(shown.toObject());
+    return shown == value ? body : document.toJson(QJsonDocument::Compact);
 }
 
 /// The body of what goes from a file or into one is not in the trace.
@@ -154,15 +172,7 @@ QJsonObject toHar(std::vector<rest::TraceData> exchanges)
 
 } // namespace
 
-HarFile::HarFile(QString const& path) : file_(path)
-{
-    if (!file_.open(QIODevice::WriteOnly))
-    {
-        throw badInput(u"Cannot write the trace file \"%1\": %2."_s.arg(path, file_.errorString()));
-    }
-    // The bodies hold patients' data.
-    file_.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-}
+HarFile::HarFile(QString const& path) : file_("trace file", path) {}
 
 void HarFile::add(rest::TraceData const& exchange)
 {
@@ -175,11 +185,15 @@ void HarFile::write()
     std::unique_lock lock(mutex_);
     auto exchanges = std::exchange(exchanges_, {});
     lock.unlock();
-    file_.write(QJsonDocument(toHar(std::move(exchanges))).toJson());
-    if (!file_.commit())
+    for (auto& exchange : exchanges)
     {
-        throw badInput(u"Cannot write the trace file \"%1\": %2."_s.arg(file_.fileName(), file_.errorString()));
+        if (!keepsSecrets_)
+        {
+            exchange.requestBody = redacted(exchange.requestBody);
+            exchange.responseBody = redacted(exchange.responseBody);
+        }
     }
+    file_.write(QJsonDocument(toHar(std::move(exchanges))).toJson());
 }
 
 } // namespace cli

@@ -3,17 +3,18 @@
 #include <mutex>
 #include <vector>
 
-#include <QSaveFile>
 #include <QString>
 
 #include <platform/rest/TraceData.h>
+
+#include "cli/OutputFile.h"
 
 namespace cli
 {
 
 /// The file of `--trace`, an HTTP archive, version 1.2: opened before anything is sent, so that a bad path costs
-/// nothing, and complete or not there at all. Header values are redacted as in the trace; bodies are in it as sent and
-/// received.
+/// nothing, and complete or not there at all. Header values are redacted as in the trace, and so are the members of
+/// JSON bodies that hold users' secrets; else bodies are in it as sent and received.
 class HarFile
 {
 public:
@@ -22,10 +23,15 @@ public:
 
     /// Keeps an exchange until the file is written; may be called from any thread.
     void add(rest::TraceData const& exchange);
+    /// Secrets are recorded, too, because the user asked for them.
+    void keepSecrets() { keepsSecrets_ = true; }
+
+    /// Throws a Failure when not all could be written.
     void write();
 
 private:
-    QSaveFile file_;
+    OutputFile file_;
+    bool keepsSecrets_ = false;
     std::mutex mutex_;
     std::vector<rest::TraceData> exchanges_;
 };

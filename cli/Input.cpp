@@ -145,13 +145,13 @@ PatientGender::Gender gender(QString const& text)
         numberOf("gender", namesIn<mirashare::CreateCaseRequest>(u"PatientGender"), text));
 }
 
-QVersionNumber versionOf(QString const& text)
+QVersionNumber versionOf(char const* what, QString const& text)
 {
     qsizetype end = 0;
     auto const version = QVersionNumber::fromString(text, &end);
     if (version.isNull() || end != text.size())
     {
-        throw badInput(u"\"%1\" is no version such as 4.2."_s.arg(text));
+        throw badInput(u"The %1 \"%2\" is no version such as 4.2."_s.arg(QLatin1String(what), text));
     }
     return version;
 }

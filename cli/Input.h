@@ -36,8 +36,8 @@ QString nameOf(KeloCommunicationLib::CatalogUpdateState state);
 /// A gender by its name, in any case; none for an empty text.
 PatientGender::Gender gender(QString const& text);
 
-/// A version in the form 1.2.3.
-QVersionNumber versionOf(QString const& text);
+/// A version in the form 1.2.3; `what` names it in the Failure.
+QVersionNumber versionOf(char const* what, QString const& text);
 
 /// A day in the form 2026-12-31; an invalid date for an empty text.
 QDate day(char const* what, QString const& text);

@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include "cli/Input.h"
 #include "cli/Listing.h"
@@ -38,14 +37,20 @@ Form formOfFile()
 
 } // namespace
 
-KnownRequests::KnownRequests(QString const& path, QString const& installation)
-    : path_(path), installation_(installation)
+KnownRequests::KnownRequests(QString const& path, QString const& installation) : installation_(installation)
 {
-    if (path.isEmpty() || !QFile::exists(path))
+    constexpr auto role = "file of known requests";
+    if (path.isEmpty())
     {
         return;
     }
-    auto const json = readStrictly(path, contentOf("file of known requests", path), formOfFile());
+    auto const content = QFile::exists(path) ? std::optional(contentOf(role, path)) : std::nullopt;
+    file_.emplace(role, path);
+    if (!content)
+    {
+        return;
+    }
+    auto const json = readStrictly(path, *content, formOfFile());
     QString const owner = json[u"Installation"].toString();
     if (owner != installation)
     {
@@ -90,17 +95,12 @@ void KnownRequests::put(collaboration::RequestInfo const& request)
     }
 }
 
-void KnownRequests::save() const
+void KnownRequests::save()
 {
-    if (path_.isEmpty())
+    if (file_)
     {
-        return;
-    }
-    QSaveFile file(path_);
-    QJsonObject const json{{u"Installation"_s, installation_}, {u"Requests"_s, described(requests_)}};
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(json).toJson()) < 0 || !file.commit())
-    {
-        throw badInput(u"Cannot write the file of known requests \"%1\": %2."_s.arg(path_, file.errorString()));
+        QJsonObject const json{{u"Installation"_s, installation_}, {u"Requests"_s, described(requests_)}};
+        file_->write(QJsonDocument(json).toJson());
     }
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include <QString>
 
 #include <KeloCommunicationLib/collaboration/RequestRecords.h>
+
+#include "cli/OutputFile.h"
 
 namespace cli
 {
@@ -16,7 +19,7 @@ class KnownRequests
 {
 public:
     /// Reads the file; one that does not exist yet is an empty list. Throws a Failure for a file that is of another
-    /// installation or not readable. With an empty path nothing is known and nothing is kept.
+    /// installation, not readable, or not writable later on. With an empty path nothing is known and nothing is kept.
     KnownRequests(QString const& path, QString const& installation);
 
     RequestList const& all() const { return requests_; }
@@ -30,10 +33,10 @@ public:
     void put(collaboration::RequestInfo const& request);
 
     /// Replaces the file in one step, so that an interrupted run leaves the earlier one. Throws a Failure.
-    void save() const;
+    void save();
 
 private:
-    QString path_;
+    std::optional<OutputFile> file_;
     QString installation_;
     RequestList requests_;
 };

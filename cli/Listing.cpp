@@ -63,14 +63,20 @@ void showObject(Output const& output, QJsonObject const& object)
     output.show(object, fieldsText(fields));
 }
 
-QJsonValue withoutSecrets(QJsonValue const& json)
+QStringList const& secretKeys()
+{
+    static QStringList const keys{u"PasswordHash"_s, u"TwoFactorKey"_s};
+    return keys;
+}
+
+QJsonValue withoutSecrets(QJsonValue const& json, QJsonValue const& replacement)
 {
     if (json.isArray())
     {
         QJsonArray array;
         for (auto const& element : json.toArray())
         {
-            array.append(withoutSecrets(element));
+            array.append(withoutSecrets(element, replacement));
         }
         return array;
     }
@@ -78,16 +84,15 @@ QJsonValue withoutSecrets(QJsonValue const& json)
     {
         return json;
     }
-    QJsonObject object = json.toObject();
-    for (QString const& key : {u"PasswordHash"_s, u"TwoFactorKey"_s})
+    QJsonObject const object = json.toObject();
+    QJsonObject shown;
+    for (auto member = object.begin(); member != object.end(); ++member)
     {
-        object.remove(key);
+        // Inserting an undefined value leaves the member out.
+        bool const isSecret = secretKeys().contains(member.key());
+        shown.insert(member.key(), isSecret ? replacement : withoutSecrets(member.value(), replacement));
     }
-    for (auto member : object)
-    {
-        member = withoutSecrets(member);
-    }
-    return object;
+    return shown;
 }
 
 } // namespace cli

@@ -61,7 +61,10 @@ void showTable(Output const& output, QJsonValue const& objects, std::vector<Colu
 /// Shows one object as it is, or a line for each of its members that is not empty.
 void showObject(Output const& output, QJsonObject const& object);
 
-/// The value without members that hold a user's secrets.
-QJsonValue withoutSecrets(QJsonValue const& json);
+/// The keys of members that hold a user's secrets.
+QStringList const& secretKeys();
+
+/// The value with these members replaced, wherever they stand; an undefined replacement leaves them out.
+QJsonValue withoutSecrets(QJsonValue const& json, QJsonValue const& replacement = QJsonValue::Undefined);
 
 } // namespace cli

@@ -96,7 +96,7 @@ private:
 
     void read(QString& id);
     void read(bool& value);
-    void read(QVersionNumber& version) { version = versionOf(nextWord()); }
+    void read(QVersionNumber& version) { version = versionOf("version", nextWord()); }
     void read(QByteArray& content);
     void read(collaboration::RequestKeyRequest& search) { read(search.requestKey); }
     void read(collaboration::SalesOrderNumberRequest& search) { read(search.salesOrderNumber); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -67,25 +68,67 @@ Form formOfState()
         .kind = ValueKind::Record,
         .parts = {
             {.key = u"Installation"_s},
-            {.key = u"OrderReference"_s, .isRequired = true},
+            {.key = u"OrderReference"_s},
             {.key = u"ProductionIdentifier"_s},
+            {.key = u"Fingerprint"_s},
+            {.key = u"SentAt"_s},
             {.key = u"Files"_s, .kind = ValueKind::List, .isRequired = true, .parts = {slot}},
+            {.key = u"IsAnswered"_s, .kind = ValueKind::Boolean},
             {.key = u"IsFinished"_s, .kind = ValueKind::Boolean}}};
 }
 
-Failure cannotWrite(QSaveFile const& file)
+QJsonObject stateJson(OrderState const& state)
 {
-    return badInput(u"Cannot write the order's state file \"%1\": %2."_s.arg(file.fileName(), file.errorString()));
+    QJsonArray files;
+    std::transform(state.uploadSlots.begin(), state.uploadSlots.end(), std::back_inserter(files), slotJson);
+    return {
+        {u"Installation"_s, state.installation},
+        {u"OrderReference"_s, state.reference},
+        {u"ProductionIdentifier"_s, state.productionIdentifier},
+        {u"Fingerprint"_s, state.fingerprint},
+        {u"SentAt"_s, state.sentAt.toString(Qt::ISODate)},
+        {u"Files"_s, files},
+        {u"IsAnswered"_s, state.isAnswered},
+        {u"IsFinished"_s, state.isFinished}};
+}
+
+/// What the service calls something, or nothing when it cannot be used.
+QString usableReference(QString const& text)
+{
+    try
+    {
+        return identifier("reference", text);
+    }
+    catch (Failure const&)
+    {
+        return {};
+    }
 }
 
 } // namespace
 
-OrderState stateOfCreated(OrderRequest const& request, OrderRequestResponse const& created)
+OrderState stateBeforeSending(OrderRequest const& request)
 {
-    OrderState state{
+    return {
         .installation = request.getInstallationReference(),
-        .reference = created.getOrderReference(),
-        .productionIdentifier = created.getProductionIdentifier()};
+        .fingerprint = fingerprintOf(request),
+        .sentAt = QDateTime::currentDateTimeUtc()};
+}
+
+QString fingerprintOf(OrderRequest const& request)
+{
+    auto const json = QJsonDocument(jsonSerializer::describe(request)).toJson(QJsonDocument::Compact);
+    return QString::fromLatin1(QCryptographicHash::hash(json, QCryptographicHash::Sha256).toHex());
+}
+
+void takeAnswer(OrderState& state, OrderRequest const& request, OrderRequestResponse const& created)
+{
+    state.reference = usableReference(created.getOrderReference());
+    state.productionIdentifier = created.getProductionIdentifier();
+    if (state.reference.isEmpty())
+    {
+        throw Failure(ExitCode::NoConnection, u"The service answered without an order reference that can be used."_s);
+    }
     auto open = openSlots(created);
     auto const items = request.getOrderItems();
     for (auto const& item : items)
@@ -96,18 +139,17 @@ OrderState stateOfCreated(OrderRequest const& request, OrderRequestResponse cons
                 open.begin(), open.end(),
                 [&](OpenSlot const& candidate)
                 { return candidate.article == item.getArticleNumber() && candidate.file.getName() == file.getName(); });
-            if (slot == open.end() || slot->file.getReference().isEmpty())
+            if (slot == open.end() || usableReference(slot->file.getReference()).isEmpty())
             {
                 throw Failure(
                     ExitCode::NoConnection,
-                    u"The order %1 exists, but the service opened no upload slot for \"%2\"; nothing was uploaded."_s
-                        .arg(state.reference, file.getName()));
+                    u"The service opened no upload slot for \"%1\"; nothing was uploaded."_s.arg(file.getName()));
             }
             state.uploadSlots.push_back({.reference = slot->file.getReference(), .file = file});
             open.erase(slot);
         }
     }
-    return state;
+    state.isAnswered = true;
 }
 
 QString fileNames(OrderState const& state, bool isUploaded)
@@ -123,18 +165,20 @@ QString fileNames(OrderState const& state, bool isUploaded)
     return names.isEmpty() ? u"none"_s : names.join(u", "_s);
 }
 
-bool OrderStateFile::exists() const
+std::optional<OrderState> OrderStateFile::load() const
 {
-    return QFile::exists(path_);
-}
-
-OrderState OrderStateFile::load() const
-{
+    if (!QFile::exists(path_))
+    {
+        return std::nullopt;
+    }
     auto const json = readStrictly(path_, contentOf("order's state file", path_), formOfState());
     OrderState state{
         .installation = json[u"Installation"].toString(),
         .reference = json[u"OrderReference"].toString(),
         .productionIdentifier = json[u"ProductionIdentifier"].toString(),
+        .fingerprint = json[u"Fingerprint"].toString(),
+        .sentAt = QDateTime::fromString(json[u"SentAt"].toString(), Qt::ISODate),
+        .isAnswered = json[u"IsAnswered"].toBool(true), // earlier versions wrote no other states
         .isFinished = json[u"IsFinished"].toBool()};
     for (auto const& slot : json[u"Files"].toArray())
     {
@@ -143,7 +187,7 @@ OrderState OrderStateFile::load() const
     bool const isWhole = std::all_of(
         state.uploadSlots.begin(), state.uploadSlots.end(),
         [](OrderState::Slot const& slot) { return !slot.reference.isEmpty() && !slot.file.getName().isEmpty(); });
-    if (state.reference.isEmpty() || !isWhole)
+    if ((state.isAnswered && state.reference.isEmpty()) || !isWhole)
     {
         throw badInput(u"\"%1\" is not the state file of an order."_s.arg(path_));
     }
@@ -152,32 +196,25 @@ OrderState OrderStateFile::load() const
 
 void OrderStateFile::prepare()
 {
-    prepared_ = std::make_unique<QSaveFile>(path_);
-    if (!prepared_->open(QIODevice::WriteOnly))
+    if (path_ == "-"_L1)
     {
-        throw cannotWrite(*prepared_);
+        throw badInput(u"The order's state must be kept in a file: it will be read again."_s);
+    }
+    if (!file_)
+    {
+        file_.emplace("order's state file", path_);
     }
 }
 
 void OrderStateFile::save(OrderState const& state)
 {
-    QJsonArray files;
-    std::transform(state.uploadSlots.begin(), state.uploadSlots.end(), std::back_inserter(files), slotJson);
-    QJsonObject const json{
-        {u"Installation"_s, state.installation},
-        {u"OrderReference"_s, state.reference},
-        {u"ProductionIdentifier"_s, state.productionIdentifier},
-        {u"Files"_s, files},
-        {u"IsFinished"_s, state.isFinished}};
-    if (!prepared_)
-    {
-        prepare();
-    }
-    auto const file = std::move(prepared_);
-    if (file->write(QJsonDocument(json).toJson()) < 0 || !file->commit())
-    {
-        throw cannotWrite(*file);
-    }
+    prepare();
+    file_->write(QJsonDocument(stateJson(state)).toJson());
+}
+
+void OrderStateFile::takeBack(std::optional<OrderState> const& former)
+{
+    former ? save(*former) : file_->remove();
 }
 
 } // namespace cli

@@ -1,10 +1,11 @@
 #include "cli/Output.h"
 
-#include "cli/Outcome.h"
-
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cwchar>
+#include <mutex>
+#include <system_error>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -70,6 +71,49 @@ QString jsonText(QJsonValue const& json)
 {
     auto const document = json.isArray() ? QJsonDocument(json.toArray()) : QJsonDocument(json.toObject());
     return QString::fromUtf8(document.toJson());
+}
+
+/// Standard error and what is drawn at its end. Left to the end of the process: other threads may still write.
+struct Errors
+{
+    std::mutex mutex;
+    bool hasStatusLine = false;
+
+    /// With the mutex held.
+    void write(QString const& text)
+    {
+        std::fputs((hasStatusLine ? "\r\x1b[K"_L1 + text : text).toUtf8().constData(), stderr);
+        std::fflush(stderr);
+        hasStatusLine = false;
+    }
+};
+
+Errors& errors()
+{
+    static auto& all = *new Errors;
+    return all;
+}
+
+QString errorText(Failure const& failure, bool json)
+{
+    if (!json)
+    {
+        return "kelo: "_L1 + printable(failure.message()) + u'\n';
+    }
+    auto const& details = failure.details();
+    QJsonObject error{{u"message"_s, failure.message()}};
+    auto const add = [&error](QString const& key, QJsonValue const& value, bool isKnown)
+    {
+        if (isKnown)
+        {
+            error.insert(key, value);
+        }
+    };
+    add(u"code"_s, details.serviceCode.value_or(0), details.serviceCode.has_value());
+    add(u"httpStatus"_s, details.httpStatus.value_or(0), details.httpStatus.has_value());
+    add(u"place"_s, details.place, !details.place.isEmpty());
+    auto const document = QJsonDocument(QJsonObject{{u"error"_s, error}}).toJson(QJsonDocument::Compact);
+    return printable(QString::fromUtf8(document)) + u'\n';
 }
 
 } // namespace
@@ -141,8 +185,15 @@ void Output::show(QJsonValue const& json, QString const& text) const
     auto const written = std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
     if (written != static_cast<std::size_t>(bytes.size()) || std::fflush(stdout) != 0)
     {
-        throw badInput(u"Cannot write to standard output."_s);
+        auto const reason = std::generic_category().message(errno);
+        throw Failure(
+            ExitCode::FileFailed, u"Cannot write to standard output: %1."_s.arg(QString::fromStdString(reason)));
     }
+}
+
+QString shellQuoted(QString const& text)
+{
+    return u'\'' + QString(text).replace(u'\'', "'\\''"_L1) + u'\'';
 }
 
 void showLibraryLog(bool show)
@@ -154,14 +205,31 @@ void showLibraryLog(bool show)
         {
             if (isShown)
             {
-                writeError(message);
+                writeError({ExitCode::Success, message}, false);
             }
         });
 }
 
-void writeError(QString const& message)
+void writeError(Failure const& failure, bool json)
 {
-    std::fputs(("kelo: "_L1 + printable(message) + u'\n').toUtf8().constData(), stderr);
+    std::lock_guard const lock(errors().mutex);
+    errors().write(errorText(failure, json));
+}
+
+void writeLastError(std::optional<Failure> const& failure, bool json)
+{
+    errors().mutex.lock(); // for good
+    errors().write(failure ? errorText(*failure, json) : QString());
+}
+
+void drawStatusLine(QString const& text)
+{
+    std::lock_guard const lock(errors().mutex);
+    if (errors().hasStatusLine || !text.isEmpty())
+    {
+        errors().write(text);
+        errors().hasStatusLine = !text.isEmpty();
+    }
 }
 
 } // namespace cli

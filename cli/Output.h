@@ -1,11 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include <QJsonValue>
 #include <QString>
 #include <QStringList>
+
+#include "cli/Outcome.h"
 
 namespace cli
 {
@@ -35,10 +38,21 @@ private:
     bool json_;
 };
 
+/// The text as one word of a command line, whatever is in it.
+QString shellQuoted(QString const& text);
+
 /// Whether what the library logs goes to standard error; until the first call it goes where Qt sends it.
 void showLibraryLog(bool show);
 
-/// Writes "kelo: message" as one line to standard error.
-void writeError(QString const& message);
+/// Writes the failure to standard error: "kelo: message" as one line or, for programs, the object "error" with the
+/// message and what else is known ("code" and "httpStatus" of the service, "place" in a text).
+void writeError(Failure const& failure, bool json);
+
+/// The last that is written to standard error, by whatever thread; with nothing to tell, no half line stays.
+void writeLastError(std::optional<Failure> const& failure, bool json);
+
+/// The last line of standard error, drawn again and again: it is gone before anything else is written. An empty text
+/// takes it away. May be called from any thread.
+void drawStatusLine(QString const& text);
 
 } // namespace cli

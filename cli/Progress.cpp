@@ -1,7 +1,6 @@
 #include "cli/Progress.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include <unistd.h>
 
@@ -24,12 +23,6 @@ QString sizeText(qint64 bytes)
     return QLocale::c().formattedDataSize(bytes, 1);
 }
 
-void write(QString const& text)
-{
-    std::fputs(text.toUtf8().constData(), stderr);
-    std::fflush(stderr);
-}
-
 } // namespace
 
 Progress::Progress(Output const& output, QString const& verb, int files, qint64 bytes)
@@ -39,7 +32,7 @@ Progress::Progress(Output const& output, QString const& verb, int files, qint64 
 
 Progress::~Progress()
 {
-    erase();
+    drawStatusLine({});
 }
 
 void Progress::begin(QString const& name)
@@ -78,19 +71,10 @@ void Progress::draw(qint64 bytesOfFile) const
                          : files_ > 0 ? static_cast<double>(filesDone_) / files_
                                       : 1;
     int const filled = static_cast<int>(share * barWidth);
-    erase();
-    write(u"[%1%2] %3/%4 files, %5 of %6  %7"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
-              .arg(filesDone_)
-              .arg(files_)
-              .arg(sizeText(bytesDone), sizeText(bytes_), printable(name_)));
-}
-
-void Progress::erase() const
-{
-    if (isTerminal_)
-    {
-        write(u"\r\x1b[K"_s);
-    }
+    drawStatusLine(u"[%1%2] %3/%4 files, %5 of %6  %7"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
+                       .arg(filesDone_)
+                       .arg(files_)
+                       .arg(sizeText(bytesDone), sizeText(bytes_), printable(name_)));
 }
 
 } // namespace cli

@@ -28,7 +28,6 @@ public:
 
 private:
     void draw(qint64 bytesOfFile = 0) const;
-    void erase() const;
 
     Output const& output_;
     QString verb_;

@@ -357,7 +357,8 @@ QString membersText(Form const& form)
 
 Failure Place::mistake(QString const& text) const
 {
-    return badInput(path_.isEmpty() ? source_ + ": "_L1 + text : u"%1: %2: %3"_s.arg(source_, path_, text));
+    QString const place = path_.isEmpty() ? source_ : u"%1: %2"_s.arg(source_, path_);
+    return {ExitCode::BadInput, u"%1: %2"_s.arg(place, text), {.place = place}};
 }
 
 Failure Place::mistakeAt(QString const& position, QString const& text) const

@@ -1,14 +1,18 @@
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <clocale>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include <QCoreApplication>
 #include <QString>
 
 #include "cli/Arguments.h"
 #include "cli/Context.h"
+#include "cli/Interruption.h"
 #include "cli/commands/Commands.h"
 
 namespace
@@ -18,9 +22,10 @@ using namespace Qt::Literals::StringLiterals;
 using cli::Value;
 
 constexpr auto exitCodes =
-    "Exit codes: 0 success, 1 the service answered with an error, 2 a mistake in what was asked "
-    "for (nothing is sent),\n"
-    "3 no connection or no usable answer.\n"
+    "Exit codes: 0 success, 1 the service answered with an error, 2 a mistake in what was asked for (nothing was\n"
+    "sent, or nothing but questions), 3 no connection or no usable answer, 4 the service was asked, but a file or "
+    "pipe\n"
+    "on this side failed, 130 interrupted. With --json errors are JSON, too, on standard error.\n"
     "Settings may come from KELO_API_URL, KELO_USERNAME, KELO_PASSWORD, KELO_INSTALLATION,\n"
     "KELO_CA_FILE, KELO_PROXY_AUTO_DISCOVERY (1: use the system's proxies, or those of http_proxy,\n"
     "https_proxy, all_proxy and no_proxy) and KELO_COLLABORATION_VERSION.";
@@ -38,7 +43,8 @@ public:
           certificates_(
               arguments.text("--ca-file", "PEM file of certificates to trust beside the system's; else KELO_CA_FILE")),
           trace_(arguments.text(
-              "--trace", "Records the exchanges in this HAR file: secrets redacted, bodies (patients' data!) not")),
+              "--trace",
+              "Records the exchanges in this HAR file (-: standard output): secrets redacted, patients' data not")),
           json_(arguments.flag("--json", "JSON for programs instead of tables for people")),
           verbose_(arguments.flag("--verbose", "Shows the library's own log lines on standard error"))
     {
@@ -103,19 +109,33 @@ QString mistake(CLI::App const& app, CLI::ParseError const& error)
 }
 
 /// Runs the action; the trace is written whether it succeeds or not.
-void run(Called const& called, cli::CommonOptions const& options)
+void runTraced(cli::Action const& action, cli::Context& context)
 {
-    cli::Context context = called.isOffline ? cli::Context(cli::Output(options.json)) : cli::Context(options);
     try
     {
-        called.action(context);
+        action(context);
     }
-    catch (cli::Failure const&)
+    catch (cli::Failure const& failure)
     {
-        context.writeTrace();
-        throw;
+        throw cli::afterStep(failure, [&context] { context.writeTrace(); });
     }
     context.writeTrace();
+}
+
+void run(Called const& called, cli::CommonOptions const& options)
+{
+    std::optional<cli::Context> context;
+    try
+    {
+        called.isOffline ? context.emplace(cli::Output(options.json)) : context.emplace(options);
+        runTraced(called.action, *context);
+    }
+    catch (cli::Failure const& failure)
+    {
+        bool const hasAsked = context && context->hasAsked();
+        bool const isHarmless = failure.code() == cli::ExitCode::FileFailed && !hasAsked;
+        throw isHarmless ? failure.with(cli::ExitCode::BadInput) : failure;
+    }
 }
 
 cli::ExitCode start(int argc, char** argv)
@@ -161,18 +181,21 @@ cli::ExitCode start(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    // Known even where the command line cannot be read.
+    bool const json = std::find(argv, argv + argc, std::string_view("--json")) != argv + argc;
+    cli::listenForInterruption(json);
     try
     {
         return static_cast<int>(start(argc, argv));
     }
     catch (cli::Failure const& failure)
     {
-        cli::writeError(failure.message());
+        cli::writeError(failure, json);
         return static_cast<int>(failure.code());
     }
     catch (std::exception const& error)
     {
-        cli::writeError(QString::fromLocal8Bit(error.what()));
+        cli::writeError(cli::badInput(QString::fromLocal8Bit(error.what())), json);
         return static_cast<int>(cli::ExitCode::BadInput);
     }
 }

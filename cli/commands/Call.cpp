@@ -71,6 +71,10 @@ Action call(Arguments& arguments)
         {
             throw badInput(u"What %1 gives is secret: give --with-secrets to have it shown."_s.arg(operation.name()));
         }
+        if (*withSecrets)
+        {
+            context.recordSecrets();
+        }
         auto const reply = operation.call(context, *words);
         auto const shown = *withSecrets ? reply : withoutSecrets(reply);
         auto const document = shown.isArray() ? QJsonDocument(shown.toArray()) : QJsonDocument(shown.toObject());

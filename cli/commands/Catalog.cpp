@@ -17,7 +17,7 @@ Action catalog(Arguments& arguments)
     auto const given = arguments.text("--version", "The version in use; none unless given", u"0"_s);
     return [=](Context const& context)
     {
-        auto const version = versionOf(*given);
+        auto const version = versionOf("version", *given);
         auto const state = context.connection().getCatalogUpdateState(context.installation(), version);
         context.check(context.untoldStatus(), Shape::Object);
         auto const offer = context.valueOf(context.connection().getCatalogUpdateInfo(context.installation(), version));

@@ -19,6 +19,7 @@ Action keys(Arguments& arguments)
         {
             throw badInput(u"The keys are secrets: give --with-secrets to have them shown."_s);
         }
+        context.recordSecrets();
         auto const keys = context.connection().getThirdPartyAuthenticationKeys(context.installation()).second;
         context.check(context.untoldStatus(), Shape::Anything);
         QStringList const list(keys.begin(), keys.end());

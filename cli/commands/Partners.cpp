@@ -1,5 +1,6 @@
 #include "cli/commands/Commands.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -8,6 +9,7 @@
 #include "cli/Arguments.h"
 #include "cli/Context.h"
 #include "cli/Listing.h"
+#include "cli/OutputFile.h"
 
 namespace cli
 {
@@ -53,10 +55,13 @@ QHash<QString, QString> writeLogos(std::vector<PartnerInfo> const& partners, QSt
         if (partner.getLogo())
         {
             QString const path = QDir(folder).filePath(logoName(partner.getId(), taken));
-            if (!partner.getLogo()->save(path, "PNG"))
+            QBuffer png;
+            if (!partner.getLogo()->save(&png, "PNG"))
             {
-                throw badInput(u"Cannot write the logo \"%1\"."_s.arg(path));
+                throw Failure(ExitCode::FileFailed, u"Cannot make the logo \"%1\"."_s.arg(path));
             }
+            constexpr mode_t forAll = 0644;
+            OutputFile("logo", path, forAll).write(png.data());
             paths.insert(partner.getId(), path);
         }
     }

@@ -22,6 +22,7 @@ Action users(Arguments& arguments)
             {u"Email"_s, u"EMAIL"_s}};
         if (*withSecrets)
         {
+            context.recordSecrets();
             columns.push_back({u"PasswordHash"_s, u"PASSWORD HASH"_s});
             columns.push_back({u"TwoFactorKey"_s, u"TWO-FACTOR KEY"_s});
         }

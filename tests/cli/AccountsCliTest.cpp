@@ -5,6 +5,9 @@
 class AccountsCli : public CliFixture
 {
 protected:
+    /// What `--trace -` writes behind the command's own output.
+    static QByteArray traceIn(ProgramRun const& run) { return run.output.mid(run.output.lastIndexOf("\"log\": {")); }
+
     AccountsCli() { environment.insert("KELO_STATS_URL", QString("http://127.0.0.1:%1/stats").arg(port)); }
 };
 
@@ -66,13 +69,21 @@ TEST_F(AccountsCli, SecretsAreShownOnlyWhenAskedFor)
     {
         for (auto const& form : {QStringList{}, QStringList{"--json"}})
         {
-            auto const hidden = kelo(arguments + form);
-            EXPECT_TRUE(hidden.output.contains("anita.rao")) << hidden;
+            auto const traced = arguments + form + QStringList{"--trace", "-"};
+            auto const hidden = kelo(traced);
+            EXPECT_TRUE(hidden.output.contains("anita.rao") && traceIn(hidden).contains("anita.rao")) << hidden;
             EXPECT_FALSE(hidden.output.contains("pbkdf2") || hidden.output.contains("AQIDBHh2")) << hidden;
-            auto const shown = kelo(arguments + form + QStringList{"--with-secrets"});
-            EXPECT_TRUE(shown.output.contains("pbkdf2") && shown.output.contains("AQIDBHh2")) << shown;
+            auto const shown = kelo(traced + QStringList{"--with-secrets"});
+            for (auto const* secret : {"pbkdf2", "AQIDBHh2"})
+            {
+                EXPECT_GT(shown.output.count(secret), traceIn(shown).count(secret)) << shown;
+                EXPECT_GT(traceIn(shown).count(secret), 0) << shown;
+            }
         }
     }
+    fault({{"Operation", "getUsersForLicense"}, {"Kind", "truncatedBody"}});
+    auto const cut = kelo({"users", "--trace", "-"});
+    EXPECT_TRUE(cut.output.contains("\"[redacted]\"") && !cut.output.contains("pbkdf2")) << cut;
     EXPECT_TRUE(kelo({"keys", "--with-secrets"}).output.contains("3p-7c1f40a2d95e"));
     EXPECT_EQ(keloJson({"call", "getThirdPartyAuthenticationKeys", "--with-secrets"}).array().size(), 2);
 }
@@ -93,7 +104,7 @@ TEST_F(AccountsCli, StatisticsArrive)
 TEST_F(AccountsCli, EveryOperationCanBeCalled)
 {
     auto const operations = keloJson({"call", "--list"}).array();
-    EXPECT_EQ(operations.size(), 69);
+    EXPECT_GE(operations.size(), 69);
     EXPECT_EQ(idsIn(operations, "Operation").removeDuplicates(), 0);
     EXPECT_EQ(keloJson({"call", "getAccountLicenseInfo"})["Site"].isObject(), true);
     EXPECT_EQ(keloJson({"call", "getPartners", "true"}).array().size(), 4);
@@ -120,48 +131,34 @@ TEST_F(AccountsCli, EveryOperationCanBeCalled)
 
 TEST_F(AccountsCli, BadInputIsNamedAndSendsNothing)
 {
-    struct Row
-    {
-        QStringList arguments;
-        char const* named;
-    };
     auto const missing = folder.filePath("missing.bin");
-    std::vector<Row> const rows = {
-        {{"partners", "test", "../PAC"}, "\"../PAC\""},
-        {{"partners", "--logos", file("plain", "x")}, "plain"},
-        {{"cases", "create", "--patient", "P", "--file", missing}, "missing.bin"},
-        {{"cases", "create", "--patient", "P", "--prescription", missing}, "missing.bin"},
-        {{"cases", "create", "--patient", "P", "--birthday", "1.2.1990"}, "\"1.2.1990\""},
-        {{"cases", "add", "PORTAL-1"}, "--file"},
-        {{"cases", "refresh"}, "at least one"},
-        {{"documents", "--language", "d/e"}, "\"d/e\""},
-        {{"keys"}, "--with-secrets"},
-        {{"stats", "upload", missing, "--id", "x"}, "missing.bin"},
-        {{"stats", "upload", missing, "--id", "x", "--stats-url", "ftp://127.0.0.1"}, "http:// or https://"},
-        {{"call"}, "--list"},
-        {{"call", "getNothing"}, "\"getNothing\""},
-        {{"call", "getUsersForLicense", "more"}, "no arguments"},
-        {{"call", "getThirdPartyAuthenticationKeys"}, "--with-secrets"},
-        {{"call", "getPartners", "maybe"}, "\"maybe\""},
-        {{"call", "getCatalogUpdateInfo", "new"}, "\"new\""},
-        {{"call", "uploadOrderFile", "UPLOAD-1", missing}, "missing.bin"},
-        {{"call", "createOrder", "[1"}, "ORDER"},
-        {{"call", "createOrder", "{\n \"Items\": []}"}, "ORDER: line 2, column 2: Items: there is no such member"},
-        {{"call", "createOrder", R"({"OrderItems": [{"Quantity": "2"}]})"}, "30: OrderItems[0].Quantity: this must be"},
-        {{"call", "createOrder", R"({"OrderItems": [{"Quantity": 4294967298}]})"}, "a whole number"},
-        {{"call", "createOrder", R"({"OrderItems": [{"Quantity": 2, "Qu\u0061ntity": 7}]})"}, "this is given twice"},
-        {{"call", "createOrder", R"({"OrderItems": 1, "OrderItems": []})"}, "OrderItems: this must be a list"},
-        {{"call", "updateConnectionStatus", R"({"ConnectionId": "C", "Status": "Gone"})"}, "Connected"},
-        {{"call", "updateRequest", R"({"RequestId": "../1"})"}, "RequestId: The id \"../1\""},
-        {{"call", "updateRequest", R"({"Note": "x"})"}, "RequestId: this is missing"}};
-    for (auto const& row : rows)
-    {
-        auto const run = kelo(row.arguments);
-        SCOPED_TRACE(row.arguments.join(' ').toStdString());
-        EXPECT_EQ(run.exitCode, 2) << run;
-        EXPECT_EQ(run.output, "");
-        EXPECT_TRUE(run.errors.startsWith("kelo: ") && run.errors.contains(row.named)) << run;
-        EXPECT_EQ(run.errors.count('\n'), 1) << run;
-    }
-    EXPECT_TRUE(journal().isEmpty());
+    expectBadInput(
+        {{{"partners", "test", "../PAC"}, "\"../PAC\""},
+         {{"partners", "--logos", file("plain", "x")}, "plain"},
+         {{"cases", "create", "--patient", "P", "--file", missing}, "missing.bin"},
+         {{"cases", "create", "--patient", "P", "--prescription", missing}, "missing.bin"},
+         {{"cases", "create", "--patient", "P", "--birthday", "1.2.1990"}, "\"1.2.1990\""},
+         {{"cases", "add", "PORTAL-1"}, "--file"},
+         {{"cases", "refresh"}, "at least one"},
+         {{"documents", "--language", "d/e"}, "\"d/e\""},
+         {{"keys"}, "--with-secrets"},
+         {{"stats", "upload", missing, "--id", "x"}, "missing.bin"},
+         {{"stats", "upload", missing, "--id", "x", "--stats-url", "ftp://127.0.0.1"}, "http:// or https://"},
+         {{"call"}, "--list"},
+         {{"call", "getNothing"}, "\"getNothing\""},
+         {{"call", "getUsersForLicense", "more"}, "no arguments"},
+         {{"call", "getThirdPartyAuthenticationKeys"}, "--with-secrets"},
+         {{"call", "getPartners", "maybe"}, "\"maybe\""},
+         {{"call", "getCatalogUpdateInfo", "new"}, "\"new\""},
+         {{"call", "uploadOrderFile", "UPLOAD-1", missing}, "missing.bin"},
+         {{"call", "createOrder", "[1"}, "ORDER"},
+         {{"call", "createOrder", "{\n \"Items\": []}"}, "ORDER: line 2, column 2: Items: there is no such member"},
+         {{"call", "createOrder", R"({"OrderItems": [{"Quantity": "2"}]})"},
+          "30: OrderItems[0].Quantity: this must be"},
+         {{"call", "createOrder", R"({"OrderItems": [{"Quantity": 4294967298}]})"}, "a whole number"},
+         {{"call", "createOrder", R"({"OrderItems": [{"Quantity": 2, "Qu\u0061ntity": 7}]})"}, "this is given twice"},
+         {{"call", "createOrder", R"({"OrderItems": 1, "OrderItems": []})"}, "OrderItems: this must be a list"},
+         {{"call", "updateConnectionStatus", R"({"ConnectionId": "C", "Status": "Gone"})"}, "Connected"},
+         {{"call", "updateRequest", R"({"RequestId": "../1"})"}, "RequestId: The id \"../1\""},
+         {{"call", "updateRequest", R"({"Note": "x"})"}, "RequestId: this is missing"}});
 }

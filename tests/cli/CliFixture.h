@@ -3,10 +3,16 @@
 #include "tests/simulator/SimulatorFixture.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <csignal>
+#include <memory>
 #include <ostream>
+#include <vector>
+
+#include <sys/resource.h>
 
 struct ProgramRun
 {
@@ -28,10 +34,8 @@ class CliFixture : public SimulatorFixture
 protected:
     CliFixture()
     {
-        for (auto const* kept : {"PATH", "TSAN_OPTIONS"})
-        {
-            environment.insert(kept, qEnvironmentVariable(kept));
-        }
+        environment.insert("TSAN_OPTIONS", qEnvironmentVariable("TSAN_OPTIONS"));
+        environment.insert("PATH", QFileInfo(KELO_PROGRAM).path() + ':' + qEnvironmentVariable("PATH"));
         environment.insert("KELO_API_URL", QString("http://127.0.0.1:%1").arg(port));
         environment.insert("KELO_USERNAME", "kelo");
         environment.insert("KELO_PASSWORD", "kelo");
@@ -42,16 +46,60 @@ protected:
 
     ProgramRun run(QString const& program, QStringList const& arguments) const
     {
-        QProcess process;
-        process.setProcessEnvironment(environment);
-        process.start(program, arguments);
-        if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
+        return finished(*started(program, arguments));
+    }
+
+    /// A program whose files take no more than so many bytes, as on a disk that is full.
+    std::unique_ptr<QProcess> started(
+        QString const& program, QStringList const& arguments, rlim_t mostBytes = RLIM_INFINITY) const
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(environment);
+        process->setChildProcessModifier(
+            [mostBytes]
+            {
+                rlimit const limit{mostBytes, mostBytes};
+                ::setrlimit(RLIMIT_FSIZE, &limit);
+                std::signal(SIGXFSZ, SIG_IGN); // the write fails instead
+                std::signal(SIGINT, SIG_DFL);  // ignored where the tests run in the background
+            });
+        process->start(program, arguments);
+        return process;
+    }
+
+    /// Of a program that a signal ended, the exit code is what a shell makes of it.
+    static ProgramRun finished(QProcess& process)
+    {
+        if (!process.waitForFinished(60'000))
         {
             process.kill();
             process.waitForFinished();
-            return {-1, process.readAllStandardOutput(), "the program crashed or hung"};
+            return {-1, process.readAllStandardOutput(), "the program hung"};
         }
-        return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+        int const fatal = process.exitStatus() == QProcess::CrashExit ? 128 : 0;
+        return {fatal + process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    }
+
+    struct Mistake
+    {
+        QStringList arguments;
+        char const* named = nullptr;
+    };
+
+    /// Each is told in one line, and nothing is sent.
+    void expectBadInput(std::vector<Mistake> const& rows)
+    {
+        for (auto const& row : rows)
+        {
+            auto const run = kelo(row.arguments);
+            SCOPED_TRACE(row.arguments.join(' ').toStdString());
+            EXPECT_EQ(run.exitCode, 2) << run;
+            EXPECT_EQ(run.output, "");
+            EXPECT_TRUE(run.errors.startsWith("kelo: ") && run.errors.contains(row.named)) << run;
+            EXPECT_EQ(run.errors.count('\n'), 1) << run;
+            EXPECT_FALSE(run.errors.contains("hidden")) << run;
+        }
+        EXPECT_TRUE(journal().isEmpty());
     }
 
     /// A call that must succeed, with its JSON.

@@ -1,5 +1,7 @@
 #include "CliFixture.h"
 
+#include <testkit/Waiting.h>
+
 #include <QDir>
 
 class OrdersCli : public CliFixture
@@ -12,7 +14,28 @@ protected:
         file("empty.stl", "");
     }
 
-    QString writeOrder(QByteArray const& text) const { return file("order.json", text); }
+    /// Its name is one that a shell must be told with care.
+    QString writeOrder(QByteArray const& text) const { return file("it's $HOME's order.json", text); }
+
+    /// The command that a message ends with, as a shell runs it.
+    ProgramRun commandIn(ProgramRun const& told) const
+    {
+        return run("sh", {"-c", QString::fromUtf8(told.errors.mid(told.errors.indexOf("kelo orders ")))});
+    }
+
+    /// Ends the program while it waits for the answer to its nth call.
+    ProgramRun interrupted(int signal, int calls, QStringList const& arguments)
+    {
+        auto const before = journal().size();
+        auto const process = started(KELO_PROGRAM, arguments);
+        EXPECT_TRUE(process->waitForStarted());
+        EXPECT_TRUE(testkit::comesTrue([&] { return journal().size() == before + calls; }));
+        auto const second = kelo(create);
+        EXPECT_EQ(second.exitCode, 2) << second;
+        EXPECT_TRUE(second.errors.contains("Another kelo is at work")) << second;
+        ::kill(static_cast<pid_t>(process->processId()), signal);
+        return finished(*process);
+    }
 
     int calls(QString const& operation)
     {
@@ -73,14 +96,45 @@ TEST_F(OrdersCli, PlacesAnOrderFromItsPricesToItsShells)
     EXPECT_EQ(kelo(create + QStringList{"--resume", reference}).exitCode, 2); // it is finished
 
     EXPECT_EQ(kelo({"shells", "download", reference, "--into", folder.path()}).exitCode, 1); // not ready
+    fault({{"Operation", "getOrderStatus"}, {"Kind", "delay"}});                             // the first look succeeds
+    fault({{"Operation", "getOrderStatus"}, {"Kind", "drop"}});
+    auto const looks = calls("getOrderStatus");
+    auto const watching = started(KELO_PROGRAM, {"orders", "watch", reference, "--until", "2", "--interval", "1"});
+    EXPECT_TRUE(testkit::comesTrue([&] { return calls("getOrderStatus") >= looks + 2; }));
     post("/_control/partner-action", {{"Action", "advanceOrder"}, {"Reference", reference}});
-    EXPECT_EQ(keloJson({"orders", "watch", reference, "--until", "2"})[0]["State"], 2);
+    auto const watched = finished(*watching);
+    EXPECT_EQ(watched.exitCode, 0) << watched;
+    EXPECT_EQ(watched.errors.count('\n'), 1) << watched;
+    EXPECT_TRUE(watched.errors.contains("Trying again") && !watched.errors.contains("may have processed")) << watched;
     auto const shells = keloJson({"shells", "list", reference});
     auto const downloaded = keloJson({"shells", "download", reference, "--into", folder.path()});
     ASSERT_EQ(downloaded.array().size(), 1);
     auto const shell = contentOf(downloaded[0]["File"].toString());
     EXPECT_EQ(shell.size(), shells[0]["FileSize"].toInt());
-    EXPECT_TRUE(shell.startsWith(shells[0]["Id"].toString().toLatin1()));
+    auto const id = shells[0]["Id"].toString();
+    EXPECT_TRUE(shell.startsWith(id.toLatin1()));
+    file(shells[0]["Name"].toString(), "my own");
+    EXPECT_EQ(kelo({"shells", "download", reference, "--into", folder.path()}).exitCode, 4);
+    fault({{"Operation", "getTempShellFile"}, {"Kind", "gzipBomb"}, {"Mebibytes", 1}});
+    EXPECT_EQ(kelo({"shells", "download", reference, "--into", folder.path(), "--overwrite"}).exitCode, 3);
+    EXPECT_EQ(contentOf(downloaded[0]["File"].toString()), "my own");
+
+    // Names that cannot be had, or that another one takes; one shell that cannot be asked for at all.
+    QJsonArray odd;
+    for (auto const& name : {QString("../x"), id + ".stl", QString(300, 'n'), QString("bad")})
+    {
+        odd.append(merged(shells[0].toObject(), {{"Name", name}, {"Id", name == "bad" ? "a/b" : id}}));
+    }
+    auto const into = folder.path() + "/odd";
+    QDir().mkdir(into);
+    fault({{"Operation", "getTempShellCalculationData"}, {"Kind", "status"}, {"Status", 200}, {"Body", odd}});
+    auto const partly = kelo({"shells", "download", reference, "--into", into, "--json"});
+    EXPECT_EQ(partly.exitCode, 3) << partly;
+    EXPECT_TRUE(partly.errors.contains("1 of 4 shells")) << partly;
+    EXPECT_EQ(partly.json().array().size(), 3);
+    auto names = QDir(into).entryList(QDir::Files);
+    names.sort();
+    EXPECT_EQ(names, QStringList({id + ".stl", "shell-2.stl", "shell-3.stl"}));
 
     EXPECT_EQ(keloJson({"catalog", "--version", "4.1"})["Update"], "Optional");
     EXPECT_EQ(keloJson({"catalog", "--version", "4.2"})["Update"], "NoUpdate");
@@ -97,27 +151,30 @@ TEST_F(OrdersCli, ABrokenUploadGoesOnWithoutASecondOrder)
     ASSERT_EQ(placedOrders().size(), 1);
     auto const reference = placedOrders().at(0)["Reference"].toString();
     EXPECT_TRUE(broken.errors.contains("up: crown.stl; that are not: margin.stl, empty.stl, crown.stl")) << broken;
-    EXPECT_TRUE(broken.errors.contains(("--resume " + reference).toUtf8())) << broken;
     EXPECT_EQ(broken.errors.count('\n'), 1);
 
-    auto const again = kelo(create);
-    EXPECT_EQ(again.exitCode, 2) << again;
-    EXPECT_TRUE(again.errors.contains(("--resume " + reference).toUtf8())) << again;
+    for (auto const& arguments : {create, create + QStringList{"--again"}})
+    {
+        auto const again = kelo(arguments);
+        EXPECT_EQ(again.exitCode, 2) << again;
+        EXPECT_TRUE(again.errors.contains("is not finished. To go on with it: kelo")) << again;
+    }
     EXPECT_EQ(kelo(create + QStringList{"--resume", "ORD-000001"}).exitCode, 2);
 
     // What was announced is what is sent, or nothing.
     auto const uploads = calls("uploadOrderFile");
     auto const content = contentOf(folder.filePath("margin.stl"));
     file("margin.stl", QByteArray(content).replace("solid", "SOLID"));
-    auto const changed = kelo(create + QStringList{"--resume", reference});
+    auto const changed = commandIn(broken);
     EXPECT_EQ(changed.exitCode, 2) << changed;
     EXPECT_TRUE(changed.errors.contains("margin.stl\" has changed")) << changed;
     EXPECT_EQ(calls("uploadOrderFile"), uploads);
 
     file("margin.stl", content);
     fault({{"Operation", "postFinishCadOrder"}, {"Kind", "status"}, {"Status", 503}});
-    EXPECT_EQ(kelo(create + QStringList{"--resume", reference}).exitCode, 1);
-    auto const resumed = kelo(create + QStringList{"--resume", reference});
+    EXPECT_EQ(commandIn(broken).exitCode, 1);
+    fault({{"Operation", "postFinishCadOrder"}, {"Kind", "delay"}, {"Milliseconds", 2000}});
+    auto const resumed = commandIn(interrupted(SIGINT, 1, create + QStringList{"--resume", reference}));
     EXPECT_EQ(resumed.exitCode, 0) << resumed;
     EXPECT_EQ(calls("uploadOrderFile"), uploads + 3);
     EXPECT_EQ(calls("createOrder"), 1);
@@ -127,23 +184,82 @@ TEST_F(OrdersCli, ABrokenUploadGoesOnWithoutASecondOrder)
     EXPECT_EQ(placed[0]["State"], 1);
 }
 
-TEST_F(OrdersCli, AnOrderWhoseAnswerIsLostIsNotRepeated)
+TEST_F(OrdersCli, NoOrderIsPlacedTwice)
 {
-    for (auto const* kind : {"drop", "emptyBody", "wrongType"})
+    auto const exists = QByteArray(" exists, but the answer does not tell where");
+    auto const mayExist = QByteArray(" may exist. It is not sent a second time");
+    auto const finishedAlready = QByteArray("is placed and finished. To order again");
+    constexpr rlim_t stateBeforeAnswer = 700;
+    struct Row
     {
-        SCOPED_TRACE(kind);
-        fault({{"Operation", "createOrder"}, {"Kind", kind}});
-        auto const before = calls("createOrder");
-        auto const run = kelo(create);
-        EXPECT_EQ(run.exitCode, 3) << run;
-        EXPECT_TRUE(run.errors.contains("The order may exist. It was not sent a second time")) << run;
-        EXPECT_EQ(calls("createOrder"), before + 1);
-        EXPECT_EQ(calls("uploadOrderFile"), 0);
+        QString fault;
+        int signal;
+        int exitCode;
+        QByteArray told;
+        QByteArray toldAgain;
+        int orders = 1;
+        rlim_t mostBytes = RLIM_INFINITY;
+    };
+    std::vector<Row> const rows = {
+        {"truncatedBody", 0, 3, mayExist, mayExist},
+        {"cutChunk", 0, 3, mayExist, mayExist},
+        {"emptyBody", 0, 3, mayExist, mayExist},
+        {"wrongType", 0, 3, mayExist, mayExist},
+        {"missingMember", 0, 3, mayExist, mayExist},
+        {"missingMember:Files", 0, 3, exists, exists},
+        {"drop", 0, 3, mayExist, mayExist, 0},
+        {"delay", SIGINT, 130, mayExist, mayExist},
+        {"delay", SIGTERM, 143, mayExist, mayExist},
+        {"delay", SIGKILL, 137, "", mayExist},
+        {"", 0, 4, "To go on with it: kelo orders upload 'UPLOAD-", mayExist, 1, stateBeforeAnswer},
+        {"", 0, 0, "", finishedAlready}};
+    ProgramRun again;
+    for (auto const& row : rows)
+    {
+        SCOPED_TRACE(row.fault.toStdString() + ' ' + std::to_string(row.exitCode));
+        writeOrder(order);
+        QFile::remove(create[2] + ".kelo-order");
+        auto const before = placedOrders().size();
+        if (!row.fault.isEmpty())
+        {
+            auto const isLate = row.signal != 0;
+            auto const member = row.fault.section(':', 1);
+            QJsonObject rule{{"Operation", "createOrder"}, {"Kind", row.fault.section(':', 0, 0)}};
+            rule = isLate ? merged(rule, {{"Milliseconds", 2000}}) : rule;
+            fault(member.isEmpty() ? rule : merged(rule, {{"Member", member}}));
+        }
+        auto const first = row.signal == 0 ? finished(*started(KELO_PROGRAM, create, row.mostBytes))
+                                           : interrupted(row.signal, 3, create);
+        EXPECT_EQ(first.exitCode, row.exitCode) << first;
+        EXPECT_TRUE(first.errors.contains(row.told)) << first;
+        EXPECT_TRUE(testkit::comesTrue([&] { return placedOrders().size() == before + row.orders; }));
+        if (row.mostBytes != RLIM_INFINITY)
+        {
+            EXPECT_EQ(commandIn(first).exitCode, 0);
+            EXPECT_EQ(placedOrders().last()["State"], 1);
+        }
+        again = kelo(create);
+        EXPECT_EQ(again.exitCode, 2) << again;
+        EXPECT_TRUE(again.errors.contains(row.toldAgain)) << again;
+        writeOrder(QByteArray(order).replace("\"Quantity\": 2", "\"Quantity\": 3"));
+        auto const changed = kelo(create);
+        EXPECT_EQ(changed.exitCode, 2) << changed;
+        EXPECT_TRUE(changed.errors.contains("tells of another order") && changed.errors.contains(row.toldAgain))
+            << changed;
+        EXPECT_EQ(placedOrders().size(), before + row.orders);
     }
+    auto const before = placedOrders().size();
+    auto const onPurpose = commandIn(again);
+    EXPECT_EQ(onPurpose.exitCode, 0) << onPurpose;
+    EXPECT_EQ(placedOrders().size(), before + 1);
+
+    // An order that was refused does not stand in the way.
+    QFile::remove(create[2] + ".kelo-order");
     fault({{"Operation", "createOrder"}, {"Kind", "status"}, {"Status", 500}});
     auto const refused = kelo(create);
     EXPECT_EQ(refused.exitCode, 1) << refused;
-    EXPECT_FALSE(refused.errors.contains("may exist")) << refused;
+    EXPECT_TRUE(refused.errors.endsWith(" - Nothing was ordered.\n")) << refused;
+    EXPECT_EQ(kelo(create).exitCode, 0);
 }
 
 TEST_F(OrdersCli, SendsAFileToASlotAndFinishes)
