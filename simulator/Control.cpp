@@ -24,9 +24,9 @@ constexpr Member resetMembers[] = {
 constexpr Member partnerActionMembers[] = {
     {"Action", Kind::Text, true, {}, "note, addFile, status, reply (all three), withdraw or create"},
     optional("RequestId", Kind::Text, "the request; not for create"),
-    optional("Type", Kind::Integer, "create: the kind of request, from 0 to 7"),
+    integer("Type", 0, static_cast<int>(RequestKind::Referral), nullptr, "create: the kind of request"),
     optional("ConnectionId", Kind::Text, "create: the partner; the first unless given"),
-    optional("Status", Kind::Integer, "status, reply: the new one"),
+    integer("Status", 0, most, nullptr, "status, reply: the new one"),
     optional("Text", Kind::Text, "note, reply: what the partner says"),
     optional("Name", Kind::Text, "addFile, reply: the file's name"),
     optional("FileType", Kind::Text, "addFile, reply"),

@@ -135,7 +135,8 @@ std::vector<Route const*> Router::candidates(QByteArray const& method, Target co
     if (found.empty())
     {
         throw Refusal(
-            pathIsKnown ? Reason::WrongMethod : Reason::UnknownPath, QString::fromUtf8(method + ' ' + target.path));
+            pathIsKnown ? Reason::WrongMethod : Reason::UnknownPath,
+            QString::fromUtf8(method + ' ' + target.path + "; GET /_control lists them"));
     }
     return found;
 }

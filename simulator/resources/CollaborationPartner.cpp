@@ -73,11 +73,6 @@ Answer withdraw(Call const& call)
 
 Answer create(Call const& call)
 {
-    auto const type = call.number("Type");
-    if (type < 0 || type > static_cast<int>(RequestKind::Referral))
-    {
-        throw Refusal(Reason::BadValue, QStringLiteral("Type: %1; from 0 to 7").arg(type));
-    }
     auto const& connections = call.state.collaboration.connections;
     if (connections.empty())
     {
@@ -88,7 +83,7 @@ Answer create(Call const& call)
     auto& request = addRequest(
         call.state, {.installation = partner.installation,
                      .connectionId = partner.id,
-                     .kind = static_cast<RequestKind>(type),
+                     .kind = static_cast<RequestKind>(call.number("Type")),
                      .version = "1.0",
                      .treatingClinician = partner.name,
                      .patient = {
