@@ -26,7 +26,8 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/KeloCommunicationLibConf
 install(FILES "${PROJECT_BINARY_DIR}/KeloCommunicationLibConfig.cmake"
   "${PROJECT_BINARY_DIR}/KeloCommunicationLibConfigVersion.cmake" DESTINATION ${package} COMPONENT development)
 
-# For builds without CMake. Libraries come before those that they use.
+# For builds without CMake. Libraries come before those that they use. What static ones need is required in the open, not as
+# "private": --static would ask for all that libcurl itself is made of.
 set(libraries KeloCommunicationLib KeloPlatformRest KeloPlatformThreading KeloPlatformCore KeloPlatformData)
 set(postfix "")
 if(CMAKE_BUILD_TYPE STREQUAL "Debug")
@@ -35,10 +36,10 @@ endif()
 list(TRANSFORM libraries PREPEND "-l" OUTPUT_VARIABLE KELO_PC_LIBRARIES)
 list(TRANSFORM KELO_PC_LIBRARIES APPEND "${postfix}")
 list(JOIN KELO_PC_LIBRARIES " " KELO_PC_LIBRARIES)
-set(KELO_PC_PRIVATE_MODULES "")
+set(KELO_PC_STATIC_MODULES "")
 set(KELO_PC_DEFINITIONS "")
 if(NOT BUILD_SHARED_LIBS)
-  set(KELO_PC_PRIVATE_MODULES "Qt6Network libcurl >= 7.88 openssl >= 3 simdjson >= 3 zlib")
+  set(KELO_PC_STATIC_MODULES "Qt6Network libcurl >= 7.88 openssl >= 3 simdjson >= 3 zlib")
   foreach(library ${libraries})
     string(TOUPPER "-D${library}_STATIC_DEFINE " definition)
     string(APPEND KELO_PC_DEFINITIONS "${definition}")
