@@ -48,7 +48,10 @@ bool provesNothingCreated(Failure const& failure, TessalyConnectionInterface::Re
         return false;
     }
     auto const status = future.get().status;
-    return (status.kind == 2 && failure.code() == ExitCode::ServiceError)
+    // A server that failed, or one on the way that lost sight of it, may have created the order; one that was busy has
+    // not.
+    bool const isRefusal = status.httpStatus < 500 || status.httpStatus == 503;
+    return (status.kind == 2 && failure.code() == ExitCode::ServiceError && isRefusal)
            || (status.kind == 1 && !status.message.contains(maybeProcessed));
 }
 
