@@ -86,7 +86,7 @@ QJsonObject stateJson(OrderState const& state)
         {u"OrderReference"_s, state.reference},
         {u"ProductionIdentifier"_s, state.productionIdentifier},
         {u"Fingerprint"_s, state.fingerprint},
-        {u"SentAt"_s, state.sentAt.toString(Qt::ISODate)},
+        {u"SentAt"_s, state.sentAt.toString(Qt::ISODateWithMs)},
         {u"Files"_s, files},
         {u"IsAnswered"_s, state.isAnswered},
         {u"IsFinished"_s, state.isFinished}};

@@ -132,7 +132,9 @@ void requireSame(cli::OrderState const& one, cli::OrderState const& other)
                && first.file.getCheckSum() == second.file.getCheckSum();
     };
     bool const isSame = one.installation == other.installation && one.reference == other.reference
-                        && one.productionIdentifier == other.productionIdentifier && one.isFinished == other.isFinished
+                        && one.productionIdentifier == other.productionIdentifier
+                        && one.fingerprint == other.fingerprint && one.sentAt == other.sentAt
+                        && one.isAnswered == other.isAnswered && one.isFinished == other.isFinished
                         && std::equal(
                             one.uploadSlots.begin(), one.uploadSlots.end(), other.uploadSlots.begin(),
                             other.uploadSlots.end(), isSameSlot);
@@ -143,17 +145,19 @@ void saveAndLoad(cli::OrderState const& state)
 {
     cli::OrderStateFile file(desk().stateFile());
     file.save(state);
-    requireSame(file.load(), state);
+    auto const loaded = file.load();
+    require(loaded.has_value(), "a state that was saved is there");
+    requireSame(*loaded, state);
 }
 
 void checkState(QByteArray const& text)
 {
     Desk::write(desk().stateFile(), text);
-    cli::OrderState state;
-    if (succeeds([&] { state = cli::OrderStateFile(desk().stateFile()).load(); }))
+    std::optional<cli::OrderState> state;
+    if (succeeds([&] { state = cli::OrderStateFile(desk().stateFile()).load(); }) && state)
     {
-        saveAndLoad(state);
-        fileNames(state, true);
+        saveAndLoad(*state);
+        fileNames(*state, true);
     }
 }
 
@@ -189,8 +193,9 @@ void checkOrder(QByteArray const& text, QByteArray const& answer)
     jsonSerializer::toJson(draft.prices);
 
     auto const created = jsonSerializer::fromJson<OrderRequestResponse>(QJsonDocument::fromJson(answer).object());
-    cli::OrderState state;
-    if (succeeds([&] { state = cli::stateOfCreated(draft.request, created); }) && !state.reference.isEmpty())
+    auto state = cli::stateBeforeSending(draft.request);
+    saveAndLoad(state);
+    if (succeeds([&] { takeAnswer(state, draft.request, created); }))
     {
         saveAndLoad(state);
     }
