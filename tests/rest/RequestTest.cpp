@@ -1,4 +1,5 @@
 // What goes over the wire beyond what every platform promises, and in which order.
+#include <algorithm>
 #include <future>
 
 #include "tests/rest/RestTestSupport.h"
@@ -146,11 +147,12 @@ TEST(Request, whatTimesOutInTheQueueWasNotSent)
     {
         calls.push_back(connection->request(upload("x")));
     }
+    auto const sent = std::count_if(
+        calls.begin(), calls.end(), [](rest::FutureJsonReply const& call) { return saysMaybeProcessed(call.get()); });
     EXPECT_TRUE(saysMaybeProcessed(calls.front().get()));
-    EXPECT_FALSE(saysMaybeProcessed(calls.back().get()));
-    calls.clear();
+    EXPECT_LE(server.requestCount(), sent);
     // Some may get their turn just before their time is over.
-    EXPECT_LE(server.requestCount(), 12);
+    EXPECT_LE(sent, 12);
 }
 
 TEST(Request, largeReplyHoldsUpNoSmallOne)
