@@ -359,8 +359,10 @@ KeloCommunicationLib::internal::Awaiter<T> operator co_await(Future<T> future)
 
 } // namespace threading
 
+/// @cond Doxygen does not find the place of a specialisation in std.
 template <class R, class... Arguments>
 struct std::coroutine_traits<threading::Future<R>, Arguments...>
 {
     using promise_type = KeloCommunicationLib::internal::Coroutine<R>;
 };
+/// @endcond

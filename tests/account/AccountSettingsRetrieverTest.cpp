@@ -11,8 +11,8 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <platform/core/HostEnvironment.h>
 #include <platform/core/HostInfo.h>
-#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
+#include <tests/support/LogCapture.h>
 
 namespace
 {

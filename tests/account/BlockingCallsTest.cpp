@@ -4,8 +4,8 @@
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 #include <KeloCommunicationLib/connection/TessalyConnectionProxy.h>
 #include <platform/core/HostEnvironment.h>
-#include <tests/support/LogCapture.h>
 #include <testkit/RawServer.h>
+#include <tests/support/LogCapture.h>
 
 namespace
 {
@@ -94,7 +94,8 @@ TEST(BlockingCalls, SoftwarePageOfASuccessfulAnswerOnly)
 TEST(BlockingCalls, ProxyKeepsTheOutcomeOfTheLastCall)
 {
     testkit::RawServer const broken([](testkit::RawRequest const&) { return testkit::closeNow(); });
-    testkit::RawServer const working([](testkit::RawRequest const&) { return testkit::reply(200, R"({"Keys":["k"]})"); });
+    testkit::RawServer const working([](testkit::RawRequest const&)
+                                     { return testkit::reply(200, R"({"Keys":["k"]})"); });
     TessalyConnectionProxy proxy;
     TessalyConnectionProxyInterface& face = proxy;
     EXPECT_TRUE(face.isSuccess());
@@ -121,7 +122,8 @@ TEST(BlockingCalls, StatisticsGoToTheirOwnServiceOnce)
         testkit::Action answer;
         bool succeeded = false;
         int code = 0;
-    } const rows[] = {{testkit::reply(200, ""), true, 0}, {testkit::reply(500), true, 500}, {testkit::closeNow(), false, 0}};
+    } const rows[] = {
+        {testkit::reply(200, ""), true, 0}, {testkit::reply(500), true, 500}, {testkit::closeNow(), false, 0}};
     for (auto const& row : rows)
     {
         testkit::RawServer const server([&row](testkit::RawRequest const&) { return row.answer; });

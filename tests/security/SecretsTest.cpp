@@ -10,9 +10,9 @@
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <KeloCommunicationLib/connection/TessalyConnection.h>
 
-#include <tests/support/LogCapture.h>
-#include <testkit/RawServer.h>
 #include "tests/support/SecretForms.h"
+#include <testkit/RawServer.h>
+#include <tests/support/LogCapture.h>
 
 namespace test
 {
