@@ -10,10 +10,10 @@
 #include <QCoreApplication>
 #include <QString>
 
-#include "cli/Arguments.h"
-#include "cli/Context.h"
-#include "cli/Interruption.h"
-#include "cli/commands/Commands.h"
+#include "cli/Commands.h"
+#include "cli/shell/Arguments.h"
+#include "cli/shell/Context.h"
+#include "cli/shell/Interruption.h"
 
 namespace
 {

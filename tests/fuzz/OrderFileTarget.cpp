@@ -8,10 +8,10 @@
 
 #include <KeloCommunicationLib/json/JsonSerializer.h>
 
-#include "cli/Context.h"
-#include "cli/OrderFile.h"
-#include "cli/OrderState.h"
-#include "cli/StrictReader.h"
+#include "cli/orders/OrderFile.h"
+#include "cli/orders/OrderState.h"
+#include "cli/shell/Context.h"
+#include "cli/shell/StrictReader.h"
 #include "tests/fuzz/Fuzzing.h"
 
 // The input is an order file, or an order's state file. Behind a line "=====" may stand the service's answer to the

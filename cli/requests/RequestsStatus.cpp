@@ -1,0 +1,29 @@
+#include "cli/Commands.h"
+
+#include <QJsonObject>
+
+#include "cli/shell/Arguments.h"
+#include "cli/shell/Context.h"
+#include "cli/shell/Input.h"
+
+namespace cli
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+Action requestsStatus(Arguments& arguments)
+{
+    auto const id = arguments.requiredText("REQUEST", "The request's id");
+    auto const status = arguments.requiredNumber("STATUS", "The new status, a number of the service");
+    return [=](Context const& context)
+    {
+        UpdateCollaborationRequestStatusInfo const info(
+            context.installation(), identifier("request id", *id), static_cast<collaboration::RequestStatus>(*status));
+        context.valueOf(context.connection().updateCollaborationRequestStatus(info));
+        context.output().show(
+            QJsonObject{{u"RequestId"_s, *id}, {u"Status"_s, *status}},
+            u"The request %1 now has the status %2.\n"_s.arg(*id).arg(*status));
+    };
+}
+
+} // namespace cli

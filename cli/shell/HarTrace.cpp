@@ -1,0 +1,199 @@
+#include "cli/shell/HarTrace.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringDecoder>
+#include <QUrlQuery>
+
+#include "cli/shell/Listing.h"
+
+namespace cli
+{
+
+namespace
+{
+
+using namespace Qt::Literals::StringLiterals;
+
+double milliseconds(std::chrono::microseconds duration)
+{
+    return static_cast<double>(duration.count()) / 1000;
+}
+
+/// The format's mark for a phase that the exchange did not pass is -1.
+double optionalMilliseconds(std::chrono::microseconds duration)
+{
+    return duration.count() == 0 ? -1 : milliseconds(duration);
+}
+
+QJsonArray headersJson(rest::Headers const& headers)
+{
+    QJsonArray array;
+    for (auto const& [name, value] : headers)
+    {
+        array.append(QJsonObject{{u"name"_s, QString::fromLatin1(name)}, {u"value"_s, QString::fromLatin1(value)}});
+    }
+    return array;
+}
+
+QString headerValue(rest::Headers const& headers, QByteArray const& wanted)
+{
+    auto const found = std::find_if(
+        headers.begin(), headers.end(),
+        [&wanted](auto const& header) { return header.first.compare(wanted, Qt::CaseInsensitive) == 0; });
+    return found == headers.end() ? QString() : QString::fromLatin1(found->second);
+}
+
+void addText(QJsonObject& json, QByteArray const& bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString const text = decoder(bytes);
+    json.insert(u"text"_s, decoder.hasError() ? QString::fromLatin1(bytes.toBase64()) : text);
+    if (decoder.hasError())
+    {
+        json.insert(u"encoding"_s, u"base64"_s);
+    }
+}
+
+QByteArray redacted(QByteArray const& body)
+{
+    QJsonValue const mark = u"[redacted]"_s;
+    auto const json = QJsonDocument::fromJson(body);
+    if (json.isNull())
+    {
+        // Half an answer may tell a secret as well as a whole one.
+        bool const mayTell = std::any_of(
+            secretKeys().begin(), secretKeys().end(),
+            [&body](QString const& key) { return body.contains(key.toLatin1()); });
+        return mayTell ? mark.toString().toLatin1() : body;
+    }
+    QJsonValue const value = json.isArray() ? QJsonValue(json.array()) : QJsonValue(json.object());
+    auto const shown = withoutSecrets(value, mark);
+    auto const document = shown.isArray() ? QJsonDocument(shown.toArray()) : QJsonDocument(shown.toObject());
+    return shown == value ? body : document.toJson(QJsonDocument::Compact);
+}
+
+/// The body of what goes from a file or into one is not in the trace.
+qint64 bodySize(rest::Headers const& headers, QByteArray const& body)
+{
+    bool isAnnounced = false;
+    auto const size = headerValue(headers, "Content-Length").toLongLong(&isAnnounced);
+    return body.isEmpty() && isAnnounced ? size : body.size();
+}
+
+QJsonObject requestJson(rest::TraceData const& exchange)
+{
+    QJsonArray query;
+    for (auto const& [name, value] : QUrlQuery(exchange.url).queryItems(QUrl::FullyDecoded))
+    {
+        query.append(QJsonObject{{u"name"_s, name}, {u"value"_s, value}});
+    }
+    QJsonObject json{
+        {u"method"_s, QString::fromLatin1(exchange.method)},
+        {u"url"_s, exchange.url.toString(QUrl::FullyEncoded)},
+        {u"httpVersion"_s, u"HTTP"_s},
+        {u"cookies"_s, QJsonArray()},
+        {u"headers"_s, headersJson(exchange.requestHeaders)},
+        {u"queryString"_s, query},
+        {u"headersSize"_s, -1},
+        {u"bodySize"_s, bodySize(exchange.requestHeaders, exchange.requestBody)}};
+    if (!exchange.requestBody.isEmpty())
+    {
+        QJsonObject body{{u"mimeType"_s, headerValue(exchange.requestHeaders, "Content-Type")}};
+        addText(body, exchange.requestBody);
+        json.insert(u"postData"_s, body);
+    }
+    return json;
+}
+
+QJsonObject responseJson(rest::TraceData const& exchange)
+{
+    QJsonObject content{
+        {u"size"_s, bodySize(exchange.responseHeaders, exchange.responseBody)},
+        {u"mimeType"_s, headerValue(exchange.responseHeaders, "Content-Type")}};
+    addText(content, exchange.responseBody);
+    return {
+        {u"status"_s, exchange.httpStatus},
+        {u"statusText"_s, QString()},
+        {u"httpVersion"_s, u"HTTP"_s},
+        {u"cookies"_s, QJsonArray()},
+        {u"headers"_s, headersJson(exchange.responseHeaders)},
+        {u"content"_s, content},
+        {u"redirectURL"_s, QString()},
+        {u"headersSize"_s, -1},
+        {u"bodySize"_s, -1},
+        {u"_error"_s, exchange.error}};
+}
+
+QJsonObject timingsJson(rest::TraceData::Phases const& phases)
+{
+    return {
+        {u"blocked"_s, milliseconds(phases.queued)},
+        {u"dns"_s, optionalMilliseconds(phases.nameLookUp)},
+        {u"connect"_s,
+         optionalMilliseconds(phases.connect + phases.tlsHandshake)}, // the format counts TLS in here, too
+        {u"ssl"_s, optionalMilliseconds(phases.tlsHandshake)},
+        {u"send"_s, milliseconds(phases.send)},
+        {u"wait"_s, milliseconds(phases.wait)},
+        {u"receive"_s, milliseconds(phases.receive)}};
+}
+
+QJsonObject entryJson(rest::TraceData const& exchange)
+{
+    auto const& phases = exchange.phases;
+    auto const total = phases.queued + phases.nameLookUp + phases.connect + phases.tlsHandshake + phases.send
+                       + phases.wait + phases.receive;
+    return {
+        {u"startedDateTime"_s, exchange.startTime.toString(Qt::ISODateWithMs)},
+        {u"time"_s, milliseconds(total)},
+        {u"request"_s, requestJson(exchange)},
+        {u"response"_s, responseJson(exchange)},
+        {u"cache"_s, QJsonObject()},
+        {u"timings"_s, timingsJson(phases)}};
+}
+
+QJsonObject toHar(std::vector<rest::TraceData> exchanges)
+{
+    std::stable_sort(
+        exchanges.begin(), exchanges.end(),
+        [](auto const& left, auto const& right) { return left.startTime < right.startTime; });
+    QJsonArray entries;
+    for (auto const& exchange : exchanges)
+    {
+        entries.append(entryJson(exchange));
+    }
+    QJsonObject const creator{{u"name"_s, u"kelo"_s}, {u"version"_s, QStringLiteral(KELO_VERSION)}};
+    return {{u"log"_s, QJsonObject{{u"version"_s, u"1.2"_s}, {u"creator"_s, creator}, {u"entries"_s, entries}}}};
+}
+
+} // namespace
+
+HarFile::HarFile(QString const& path) : file_("trace file", path) {}
+
+void HarFile::add(rest::TraceData const& exchange)
+{
+    std::lock_guard const lock(mutex_);
+    exchanges_.push_back(exchange);
+}
+
+void HarFile::write()
+{
+    std::unique_lock lock(mutex_);
+    auto exchanges = std::exchange(exchanges_, {});
+    lock.unlock();
+    for (auto& exchange : exchanges)
+    {
+        if (!keepsSecrets_)
+        {
+            exchange.requestBody = redacted(exchange.requestBody);
+            exchange.responseBody = redacted(exchange.responseBody);
+        }
+    }
+    file_.write(QJsonDocument(toHar(std::move(exchanges))).toJson());
+}
+
+} // namespace cli
