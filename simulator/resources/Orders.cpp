@@ -1,15 +1,12 @@
 #include "simulator/resources/Orders.h"
 
 #include "simulator/Lookup.h"
-#include "simulator/Routing.h"
 #include "simulator/State.h"
+#include "simulator/resources/OrderChecks.h"
 
 #include <QJsonDocument>
-#include <QRegularExpression>
-#include <QVersionNumber>
 
 #include <algorithm>
-#include <limits>
 #include <map>
 #include <numeric>
 
@@ -18,6 +15,8 @@ namespace simulator
 
 namespace
 {
+
+using namespace orders;
 
 // ---- what an installation may order, and where it may be sent ----------------------------------------------------
 
@@ -46,133 +45,6 @@ Answer listAddresses(Call const& call)
 }
 
 // ---- creating orders -----------------------------------------------------------------------------------------------
-
-constexpr Member fileMembers[] = {
-    {"Name", Kind::Text},
-    {"Size", Kind::DecimalText},
-    {"ChunkSize", Kind::DecimalText},
-    {"CheckSum", Kind::Text},
-};
-constexpr Member productionItemMembers[] = {
-    {"ArticleNumber", Kind::Text},       {"Quantity", Kind::Integer},
-    {"ToothNumberStart", Kind::Integer}, {"ToothNumberEnd", Kind::Integer},
-    {"RemakeCode", Kind::Text},          {"VoucherCode", Kind::Text},
-    {"CadStatus", Kind::Text},           {"Files", Kind::Objects, true, fileMembers},
-};
-constexpr Member productionMembers[] = {
-    {"InstallationReference", Kind::Text}, {"CreationFrontendVersion", Kind::Text},
-    {"FrontendVersion", Kind::Text},       {"AddressIdentifier", Kind::Text},
-    {"ProductionNote", Kind::Text},        {"OriginalOrderNumber", Kind::Text},
-    {"InvoiceReference", Kind::Text},      {"StudyId", Kind::Text},
-    {"StudyParticipantId", Kind::Text},    {"ClinicianZipCode", Kind::Text},
-    {"ClinicianName", Kind::Text},         {"OrderItems", Kind::Objects, true, productionItemMembers},
-};
-constexpr Member labItemMembers[] = {
-    {"ArticleNumber", Kind::Text},     {"ManufacturerReference", Kind::Text},
-    {"Quantity", Kind::Integer},       {"ToothNumberStart", Kind::Integer},
-    {"ToothNumberEnd", Kind::Integer}, {"Files", Kind::Objects, true, fileMembers},
-};
-constexpr Member labMembers[] = {
-    {"InstallationReference", Kind::Text},
-    {"CreationFrontendVersion", Kind::Text},
-    {"FrontendVersion", Kind::Text},
-    {"ProductionNote", Kind::Text},
-    {"OrderItems", Kind::Objects, true, labItemMembers},
-};
-constexpr Member caseDesignerItemMembers[] = {
-    {"ArticleNumber", Kind::Text},
-    {"ManufacturerReference", Kind::Text},
-    {"Quantity", Kind::Integer},
-};
-constexpr Member caseDesignerMembers[] = {
-    {"InstallationReference", Kind::Text},
-    {"CreationFrontendVersion", Kind::Text},
-    {"FrontendVersion", Kind::Text},
-    {"PatientId", Kind::Text},
-    {"OrderItems", Kind::Objects, true, caseDesignerItemMembers},
-};
-
-void require(bool isRight, Reason reason, QString const& detail)
-{
-    if (!isRight)
-    {
-        throw Refusal(reason, detail);
-    }
-}
-
-/// The teeth of the four quadrants are numbered 11 to 18, 21 to 28, 31 to 38 and 41 to 48.
-bool isTooth(int number)
-{
-    auto const quadrant = number / 10;
-    auto const position = number % 10;
-    return quadrant >= 1 && quadrant <= 4 && position >= 1 && position <= 8;
-}
-
-bool isUpperJaw(int tooth)
-{
-    return tooth < 30;
-}
-
-void checkTeeth(Article const& article, QJsonObject const& item)
-{
-    auto const first = item["ToothNumberStart"].toInt();
-    auto const last = item["ToothNumberEnd"].toInt();
-    if (!article.isForTeeth)
-    {
-        require(first == 0 && last == 0, Reason::BadValue, article.id + " is not for teeth");
-        return;
-    }
-    require(isTooth(first), Reason::BadValue, "ToothNumberStart");
-    require(isTooth(last) && isUpperJaw(first) == isUpperJaw(last), Reason::BadValue, "ToothNumberEnd");
-}
-
-void checkVersion(QJsonObject const& body, char const* key)
-{
-    auto const text = body[QLatin1String(key)].toString();
-    require(text.isEmpty() || !QVersionNumber::fromString(text).isNull(), Reason::BadValue, key);
-}
-
-void checkAddress(State const& state, QString const& installation, QString const& address)
-{
-    auto const& addresses = state.orders.addresses;
-    auto const isKnown = std::any_of(
-        addresses.begin(), addresses.end(),
-        [&](ShippingAddress const& known) { return known.id == address && known.installation == installation; });
-    require(isKnown, Reason::UnknownReference, "AddressIdentifier " + address);
-}
-
-UploadSlot checkedFile(QJsonObject const& file)
-{
-    static QRegularExpression const md5("^[0-9a-fA-F]{32}$");
-    auto const size = file["Size"].toString().toLongLong();
-    auto const chunkSize = file["ChunkSize"].toString().toLongLong();
-    constexpr auto largest = std::numeric_limits<qint32>::max();
-    require(!file["Name"].toString().isEmpty(), Reason::BadValue, "Name");
-    require(size <= largest, Reason::BadValue, "Size");
-    require(chunkSize > 0 && chunkSize <= largest, Reason::BadValue, "ChunkSize");
-    require(md5.match(file["CheckSum"].toString()).hasMatch(), Reason::BadValue, "CheckSum");
-    return {.name = file["Name"].toString(), .size = size, .md5 = file["CheckSum"].toString().toLatin1().toLower()};
-}
-
-OrderItem checkedItem(State const& state, QString const& installation, QJsonObject const& item)
-{
-    bool isNumber = true;
-    if (auto const cadStatus = item["CadStatus"]; cadStatus.isString())
-    {
-        cadStatus.toString().toInt(&isNumber);
-    }
-    require(isNumber, Reason::BadValue, "CadStatus");
-    OrderItem checked = {
-        .articleNumber = checkedArticle(state, installation, item).id,
-        .quantity = item["Quantity"].toInt(),
-        .firstTooth = item["ToothNumberStart"].toInt(),
-        .lastTooth = item["ToothNumberEnd"].toInt()};
-    for (QJsonValue const file : item["Files"].toArray())
-    {
-        checked.files.push_back(checkedFile(file.toObject()));
-    }
-    return checked;
-}
 
 int missingFiles(Order const& order)
 {
@@ -278,8 +150,6 @@ Answer finishUpload(Call const& call)
 
 // ---- following orders ----------------------------------------------------------------------------------------------
 
-constexpr Member detailsMembers[] = {{"References", Kind::Texts}};
-
 QJsonObject detailsJson(Order const& order)
 {
     QJsonArray items;
@@ -350,23 +220,6 @@ std::vector<Route> orderRoutes()
     };
 }
 // clang-format on
-
-Article const& checkedArticle(State const& state, QString const& installation, QJsonObject const& item)
-{
-    auto const number = item["ArticleNumber"].toString();
-    auto const& articles = state.orders.articles;
-    auto const article = std::find_if(
-        articles.begin(), articles.end(),
-        [&](Article const& known) { return known.id == number && known.installation == installation; });
-    require(article != articles.end(), Reason::UnknownReference, "ArticleNumber " + number);
-    auto const quantity = item["Quantity"].toInt();
-    require(quantity >= 1 && quantity <= 999, Reason::BadValue, "Quantity");
-    if (item.contains("ToothNumberStart"))
-    {
-        checkTeeth(*article, item);
-    }
-    return *article;
-}
 
 Order& placeOrder(State& state, OrderKind kind, QJsonObject const& body)
 {
