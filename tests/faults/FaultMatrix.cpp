@@ -2,7 +2,6 @@
 //
 //   kelo_fault_matrix [FAULT...]     only the faults whose text begins so
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -11,8 +10,9 @@
 
 #include <QCoreApplication>
 
-#include "tests/faults/Calls.h"
-#include "tests/faults/Faults.h"
+#include "tests/support/FaultedService.h"
+#include "tests/traffic/Calls.h"
+#include "tests/traffic/Faults.h"
 #include <testkit/Waiting.h>
 #include <tests/support/OpenSockets.h>
 
@@ -22,21 +22,19 @@ namespace
 using namespace test;
 using namespace std::chrono_literals;
 
+// No measure of time, but what counts as never.
+constexpr auto guard = 60s;
+
 char const* nameOf(Outcome outcome)
 {
-    constexpr std::array names = {"ok", "other", "refused", "lost", "failed", "HUNG"};
-    return names.at(static_cast<std::size_t>(outcome));
+    return outcomeNames[static_cast<std::size_t>(outcome)];
 }
 
 std::string nameOf(Fault const& fault)
 {
-    std::string name;
-    for (auto const& text : fault.texts)
-    {
-        // Where the redirect leads to differs from run to run.
-        name += (name.empty() ? "" : " + ") + text.substr(0, text.find(",location="));
-    }
-    return name;
+    // Where the redirect leads to differs from run to run.
+    auto const text = fault.text.substr(0, fault.text.find("location="));
+    return text.substr(0, text.find_last_not_of(":,") + 1) + (fault.other.empty() ? "" : " + ") + fault.other;
 }
 
 std::set<Outcome> allowedOutcomes(Fault const& fault, Call const& call)
@@ -56,6 +54,18 @@ std::set<Outcome> allowedOutcomes(Fault const& fault, Call const& call)
         return {Outcome::Ok, Outcome::Other, call.whenLost};
     }
     return {};
+}
+
+/// As the service is to be told, for as long as the cell lasts.
+std::vector<std::string> textsOf(Fault const& fault)
+{
+    std::string const lasting = "times=-1";
+    std::vector<std::string> texts = {fault.source == Source::Service ? extended(fault.text, lasting) : fault.text};
+    if (!fault.other.empty())
+    {
+        texts.push_back(extended(fault.other, lasting));
+    }
+    return texts;
 }
 
 /// Runs cells, and collects what is wrong with them.
@@ -79,17 +89,18 @@ private:
     // Idle connections are kept for the next call, six to an origin: a socket at either end, two in the proxy.
     static constexpr int keptSockets = 6 * 4;
 
-    std::unique_ptr<TessalyConnection> connect(std::chrono::milliseconds timeout);
+    Connection connect(std::chrono::milliseconds timeout);
     std::string failures() const;
-    Result evaluate(Call const& call, Result result) const;
+    Subject prepare(Call const& call);
+    Ending endOf(Call const& call, Running const& running) const;
     void check(bool isGood, std::string const& what);
     void checkWrites();
-    void checkNextCalls(TessalyConnection& connection);
+    void checkNextCalls(Connection const& connection);
 
     FaultedService service_;
     simulator::faults::FaultProxy elsewhere_;
-    std::map<std::string, QString> rightContent_;
-    std::pair<Result, Result> rightReads_;
+    std::vector<collaboration::RequestInfo> const requests_;
+    std::map<std::string, QByteArray> rightContent_;
     std::vector<std::string> violations_;
     mutable std::mutex failuresMutex_;
     std::string failures_; ///< of the present connection's exchanges, for the explanation of a violation
@@ -100,29 +111,34 @@ private:
     int fired_ = 0;
 };
 
-Matrix::Matrix() : elsewhere_(QUrl(service_.directUrl()).port())
+Matrix::Matrix()
+    : elsewhere_(QUrl(service_.directUrl()).port()),
+      requests_(service_.direct()->getRequests(FaultedService::installation, false).get().value)
 {
-    for (Call const& call : callsOfTheMatrix())
+    for (Call const& call : calls())
     {
         service_.reset();
-        auto const target = Target::prepare(service_);
-        auto const result = call.run(*connect(60s), target);
+        auto const subject = prepare(call);
+        auto const ending = call.start(connect(guard), subject).ending.get();
         cell_ = call.name;
-        check(result.outcome == Outcome::Ok, "does not even work without a fault");
-        rightContent_[call.name] = result.content;
+        check(
+            ending.outcome == Outcome::Ok && (call.right == nullptr || call.right(subject) == ending.content),
+            "does not even work without a fault");
+        rightContent_[call.name] = ending.content;
     }
-    rightReads_ = twoReads(*connect(60s));
     mostSockets_ = test::openSockets() + keptSockets;
 }
 
 std::vector<Fault> Matrix::faults() const
 {
-    return faultsOfTheMatrix("http://127.0.0.1:" + std::to_string(elsewhere_.port()));
+    auto all = allFaults("http://127.0.0.1:" + std::to_string(elsewhere_.port()));
+    std::erase_if(all, [](Fault const& fault) { return fault.isSlow; });
+    return all;
 }
 
-std::unique_ptr<TessalyConnection> Matrix::connect(std::chrono::milliseconds timeout)
+Connection Matrix::connect(std::chrono::milliseconds timeout)
 {
-    auto connection = service_.connect(timeout);
+    Connection connection = service_.connect(timeout);
     connection->setReplySizeLimit(replySizeLimit);
     failures_.clear();
     connection->setTraceCallback(
@@ -143,13 +159,37 @@ std::string Matrix::failures() const
     return failures_;
 }
 
-Result Matrix::evaluate(Call const& call, Result result) const
+/// What the call is about; the service is told past the faults.
+Subject Matrix::prepare(Call const& call)
 {
-    if (result.outcome == Outcome::Ok && result.content != rightContent_.at(call.name))
+    auto const start = [this](char const* name, Subject const& subject)
+    { return callNamed(name).start(service_.direct(), subject).ending.get(); };
+    auto const made = start(
+        "order",
+        {.marker = QStringLiteral("to upload to"), .file = {.marker = QStringLiteral("a tooth"), .lines = 20'000}});
+    Subject subject{
+        .marker = QStringLiteral("of the matrix"),
+        .shell = QStringLiteral("SHELL-ORD-000001-1"),
+        .order = QStringLiteral("ORD-000001"),
+        .file = made.slot,
+        .requests = requests_};
+    if (std::string(call.name).starts_with("finish"))
     {
-        result.outcome = Outcome::Other;
+        start("upload", subject);
+        subject.marker = made.order;
     }
-    return result;
+    return subject;
+}
+
+/// What has not ended by now counts as cancelled, as no call may end here.
+Ending Matrix::endOf(Call const& call, Running const& running) const
+{
+    auto ending = running.ending.waitFor(guard) ? running.ending.get() : Ending();
+    if (ending.outcome == Outcome::Ok && ending.content != rightContent_.at(call.name))
+    {
+        ending.outcome = Outcome::Other;
+    }
+    return ending;
 }
 
 void Matrix::check(bool isGood, std::string const& what)
@@ -179,15 +219,18 @@ void Matrix::checkWrites()
     }
 }
 
-void Matrix::checkNextCalls(TessalyConnection& connection)
+void Matrix::checkNextCalls(Connection const& connection)
 {
-    auto const [first, second] = twoReads(connection);
-    check(
-        first.outcome == Outcome::Ok && second.outcome == Outcome::Ok,
-        "the next call on the connection fails" + failures());
-    check(
-        first.content == rightReads_.first.content && second.content == rightReads_.second.content,
-        "the next call on the connection gets an answer that is not its own");
+    // Two different reads at the same time are told apart by what they bring.
+    Call const* const reads[] = {&callNamed("addresses"), &callNamed("users")};
+    Running const running[] = {reads[0]->start(connection, {}), reads[1]->start(connection, {})};
+    for (int which : {0, 1})
+    {
+        auto const outcome = endOf(*reads[which], running[which]).outcome;
+        check(outcome != Outcome::Other, "the next call on the connection gets an answer that is not its own");
+        check(
+            outcome == Outcome::Ok || outcome == Outcome::Other, "the next call on the connection fails" + failures());
+    }
 }
 
 std::string Matrix::runCell(Fault const& fault, Call const& call)
@@ -195,16 +238,14 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
     auto const broken = violations_.size();
     cell_ = nameOf(fault) + ", " + call.name;
     service_.reset();
-    auto const target = Target::prepare(service_);
-    auto connection = connect(fault.hangs ? 300ms : 60s);
-    for (auto const& text : fault.texts)
+    auto const subject = prepare(call);
+    auto connection = connect(fault.hangs ? 300ms : guard);
+    for (auto const& text : textsOf(fault))
     {
         service_.addFault(text);
     }
-    auto const result = evaluate(call, call.run(*connection, target));
-    check(
-        allowedOutcomes(fault, call).contains(result.outcome),
-        std::string("ends as ") + nameOf(result.outcome) + failures());
+    auto const outcome = endOf(call, call.start(connection, subject)).outcome;
+    check(allowedOutcomes(fault, call).contains(outcome), std::string("ends as ") + nameOf(outcome) + failures());
     check(
         fault.effect == Effect::ByChance || testkit::comesTrue([this] { return service_.firedCount() > 0; }),
         "the fault has not fired");
@@ -212,8 +253,8 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
     firedByChance_[nameOf(fault)] += service_.firedCount();
     service_.clearFaults();
 
-    connection->setDefaultTimeout(60s);
-    checkNextCalls(*connection);
+    connection->setDefaultTimeout(guard);
+    checkNextCalls(connection);
     connection.reset();
     check(
         testkit::comesTrue([this] { return test::openSockets() <= mostSockets_; }),
@@ -221,7 +262,7 @@ std::string Matrix::runCell(Fault const& fault, Call const& call)
             + std::to_string(mostSockets_));
     checkWrites();
     ++cells_;
-    return nameOf(result.outcome) + std::string(violations_.size() > broken ? "!" : "");
+    return nameOf(outcome) + std::string(violations_.size() > broken ? "!" : "");
 }
 
 void Matrix::checkTheWhole()
@@ -244,12 +285,12 @@ bool isWanted(Fault const& fault, std::vector<std::string> const& wanted)
 
 int printMatrix(std::vector<std::string> const& wanted)
 {
-    constexpr int nameWidth = 74;
+    constexpr int nameWidth = 66;
     Matrix matrix;
     std::printf("%-*s", nameWidth, "fault");
-    for (Call const& call : callsOfTheMatrix())
+    for (Call const& call : calls())
     {
-        std::printf(" %-9s", call.name);
+        std::printf(" %-11s", call.name);
     }
     std::printf("\n");
     for (Fault const& fault : matrix.faults())
@@ -259,9 +300,9 @@ int printMatrix(std::vector<std::string> const& wanted)
             continue;
         }
         std::printf("%-*s", nameWidth, nameOf(fault).c_str());
-        for (Call const& call : callsOfTheMatrix())
+        for (Call const& call : calls())
         {
-            std::printf(" %-9s", matrix.runCell(fault, call).c_str());
+            std::printf(" %-11s", matrix.runCell(fault, call).c_str());
             std::fflush(stdout);
         }
         std::printf("\n");

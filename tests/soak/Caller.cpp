@@ -1,5 +1,6 @@
 #include "tests/soak/Caller.h"
 
+#include <string_view>
 #include <utility>
 
 namespace soak
@@ -13,13 +14,16 @@ QString const seededOrder = QStringLiteral("ORD-000001");
 
 } // namespace
 
-Stage::Stage(test::FaultedService& service, Ledger& ledger) : service_(service), ledger_(ledger)
+Stage::Stage(test::FaultedService& service, Ledger& ledger)
+    : service_(service),
+      ledger_(ledger),
+      requests_(service.direct()->getRequests(test::FaultedService::installation, false).get().value)
 {
-    for (auto const& shell : service.direct().getTempShellCalculationData(seededOrder).getTempShellFile())
+    for (auto const& shell : service.direct()->getTempShellCalculationData(seededOrder).getTempShellFile())
     {
-        shells_.push_back(shell.getFileId());
-        ledger.learn(
-            "download " + shell.getFileId().toStdString(), service.direct().getTempShellFile(shell.getFileId()).get());
+        auto const id = shell.getFileId();
+        shells_.push_back(id);
+        ledger.learn("download" + id.toStdString(), service.direct()->getTempShellFile(id).get());
     }
     forgetOrders();
     std::mt19937_64 random;
@@ -62,17 +66,16 @@ void Stage::setTimeout(std::chrono::milliseconds timeout)
 void Stage::addOrder(QString const& reference, Slot slot)
 {
     std::lock_guard const lock(mutex_);
-    if (reference.startsWith(QLatin1String("ORD-")))
-    {
-        orders_.push_back(reference);
-    }
+    orders_.push_back(reference);
     slots_.push_back(std::move(slot));
 }
 
-QString Stage::someOrder(std::mt19937_64& random) const
+test::Subject Stage::subject(std::mt19937_64& random) const
 {
+    auto const oneOf = [&random](std::vector<QString> const& all)
+    { return all.at(std::uniform_int_distribution<std::size_t>(0, all.size() - 1)(random)); };
     std::lock_guard const lock(mutex_);
-    return orders_.at(std::uniform_int_distribution<std::size_t>(0, orders_.size() - 1)(random));
+    return {.shell = oneOf(shells_), .order = oneOf(orders_), .requests = requests_};
 }
 
 Slot Stage::takeSlot()
@@ -123,6 +126,59 @@ Connection Caller::pick()
     return usesSharedOnly_ || below(2) == 0 ? stage_.shared(below(Stage::sharedConnections)) : own_;
 }
 
+test::Subject Caller::subjectOf(test::Call const& call)
+{
+    auto subject = stage_.subject(random_);
+    bool const isUpload = std::string_view(call.name) == "upload";
+    if (isUpload)
+    {
+        subject.file = stage_.takeSlot();
+        subject.marker = subject.file.marker;
+    }
+    else if (call.isWrite)
+    {
+        // Mostly small, now and then large, and never the same twice.
+        auto const lines = static_cast<int>(below(16) == 0 ? 2000 + below(8000) : 1 + below(200));
+        subject.marker = newMarker();
+        subject.file = {.marker = newMarker(), .lines = lines};
+    }
+    return subject;
+}
+
+void Caller::make(test::Call const& call)
+{
+    auto const subject = subjectOf(call);
+    if (call.isWrite && subject.marker.isEmpty())
+    {
+        return;
+    }
+    auto const ticket = ledger().open(call.name, subject.marker);
+    auto running = call.start(pick(), subject);
+    bool const isDownload = std::string_view(call.name) == "download";
+    auto const resource = call.name + (isDownload ? subject.shell.toStdString() : std::string());
+    if (ledger().isLearning())
+    {
+        ledger().learn(resource, running.ending.get().content);
+    }
+    auto const right = call.right != nullptr ? call.right(subject) : ledger().rightContent(resource);
+    running.ending.then(
+        [&stage = stage_, ticket, right](threading::Future<test::Ending> const& finished)
+        {
+            auto const ending = finished.get();
+            // A spoilt answer is no basis for an upload.
+            if (!ending.order.isEmpty() && !ending.slot.reference.isEmpty() && ending.content == right)
+            {
+                stage.addOrder(ending.order, ending.slot);
+            }
+            stage.ledger().close(ticket, ending, right);
+        });
+    pending_.push_back(std::move(running));
+    if (pending_.size() > mostPending)
+    {
+        awaitOldest();
+    }
+}
+
 void Caller::renewOwn()
 {
     own_ = stage_.connect(random_);
@@ -149,7 +205,7 @@ void Caller::cancelOne()
 
 void Caller::awaitOldest()
 {
-    if (!pending_.front().await())
+    if (!pending_.front().ending.waitFor(patience))
     {
         ledger().violate("a call has not ended within the time that all faults leave it");
     }

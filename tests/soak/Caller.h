@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <random>
@@ -10,21 +9,16 @@
 
 #include "tests/soak/Ledger.h"
 #include "tests/support/FaultedService.h"
+#include "tests/traffic/Calls.h"
 
 namespace soak
 {
 
-using Connection = std::shared_ptr<TessalyConnection>;
+using test::Connection;
+using test::Slot;
 
 /// How long something may take that should have ended long before.
 constexpr std::chrono::seconds patience{30};
-
-/// An order's slot for a file, and the marker from which the file's content is made.
-struct Slot
-{
-    QString reference;
-    QString marker;
-};
 
 /// What the threads share: the service, the account of it all, some of the connections, and slots to upload to.
 class Stage
@@ -35,7 +29,8 @@ public:
     Stage(test::FaultedService& service, Ledger& ledger);
 
     Ledger& ledger() { return ledger_; }
-    std::vector<QString> const& shells() const { return shells_; }
+    /// What a read is about: one of the service's shells and orders, and all of its requests.
+    test::Subject subject(std::mt19937_64& random) const;
 
     Connection connect(std::mt19937_64& random) const;
     Connection shared(std::size_t index) const;
@@ -44,8 +39,6 @@ public:
     void setTimeout(std::chrono::milliseconds timeout);
 
     void addOrder(QString const& reference, Slot slot);
-    /// An order that the service has.
-    QString someOrder(std::mt19937_64& random) const;
     /// A slot that nobody else has; with an empty reference when there is none.
     Slot takeSlot();
     /// The service has been started afresh.
@@ -55,6 +48,7 @@ private:
     test::FaultedService& service_;
     Ledger& ledger_;
     std::vector<QString> shells_;
+    std::vector<collaboration::RequestInfo> requests_;
     mutable std::mutex mutex_;
     std::vector<Connection> connections_;
     std::vector<QString> orders_;
@@ -67,42 +61,32 @@ class Caller
 public:
     Caller(Stage& stage, int index, quint64 seed);
 
-    Stage& stage() { return stage_; }
-    Ledger& ledger() { return stage_.ledger(); }
     std::mt19937_64& random() { return random_; }
-    std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_); }
 
     void beginRound(int round);
     /// Waits for the calls that the thread has not waited for yet.
     void endRound();
-    QString newMarker();
-
-    /// This thread's own connection or a shared one; only a shared one in calm weather.
-    Connection pick();
-    void renewOwn();
-    void renewShared();
     void setUsesShared(bool onlyShared) { usesSharedOnly_ = onlyShared; }
 
-    /// Remembers a call to be cancelled or waited for later on; waits for the oldest one if there are many.
-    template <class T>
-    void remember(threading::Future<T> const& future)
-    {
-        pending_.push_back({[future] { future.cancel(); }, [future] { return future.waitFor(patience); }});
-        if (pending_.size() > mostPending)
-        {
-            awaitOldest();
-        }
-    }
+    /// Makes the call, and remembers it to be cancelled or waited for later on; waits for the oldest one if there are
+    /// many. The ledger learns of its end on whatever thread that happens.
+    void make(test::Call const& call);
+
+    // What happens to calls and connections in between.
     void cancelOne();
+    void renewOwn();
+    void renewShared();
 
 private:
-    struct Pending
-    {
-        std::function<void()> cancel;
-        std::function<bool()> await;
-    };
     static constexpr std::size_t mostPending = 16;
 
+    Ledger& ledger() { return stage_.ledger(); }
+    std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_); }
+    QString newMarker();
+    /// A write has a marker of its own; without one it cannot be made now.
+    test::Subject subjectOf(test::Call const& call);
+    /// This thread's own connection or a shared one; only a shared one in calm weather.
+    Connection pick();
     void awaitOldest();
 
     Stage& stage_;
@@ -112,7 +96,7 @@ private:
     bool usesSharedOnly_ = false;
     int round_ = 0;
     int markers_ = 0;
-    std::deque<Pending> pending_;
+    std::deque<test::Running> pending_;
 };
 
 } // namespace soak

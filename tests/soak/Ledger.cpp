@@ -12,7 +12,6 @@ namespace soak
 namespace
 {
 
-constexpr std::array outcomeNames = {"ok", "spoilt", "refused", "lost", "failed", "cancelled"};
 constexpr std::size_t mostViolations = 50;
 constexpr char const* markerBegin = "soak-";
 
@@ -30,7 +29,7 @@ QString describe(QByteArray const& content)
 
 bool isSuccess(Outcome outcome)
 {
-    return outcome == Outcome::Ok || outcome == Outcome::Spoilt;
+    return outcome == Outcome::Ok || outcome == Outcome::Other;
 }
 
 } // namespace
@@ -52,7 +51,7 @@ Ticket Ledger::open(char const* kind, QString const& marker)
     return ticket;
 }
 
-void Ledger::close(Ticket const& ticket, Outcome outcome, bool maybeProcessed)
+void Ledger::close(Ticket const& ticket, test::Ending const& ending, QByteArray const& right)
 {
     std::lock_guard const lock(mutex_);
     if (open_.erase(ticket.number) == 0)
@@ -61,12 +60,13 @@ void Ledger::close(Ticket const& ticket, Outcome outcome, bool maybeProcessed)
         return;
     }
     ++ended_;
+    auto const outcome = judge(ticket, ending, right);
     ++outcomes_[ticket.kind][static_cast<std::size_t>(outcome)];
     if (ticket.mustSucceed && outcome != Outcome::Ok)
     {
         violateLocked(
             std::string(ticket.kind) + ": nothing is in its way, and it ends as "
-            + outcomeNames.at(static_cast<std::size_t>(outcome)));
+            + test::outcomeNames[static_cast<std::size_t>(outcome)]);
     }
     if (outcome == Outcome::Refused && !isExcused(ticket))
     {
@@ -75,7 +75,7 @@ void Ledger::close(Ticket const& ticket, Outcome outcome, bool maybeProcessed)
     if (auto const write = writes_.find(ticket.marker); write != writes_.end())
     {
         write->second.outcome = outcome;
-        write->second.maybeProcessed = maybeProcessed;
+        write->second.maybeProcessed = ending.maybeProcessed;
     }
 }
 
@@ -85,23 +85,31 @@ bool Ledger::isExcused(Ticket const& ticket) const
     return before % 2 == 1 || before != spoilings_;
 }
 
-Outcome Ledger::judge(Ticket const& ticket, QByteArray const& content, QByteArray const& right)
+Outcome Ledger::judge(Ticket const& ticket, test::Ending const& ending, QByteArray const& right)
 {
-    if (content == right)
+    std::string const kind = ticket.kind;
+    if (ending.outcome == Outcome::Broken)
     {
-        return Outcome::Ok;
+        violateLocked(kind + ": lost without a reason, or ended more than once");
     }
-    if (isOfAnother(content, right))
+    if (ending.outcome != Outcome::Ok || ending.content == right)
     {
-        violate(std::string(ticket.kind) + ": the answer of another call: " + describe(content).toStdString());
+        return ending.outcome;
+    }
+    auto const content = describe(ending.content).toStdString();
+    if (isOfAnother(ending.content, right))
+    {
+        violateLocked(kind + ": the answer of another call: " + content);
+    }
+    else if (ending.isPartial)
+    {
+        return Outcome::Failed;
     }
     else if (!isExcused(ticket))
     {
-        violate(
-            std::string(ticket.kind) + ": wrong content: " + describe(content).toStdString() + " instead of "
-            + describe(right).toStdString());
+        violateLocked(kind + ": wrong content: " + content + " instead of " + describe(right).toStdString());
     }
-    return Outcome::Spoilt;
+    return Outcome::Other;
 }
 
 bool Ledger::isOfAnother(QByteArray const& content, QByteArray const& right) const
@@ -244,7 +252,7 @@ void Ledger::print() const
 {
     std::lock_guard const lock(mutex_);
     std::printf("\n%-16s", "calls");
-    for (auto const* const name : outcomeNames)
+    for (auto const* const name : test::outcomeNames)
     {
         std::printf(" %10s", name);
     }

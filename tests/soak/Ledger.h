@@ -2,9 +2,9 @@
 
 #include <array>
 #include <atomic>
+#include <iterator>
 #include <map>
 #include <mutex>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -13,19 +13,12 @@
 #include <QRegularExpression>
 #include <QString>
 
+#include "tests/traffic/Calls.h"
+
 namespace soak
 {
 
-enum class Outcome : int
-{
-    Ok,        ///< success with the right content
-    Spoilt,    ///< success with other content, while the service was told to spoil its answers
-    Refused,   ///< status kind 2
-    Lost,      ///< status kind 1
-    Failed,    ///< a failure of an interface that does not tell which
-    Cancelled, ///< without a reply
-    Pending    ///< not ended yet
-};
+using test::Outcome;
 
 /// A call under way.
 struct Ticket
@@ -44,11 +37,9 @@ public:
     /// Text that a write carries, one of its own for each number.
     static QString marker(int round, int thread, int number);
 
-    Ticket open(char const* kind, QString const& marker = {});
-    /// `maybeProcessed`: the library said so of a lost write.
-    void close(Ticket const& ticket, Outcome outcome, bool maybeProcessed = false);
-    /// What a success with that content is; only the content of the resource that is right for the call is `right`.
-    Outcome judge(Ticket const& ticket, QByteArray const& content, QByteArray const& right);
+    Ticket open(char const* kind, QString const& marker);
+    /// Only a success with the content that is `right` for the call is one.
+    void close(Ticket const& ticket, test::Ending const& ending, QByteArray const& right);
     void violate(std::string const& what);
 
     /// The contents of the resources that stay as they are, by name; learned while nothing else goes on.
@@ -78,7 +69,7 @@ private:
     struct Write
     {
         char const* kind = "";
-        Outcome outcome = Outcome::Pending;
+        Outcome outcome = Outcome::Cancelled;
         bool maybeProcessed = false;
         bool isOld = false; ///< of the round before
         int seen = 0;       ///< complete requests in the journal
@@ -91,6 +82,7 @@ private:
         quint64 twice = 0;
     };
 
+    Outcome judge(Ticket const& ticket, test::Ending const& ending, QByteArray const& right);
     bool isExcused(Ticket const& ticket) const;
     bool isOfAnother(QByteArray const& content, QByteArray const& right) const;
     void violateLocked(std::string const& what);
@@ -101,7 +93,7 @@ private:
     quint64 made_ = 0;
     quint64 ended_ = 0;
     std::map<quint64, Ticket> open_;
-    std::map<std::string, std::array<quint64, 6>> outcomes_;
+    std::map<std::string, std::array<quint64, std::size(test::outcomeNames)>> outcomes_;
     std::map<QString, Write> writes_;
     std::map<std::string, WriteCounts> writeCounts_;
     std::map<std::string, QByteArray> rightContents_; ///< only changed while learning

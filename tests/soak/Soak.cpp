@@ -1,10 +1,11 @@
 #include "tests/soak/Soak.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <thread>
 
-#include "tests/soak/Traffic.h"
 #include <testkit/Waiting.h>
 #include <tests/support/OpenSockets.h>
 
@@ -28,20 +29,35 @@ constexpr bool isSanitized = true;
 constexpr bool isSanitized = false;
 #endif
 
+struct Disturbance
+{
+    int weight; ///< how often, compared with the calls
+    void (Caller::*run)();
+};
+constexpr Disturbance disturbances[] = {{8, &Caller::cancelOne}, {1, &Caller::renewOwn}, {1, &Caller::renewShared}};
+
 void work(Caller& caller, Stop const& stop)
 {
-    std::vector<Traffic> choices(calls().begin(), calls().end());
-    choices.insert(choices.end(), disturbances().begin(), disturbances().end());
+    auto const calls = test::calls();
     std::vector<int> weights;
-    for (auto const& choice : choices)
+    std::transform(
+        calls.begin(), calls.end(), std::back_inserter(weights), [](auto const& call) { return call.weight; });
+    for (auto const& disturbance : disturbances)
     {
-        weights.push_back(choice.weight);
+        weights.push_back(disturbance.weight);
     }
     std::discrete_distribution<std::size_t> distribution(weights.begin(), weights.end());
     while (!stop.isSet())
     {
-        auto const& choice = choices.at(distribution(caller.random()));
-        choice.run(caller, choice.name);
+        auto const choice = distribution(caller.random());
+        if (choice < calls.size())
+        {
+            caller.make(calls[choice]);
+        }
+        else
+        {
+            (caller.*disturbances[choice - calls.size()].run)();
+        }
     }
     caller.endRound();
 }
@@ -167,9 +183,9 @@ void Soak::runCalm()
     stage_.setTimeout(patience);
     calmCaller_.beginRound(round_);
     ledger_.setCalm(true);
-    for (auto const& call : calls())
+    for (auto const& call : test::calls())
     {
-        call.run(calmCaller_, call.name);
+        calmCaller_.make(call);
         awaitEnd();
     }
     calmCaller_.endRound();
@@ -195,7 +211,7 @@ void Soak::occupyConnections()
     for (int count = 0; count < perConnection * connections; ++count)
     {
         futures.push_back(throughProxy->getShippingAddresses(test::FaultedService::installation));
-        futures.push_back(service_.direct().getShippingAddresses(test::FaultedService::installation));
+        futures.push_back(service_.direct()->getShippingAddresses(test::FaultedService::installation));
     }
     if (!threading::whenAll(futures).waitFor(patience))
     {

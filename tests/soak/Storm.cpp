@@ -1,7 +1,7 @@
 #include "tests/soak/Storm.h"
 
 #include <algorithm>
-#include <iterator>
+#include <limits>
 #include <utility>
 
 namespace soak
@@ -10,72 +10,11 @@ namespace soak
 namespace
 {
 
-enum class Source : int
+/// Milliseconds that it may last.
+int longest(test::Fault const& fault)
 {
-    Line,    ///< the proxy in front of the service
-    Service, ///< the service, which answers as it should in the end or not at all
-    Spoiler  ///< the service, which answers as it should not
-};
-
-constexpr int usualTime = 250;
-
-struct Fault
-{
-    Source source = Source::Line;
-    char const* text = "";   ///< as at the simulator's shell prompt
-    int longest = usualTime; ///< milliseconds that it may last
-};
-
-using enum Source;
-
-// One row a fault. Those of the service strike a random number of calls, those of the line all connections or, with a
-// toxicity, some.
-constexpr Fault faults[] = {
-    {Line, "latency:latency=20,jitter=20"},
-    {Line, "latency:latency=10,jitter=10,stream=upstream"},
-    {Line, "latency:latency=1000,toxicity=0.3", 1200},
-    {Line, "bandwidth:rate=300"},
-    {Line, "bandwidth:rate=300,stream=upstream"},
-    {Line, "slicer:average_size=500,size_variation=490,delay=200"},
-    {Line, "slicer:average_size=500,size_variation=490,delay=200,stream=upstream"},
-    {Line, "timeout:timeout=0,toxicity=0.4", 1200},
-    {Line, "timeout:timeout=0,toxicity=0.4,stream=upstream", 1200},
-    {Line, "timeout:timeout=30,toxicity=0.5"},
-    {Line, "reset_peer:toxicity=0.3"},
-    {Line, "reset_peer:timeout=20,toxicity=0.5"},
-    {Line, "reset_peer:toxicity=0.3,stream=upstream"},
-    {Line, "limit_data:bytes=0,toxicity=0.5"},
-    {Line, "limit_data:bytes=60,toxicity=0.5"},
-    {Line, "limit_data:bytes=3000"},
-    {Line, "limit_data:bytes=100000"},
-    {Line, "limit_data:bytes=250,toxicity=0.5,stream=upstream"},
-    {Line, "limit_data:bytes=20000,stream=upstream"},
-    {Line, "slow_close:delay=50"},
-    {Line, "down", 20},
-    {Service, "delay:milliseconds=20"},
-    {Service, "delay:milliseconds=1000", 1200},
-    {Service, "earlyHints"},
-    {Service, "drop"},
-    {Service, "truncatedBody"},
-    {Service, "cutChunk"},
-    {Service, "gzipBomb:mebibytes=2"},
-    {Service, "endlessHeaders"},
-    {Spoiler, "status:status=400"},
-    {Spoiler, "status"},
-    {Spoiler, "unauthorized"},
-    {Spoiler, "tooManyRequests"},
-    {Spoiler, "redirect:location=http://127.0.0.1:1/"},
-    {Spoiler, "redirect:status=302,location=http://127.0.0.1:1/"},
-    {Spoiler, "html"},
-    // A page in the place of a write's answer would count as its success.
-    {Spoiler, "html:status=200,operation=getShippingAddresses"},
-    {Spoiler, "emptyBody"},
-    {Spoiler, "wrongType"},
-    {Spoiler, "wrongType:member="},
-    {Spoiler, "missingMember"},
-    {Spoiler, "nullMember"},
-    {Spoiler, "unknownText"},
-};
+    return fault.text == "down" ? 20 : fault.hangs || fault.isSlow ? 1200 : 250;
+}
 
 } // namespace
 
@@ -99,7 +38,7 @@ bool Stop::waitFor(std::chrono::milliseconds time) const
 }
 
 Storm::Storm(test::FaultedService& service, Ledger& ledger, quint64 seed)
-    : service_(service), ledger_(ledger), random_(seed)
+    : service_(service), ledger_(ledger), faults_(test::allFaults("http://127.0.0.1:1")), random_(seed)
 {
 }
 
@@ -114,23 +53,21 @@ void Storm::blow(Stop const& stop)
 
 int Storm::begin()
 {
-    int longest = usualTime;
+    int time = std::numeric_limits<int>::max();
     for (int count = between(1, 2); count > 0; --count)
     {
-        auto const& fault = faults[between(0, static_cast<int>(std::size(faults)) - 1)];
-        std::string text = fault.text;
-        if (fault.source == Spoiler && !std::exchange(isSpoiling_, true))
+        auto const& fault = faults_[static_cast<std::size_t>(between(0, static_cast<int>(faults_.size()) - 1))];
+        bool const isSpoiler = fault.effect == test::Effect::Spoilt || fault.effect == test::Effect::Refused;
+        if (isSpoiler && !std::exchange(isSpoiling_, true))
         {
             ledger_.setSpoiling(true);
         }
-        if (fault.source != Line)
-        {
-            text += (text.find(':') == std::string::npos ? ":" : ",") + ("times=" + std::to_string(between(1, 20)));
-        }
-        service_.addFault(text);
-        longest = std::min(longest, fault.longest);
+        auto const text = test::extended(fault.text, fault.mixed);
+        auto const times = "times=" + std::to_string(between(1, 20));
+        service_.addFault(fault.source == test::Source::Service ? test::extended(text, times) : text);
+        time = std::min(time, longest(fault));
     }
-    return longest;
+    return time;
 }
 
 void Storm::end()

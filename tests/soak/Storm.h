@@ -6,9 +6,11 @@
 #include <mutex>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "tests/soak/Ledger.h"
 #include "tests/support/FaultedService.h"
+#include "tests/traffic/Faults.h"
 
 namespace soak
 {
@@ -49,6 +51,7 @@ private:
 
     test::FaultedService& service_;
     Ledger& ledger_;
+    std::vector<test::Fault> const faults_;
     std::mt19937_64 random_;
     bool isSpoiling_ = false;
     std::map<std::string, quint64> fired_;

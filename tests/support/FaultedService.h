@@ -39,7 +39,7 @@ public:
         return connection;
     }
     /// The connection past the faults of the proxy, open as long as this object.
-    TessalyConnection& direct() const { return *control_; }
+    std::shared_ptr<TessalyConnection> const& direct() const { return control_; }
 
     /// A fault of either kind, written as at the shell prompt of the simulator.
     void addFault(std::string const& text) { simulator_.addFault(QString::fromStdString(text)); }
@@ -84,7 +84,7 @@ private:
 
     simulator::Simulator simulator_;
     QString const url_;
-    std::unique_ptr<TessalyConnection> control_;
+    std::shared_ptr<TessalyConnection> control_;
 };
 
 } // namespace test
