@@ -395,8 +395,8 @@ std::span<Call const> calls()
         {"order", 6, order, slotName, true},
         {"lab order", 4, labOrder, slotName, true},
         {"upload", 6, upload, nothing, true, false},
-        {"finish", 4, finishByPost, marker, true, false},
-        {"finish put", 2, finishByPut, marker, true, false},
+        {"finish", 10, finishByPost, marker, true, false},
+        {"finish put", 6, finishByPut, marker, true, false},
         {"download", 6, download, nullptr, false, false, Failed, Failed},
         // Any answer counts as one for the keys, without them.
         {"keys", 4, keys, nullptr, false, false, Other, Lost},
