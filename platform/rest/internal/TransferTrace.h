@@ -19,9 +19,9 @@ public:
     /// Has libcurl report the request's head to this object. To be called for each exchange of the handle.
     void attach(CURL* handle);
     void addResponseHeader(QByteArray const& line);
-    /// The trace of the exchange that the handle has just ended. `sent` is the moment at which the last byte of the
-    /// body was handed out.
+    /// The trace of the exchange that the handle has just ended.
     TraceData finish(CURL* handle, Call const& call, QByteArray const& url);
+    /// To be called for each piece of the body that is handed out.
     void bodyRead();
 
 private:
