@@ -134,47 +134,6 @@ TEST_F(OrdersTest, anUploadOf256MebibytesIsCheckedAsItArrives)
     EXPECT_EQ(get("/_control/journal")["Requests"][1]["Size"].toInteger(), qint64(size));
 }
 
-TEST_F(OrdersTest, whatCannotBeOrderedIsRefusedAndLeavesNothingBehind)
-{
-    auto const stored = get("/_control/orders").array().size();
-    auto const good = production({fileOf("x")});
-    auto const withFile = [&](QJsonObject const& change) {
-        return withItem(good, {{"Files", QJsonArray{merged(fileOf("x"), change)}}});
-    };
-    struct Case
-    {
-        QJsonObject body;
-        char const* code;
-    };
-    Case const cases[] = {
-        {withItem(good, {{"ArticleNumber", "ART-99999"}}), "4006"},
-        {merged(good, {{"InstallationReference", "INST-2002"}}), "4006"}, // the address is another one's
-        {merged(good, {{"AddressIdentifier", "ADR-none"}}), "4006"},
-        {merged(good, {{"InstallationReference", "INST-none"}}), "4041"},
-        {merged(good, {{"OrderItems", QJsonArray()}}), "4004"},
-        {merged(good, {{"FrontendVersion", "new"}}), "4004"},
-        {withItem(good, {{"Quantity", 0}}), "4004"},
-        {withItem(good, {{"ToothNumberStart", 19}}), "4004"},
-        {withItem(good, {{"ToothNumberEnd", 51}}), "4004"},
-        {withItem(good, {{"ToothNumberEnd", 31}}), "4004"}, // in the other jaw
-        {withItem(good, {{"ArticleNumber", "ART-30010"}}), "4004"},
-        {withItem(good, {{"CadStatus", "two"}}), "4004"},
-        {withItem(good, {{"CadStatus", 2}}), "4003"},
-        {withFile({{"Size", 1}}), "4003"},
-        {withFile({{"Size", "1.0"}}), "4003"},
-        {withFile({{"Size", "2147483648"}}), "4004"},
-        {withFile({{"ChunkSize", "0"}}), "4004"},
-        {withFile({{"CheckSum", "abc"}}), "4004"},
-        {withFile({{"FileType", "stl"}}), "4002"},
-    };
-    for (auto const& [body, code] : cases)
-    {
-        auto const status = QByteArray(code).startsWith("404") ? 404 : 400;
-        EXPECT_EQ(post("/Orders", body, status)[0]["Code"], code) << QJsonDocument(body).toJson().toStdString();
-    }
-    EXPECT_EQ(get("/_control/orders").array().size(), stored);
-}
-
 TEST_F(OrdersTest, labAndCaseDesignerOrdersNeedNoFinish)
 {
     auto const item = merged(crown, {{"ManufacturerReference", "M"}, {"Files", QJsonArray{fileOf("a"), fileOf("b")}}});

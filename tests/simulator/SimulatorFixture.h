@@ -25,6 +25,23 @@ inline QJsonObject merged(QJsonObject object, QJsonObject const& more)
     return object;
 }
 
+/// The JSON with the value at the path, whose numbers count in lists.
+inline QJsonValue changed(QJsonValue const& json, QStringList const& path, QJsonValue const& value)
+{
+    if (path.isEmpty())
+    {
+        return value;
+    }
+    auto const part = changed(json.isArray() ? json[path[0].toInt()] : json[path[0]], path.mid(1), value);
+    auto array = json.toArray();
+    if (json.isArray())
+    {
+        array[path[0].toInt()] = part;
+        return array;
+    }
+    return merged(json.toObject(), {{path[0], part}});
+}
+
 /// A simulator of its own for every test, and a client that knows its credentials.
 class SimulatorFixture : public ::testing::Test
 {

@@ -75,23 +75,6 @@ QJsonObject const surgeryPlan = {
     {"PatientDateOfBirth", "1971-02-03"},
     {"RequesterPatientReference", "R-7"}};
 
-/// The JSON with the value at the path, whose numbers count in lists.
-QJsonValue changed(QJsonValue const& json, QStringList const& path, QJsonValue const& value)
-{
-    if (path.isEmpty())
-    {
-        return value;
-    }
-    auto const part = changed(json.isArray() ? json[path[0].toInt()] : json[path[0]], path.mid(1), value);
-    auto array = json.toArray();
-    if (json.isArray())
-    {
-        array[path[0].toInt()] = part;
-        return array;
-    }
-    return merged(json.toObject(), {{path[0], part}});
-}
-
 TEST_F(SimulatorTest, aRequestLivesFromCreationToWithdrawal)
 {
     auto const session = post("/Connections/CON-101/sessions", merged(from1001, {{"UserReference", "Dr. Rao"}}));
@@ -222,57 +205,6 @@ TEST_F(SimulatorTest, connectionsSessionsAndLocksKeepTheirState)
     EXPECT_EQ(stored["Restorations"][0]["ImplantConnections"][0]["ImplantConnectionId"], "IC-1");
 }
 
-TEST_F(SimulatorTest, whatCannotBeAnsweredIsRefusedWithTheErrorArray)
-{
-    struct Row
-    {
-        char const* method;
-        char const* path;
-        QByteArray body;
-        int status;
-        char const* code;
-    };
-    auto const lacking = [](char const* key)
-    {
-        auto body = surgeryPlan;
-        body.remove(key);
-        return QJsonDocument(body).toJson();
-    };
-    auto const with = [](QJsonObject const& more) { return QJsonDocument(merged(surgeryPlan, more)).toJson(); };
-    auto const session = post("/Installations/INST-1001/sessions", {})["SessionId"].toString().toStdString();
-    auto const create = "/Sessions/" + session + "/request/referral";
-    auto const createUntyped = "/Sessions/" + session + "/request";
-    Row const rows[] = {
-        {"GET", "/Installations/INST-1001/nothing", "", 404, "4040"},
-        {"GET", "/Installations/INST-404/connections", "", 404, "4041"},
-        {"POST", "/Requests/REQ-none/status", R"({"InstallationReference":"INST-1001","Status":1})", 404, "4041"},
-        {"POST", "/Requests/REQ-000001/status", R"({"InstallationReference":"INST-2002","Status":1})", 404, "4041"},
-        {"POST", "/Sessions/SES-none/request/referral", lacking(""), 404, "4041"},
-        {"POST", create.c_str(), with({{"ExistingFiles", QJsonArray{QJsonObject{{"Id", "FILE-none"}}}}}), 404, "4041"},
-        {"PUT", "/Requests/REQ-000001/status", "{}", 405, "4050"},
-        {"POST", create.c_str(), "[]", 400, "4000"},
-        {"POST", create.c_str(), "{", 400, "4000"},
-        {"POST", create.c_str(), lacking("PatientId"), 400, "4001"},
-        {"POST", createUntyped.c_str(), lacking(""), 400, "4001"},
-        {"POST", create.c_str(), with({{"SessionId", "x"}}), 400, "4002"},
-        {"POST", create.c_str(), with({{"DueDate", "30.4.2025"}}), 400, "4003"},
-        {"POST", create.c_str(), with({{"NewFiles", QJsonArray{QJsonObject{{"Name", 7}}}}}), 400, "4003"},
-        {"POST", createUntyped.c_str(), with({{"Type", 8}}), 400, "4004"},
-        {"POST", "/Connections/CON-101", R"({"InstallationReference":"INST-1001","Status":7})", 400, "4004"},
-        {"GET", "/Installations/INST-1001/requests?Search.Key=x", "", 400, "4005"},
-    };
-    auto const before = list(false).size();
-    for (auto const& row : rows)
-    {
-        auto const error = send(row.method, row.path, row.body, row.status);
-        EXPECT_EQ(error[0]["Code"], row.code) << row.path << row.body.toStdString();
-        EXPECT_FALSE(error[0]["Message"].toString().isEmpty());
-    }
-    EXPECT_EQ(list(false).size(), before) << "a refused request leaves nothing behind";
-    client.set_basic_auth("kelo", "wrong");
-    EXPECT_EQ(get("/Installations/INST-1001/connections", 401)[0]["Code"], "4010");
-}
-
 TEST_F(SimulatorTest, faultsSpoilTheCallsTheyAreMeantFor)
 {
     auto const path = "/Installations/INST-1001/connections";
@@ -294,59 +226,6 @@ TEST_F(SimulatorTest, faultsSpoilTheCallsTheyAreMeantFor)
     EXPECT_EQ(get("/_control/faults").array(), QJsonArray({rules[0], rules[2]}));
     send("DELETE", "/_control/faults", {}, 204);
     EXPECT_TRUE(get("/_control/faults").array().isEmpty());
-}
-
-TEST_F(SimulatorTest, whatTheControlResourcesCannotDoIsRefusedWithWhatTheyCan)
-{
-    auto const state = get("/_control/state").object();
-    auto const with = [&state](QStringList const& path, QJsonValue const& value)
-    { return changed(state, path, value); };
-    QStringList const aRequest = {"Collaboration", "Requests", "2"};
-    struct Row
-    {
-        char const* method;
-        char const* resource;
-        QJsonValue body;
-        int status;
-        char const* message;
-    };
-    Row const rows[] = {
-        {"POST", "fault", QJsonObject{{"Kind", "nosuch"}}, 400, "out of range: Kind: nosuch; one of cutChunk, delay,"},
-        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Operation", "no"}}, 400, "Operation: no; one of *, create"},
-        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Times", "2"}}, 400, "Times; wanted: integer"},
-        {"POST", "fault", QJsonObject{{"Kind", "drop"}, {"Times", -7}}, 400, "Times: -7; from -1 to 1000000"},
-        {"POST", "fault", QJsonObject{{"Kind", "delay"}, {"Milliseconds", -5}}, 400, "Milliseconds: -5; from 0 to"},
-        {"POST", "fault", QJsonObject{{"Kind", "status"}, {"Status", 99'999}}, 400, "Status: 99999; from 200 to 599"},
-        {"POST", "fault", QJsonObject{{"Kind", "status"}, {"Sttus", 500}}, 400, "Sttus; one of Kind, Operation,"},
-        {"POST", "toxic", QJsonObject{{"Type", "down"}}, 409, "no fault proxy"},
-        {"POST", "partner-action", QJsonObject{{"Action", "x"}}, 400, "Action: x; one of create, withdraw,"},
-        {"POST", "partner-action", QJsonObject{{"Action", "create"}, {"Type", 8}}, 400, "Type: 8; from 0 to 7"},
-        {"POST", "reset", QJsonObject{{"Sead", 1}}, 400, "Sead; one of Seed"},
-        {"DELETE", "faults/77", {}, 404, "77"},
-        {"GET", "journal?state=1", {}, 400, "state; one of operation, method, status, since, limit"},
-        {"GET", "journal?status=all", {}, 400, "status; wanted: integer"},
-        {"GET", "nothing", {}, 404, "GET /_control/nothing; GET /_control lists them"},
-        {"POST", "verify", QJsonObject{{"InOrder", QJsonArray{"no"}}}, 400, "Operation: no; one of create"},
-        {"PUT", "state", with(aRequest + QStringList("Sttus"), 1), 400, "Collaboration.Requests[2]: Sttus"},
-        {"PUT", "state", with(aRequest + QStringList("Kind"), 8), 400, "Collaboration.Requests[2].Kind: from 0 to 7"},
-        {"PUT", "state", with(aRequest + QStringList("DueDate"), "soon"), 400, "[2].DueDate: a day as"},
-        {"PUT", "state", with(aRequest + QStringList("Id"), "REQ-000001"), 400, "[2]: REQ-000001 is there twice"},
-        {"PUT", "state", with(aRequest + QStringList("FileIds"), QJsonArray{"F-1"}), 400, "[2].FileIds: F-1"},
-        {"PUT", "state", with({"Partners", "Accounts", "0", "PartnerId"}, "P-1"), 400, "Accounts[0].PartnerId: P-1"},
-        {"PUT", "state", with({"Cases", "1", "Installation"}, "INST-0"), 400, "Cases[1].Installation: INST-0"},
-        {"PUT", "state", with({"Orders", "Orders", "0", "State"}, "new"), 400, "Orders.Orders[0].State: an integer"},
-        {"PUT", "state", "text", 400, "line 1: "},
-    };
-    for (auto const& row : rows)
-    {
-        auto const body = QJsonDocument(row.body.toObject()).toJson();
-        auto const path = QStringLiteral("/_control/") + row.resource;
-        auto const error = send(row.method, path, row.body.isString() ? "text" : body, row.status);
-        auto const message = error[0]["Message"].toString();
-        EXPECT_TRUE(message.contains(row.message)) << row.resource << ": " << message.toStdString();
-    }
-    EXPECT_TRUE(get("/_control/faults").array().isEmpty());
-    EXPECT_EQ(get("/_control/state").object(), state);
 }
 
 TEST_F(SimulatorTest, itsStateCanBeTakenChangedAndPutBack)
