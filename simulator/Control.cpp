@@ -4,6 +4,7 @@
 #include "simulator/Verification.h"
 #include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
+#include "simulator/page/Page.h"
 
 #include <QJsonDocument>
 
@@ -45,6 +46,12 @@ constexpr Member journalQuery[] = {
     optional("method", Kind::Text, "only those with the HTTP method"),
     integer("status", 0, 599, nullptr, "only those answered with the status; 0: the connection was closed"),
     integer("since", 0, std::numeric_limits<qint64>::max(), nullptr, "only those with a greater number"),
+    integer("limit", 0, most, nullptr, "only the last so many"),
+    integer("brief", 0, 1, nullptr, "1: without headers, bodies, answers and counts"),
+};
+
+constexpr Member requestsQuery[] = {
+    optional("text", Kind::Any, "only those with the text in their id, kind, partner, patient or installation"),
     integer("limit", 0, most, nullptr, "only the last so many"),
 };
 
@@ -92,7 +99,23 @@ Answer getJournal(Desk& desk, Call const& call)
     {
         filter.status = call.number("status");
     }
-    return Answer::json(desk.journal.toJson(filter, static_cast<std::size_t>(call["limit"].toInteger(most))));
+    auto const limit = static_cast<std::size_t>(call["limit"].toInteger(most));
+    auto const isBrief = call.number("brief") == 1;
+    return Answer::json(isBrief ? desk.journal.toBriefJson(filter, limit) : desk.journal.toJson(filter, limit));
+}
+
+Answer getJournalEntry(Desk& desk, Call const& call)
+{
+    if (auto const* const entry = desk.journal.find(call.id().toULongLong()))
+    {
+        return Answer::json(Journal::toJson(*entry));
+    }
+    throw Refusal(Reason::UnknownId, call.id());
+}
+
+Answer changes(Desk& desk, Call const&)
+{
+    return Answer::json(QJsonObject{{"Changes", desk.changes}});
 }
 
 Answer putState(Desk& desk, Call const& call)
@@ -232,13 +255,16 @@ std::vector<Route> Control::resources()
     using faults::toxicMembers;
     return {
         {"index", "GET", "/_control", {}, index, {}, "this list"},
-        {"index", "GET", "/_control/", {}, index, {}, "this list"},
+        {"page", "GET", "/_control/", {}, [](Call const&) { return pageFile("index.html"); }, {}, "a page for a browser, with most of this"},
+        {"pageFile", "GET", "/_control/page/{}", {}, [](Call const& call) { return pageFile(call.id()); }, {}, "what that page is made of"},
+        {"changes", "GET", "/_control/changes", {}, on(changes), {}, "a number that is another one after whatever may have changed data, journal or faults"},
         {"reset", "POST", "/_control/reset", {}, on(reset), {}, "as freshly started: its first data, no journal, no faults of the service; {\"Seed\": n} makes other data"},
         {"getState", "GET", "/_control/state", {}, on(getState), {}, "all data, as --data takes them"},
         {"putState", "PUT", "/_control/state", {}, on(putState), {}, "puts other data in the place of all, until the next reset"},
         {"advanceOrder", "POST", "/_control/partner-action", advanceOrderMembers, advanceOrder, {}, "what the service does with an order meanwhile"},
         {"partnerAction", "POST", "/_control/partner-action", partnerActionMembers, partnerAction, {}, "what a partner does with a request meanwhile"},
         {"getJournal", "GET", "/_control/journal", {}, on(getJournal), journalQuery, "requests with their answers, oldest first; the oldest go when there are too many"},
+        {"getJournalEntry", "GET", "/_control/journal/{}", {}, on(getJournalEntry), {}, "the one of that number"},
         {"clearJournal", "DELETE", "/_control/journal", {}, on(clearJournal), {}, "forgets them"},
         {"verify", "POST", "/_control/verify", expectationsMembers, verifyJournal, {}, "200 if the journal holds what is expected, else 409 with the difference"},
         {"addFault", "POST", "/_control/fault", {}, addFault, {}, "spoils coming calls; answers the number of the fault"},
@@ -249,6 +275,7 @@ std::vector<Route> Control::resources()
         {"listToxics", "GET", "/_control/toxics", {}, on(listToxics), {}, "the toxics, and how often each has struck"},
         {"clearToxics", "DELETE", "/_control/toxics", {}, on(clearToxics), {}, "takes them away"},
         {"removeToxic", "DELETE", "/_control/toxics/{}", {}, on(removeToxic), {}, "takes one away by its number"},
+        {"requests", "GET", "/_control/requests", {}, storedRequests, requestsQuery, "the requests as their partners see them, oldest first, and what partner-action can make of them"},
         {"orders", "GET", "/_control/orders", {}, storedOrders, {}, "every order with its uploads, and how many orders its body has created"},
         {"cases", "GET", "/_control/cases", {}, storedCases, {}, "the portal's cases with the files announced to them"},
         {"stats", "GET", "/_control/stats", {}, storedStatistics, {}, "the usage statistics received"},
@@ -261,6 +288,7 @@ Answer Control::handle(HttpRequest const& request, Target const& target)
     checkOrigin(request);
     auto const& route = Router::choose(routes_.candidates(request.method, target), request.body);
     auto const query = checkedQuery(route, target.query);
+    desk_.changes += request.method == "GET" ? 0 : 1;
     return Router::run(route, target, request, desk_.state, query);
 }
 
@@ -320,12 +348,19 @@ QJsonObject Control::index() const
     {
         installations.append(QJsonObject{{"Id", id}, {"Name", desk_.state.installations[id]}});
     }
+    QJsonValue proxy;
+    if (desk_.faultProxy != nullptr)
+    {
+        proxy =
+            QJsonObject{{"Port", desk_.faultProxy->port()}, {"PortWithoutFaults", desk_.faultProxy->upstreamPort()}};
+    }
     auto const ofFault = [](FaultKind const& kind) { return kind.parameters; };
     auto const ofToxic = [](faults::ToxicKind const& kind) { return kind.attributes; };
     return {
         {"Resources", resources},
         {"Installations", installations},
         {"Operations", operations},
+        {"FaultProxy", proxy},
         {"Faults", describeKinds("Kind", faults::serviceFaultKinds(), ofFault)},
         {"Toxics", describeKinds("Type", faults::toxicKinds(), ofToxic)}};
 }

@@ -17,6 +17,9 @@ struct Desk
     ServiceFaults faults;
     faults::FaultProxy* faultProxy = nullptr; ///< null: there is none in front
     bool speaksTls = false;
+    /// Grows with whatever may have changed the members above; begins with the time, so that it differs after a
+    /// restart.
+    qint64 changes = QDateTime::currentMSecsSinceEpoch();
 
     /// As freshly started, without journal and faults.
     void reset()

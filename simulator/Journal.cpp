@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace simulator
 {
 
@@ -32,10 +34,10 @@ bool isSecret(QByteArray const& header)
     return header.endsWith("authorization") || header.endsWith("cookie");
 }
 
-QJsonObject headersJson(HttpRequest const& request)
+QJsonObject headersJson(std::vector<std::pair<QByteArray, QByteArray>> const& headers)
 {
     QJsonObject json;
-    for (auto const& [name, value] : request.headers)
+    for (auto const& [name, value] : headers)
     {
         auto const key = QString::fromLatin1(name);
         auto const text = isSecret(name.toLower()) ? "(redacted)" : QString::fromUtf8(value);
@@ -44,7 +46,7 @@ QJsonObject headersJson(HttpRequest const& request)
     return json;
 }
 
-QJsonObject entryJson(Journal::Entry const& entry)
+QJsonObject briefJson(Journal::Entry const& entry)
 {
     QJsonObject json = {
         {"Number", static_cast<qint64>(entry.number)},
@@ -52,16 +54,13 @@ QJsonObject entryJson(Journal::Entry const& entry)
         {"Method", QString::fromUtf8(entry.request.method)},
         {"Target", QString::fromUtf8(entry.request.target)},
         {"Operation", entry.outcome.operation},
-        {"Headers", headersJson(entry.request)},
         {"Size", entry.request.bodySize},
         {"Status", QJsonValue()},
     };
-    insertBody(json, "Body", entry.request.body);
     if (entry.status)
     {
         json["Status"] = *entry.status;
         json["Milliseconds"] = entry.milliseconds;
-        insertBody(json, "Answer", entry.answer);
     }
     if (entry.outcome.fault != 0)
     {
@@ -100,6 +99,11 @@ void Journal::complete(quint64 number, Outcome const& outcome, Answer const& ans
         entry.status = answer.status;
         entry.milliseconds = entry.clock.elapsed();
         entry.answer = answer.body.left(keptBytes);
+        entry.answerHeaders = answer.headers;
+        if (!answer.dropped && !answer.body.isEmpty())
+        {
+            entry.answerHeaders.emplace_back("Content-Type", answer.contentType);
+        }
         bytes_ += entry.answer.size();
         keepWithinBounds();
     }
@@ -137,6 +141,40 @@ std::vector<Journal::Entry const*> Journal::select(Filter const& filter) const
     return found;
 }
 
+Journal::Entry const* Journal::find(quint64 number) const
+{
+    auto const isThere = number >= firstNumber_ && number < firstNumber_ + entries_.size();
+    return isThere ? &entries_[number - firstNumber_] : nullptr;
+}
+
+QJsonObject Journal::toJson(Entry const& entry)
+{
+    auto json = briefJson(entry);
+    json.insert("Headers", headersJson(entry.request.headers));
+    insertBody(json, "Body", entry.request.body);
+    if (entry.status)
+    {
+        json.insert("AnswerHeaders", headersJson(entry.answerHeaders));
+        insertBody(json, "Answer", entry.answer);
+    }
+    return json;
+}
+
+QJsonObject Journal::toBriefJson(Filter const& filter, std::size_t limit) const
+{
+    auto const selected = select(filter);
+    QJsonArray requests;
+    for (auto at = selected.size() - std::min(selected.size(), limit); at < selected.size(); ++at)
+    {
+        requests.append(briefJson(*selected[at]));
+    }
+    return {
+        {"Requests", requests},
+        {"Matching", static_cast<qint64>(selected.size())},
+        {"Total", static_cast<qint64>(entries_.size())},
+        {"Dropped", static_cast<qint64>(dropped_)}};
+}
+
 QJsonObject Journal::toJson(Filter const& filter, std::size_t limit) const
 {
     auto const selected = select(filter);
@@ -149,7 +187,7 @@ QJsonObject Journal::toJson(Filter const& filter, std::size_t limit) const
         counts[path] = counts[path].toInt() + 1;
         if (selected.size() - at <= limit)
         {
-            requests.append(entryJson(*selected[at]));
+            requests.append(toJson(*selected[at]));
         }
     }
     return {{"Requests", requests}, {"Counts", counts}, {"Dropped", static_cast<qint64>(dropped_)}};

@@ -35,6 +35,7 @@ public:
         std::optional<int> status = {}; ///< none: not answered yet; 0: the connection was closed
         qint64 milliseconds = 0;
         QByteArray answer = {};
+        std::vector<std::pair<QByteArray, QByteArray>> answerHeaders = {};
     };
 
     /// Which entries are meant; what is not set is not asked for.
@@ -53,6 +54,8 @@ public:
     void clear();
 
     std::vector<Entry const*> select(Filter const& filter) const;
+    /// Null: it is gone or was never there.
+    Entry const* find(quint64 number) const;
     /// The number of the oldest entry, or of the next one.
     quint64 firstNumber() const { return firstNumber_; }
     /// How many entries have gone since the last `clear` because there were too many.
@@ -60,6 +63,9 @@ public:
 
     /// `{"Requests": [...], "Counts": {"METHOD /path": n}, "Dropped": n}`; of the selected ones the newest `limit`.
     QJsonObject toJson(Filter const& filter, std::size_t limit) const;
+    /// `{"Requests": [...], "Matching": n, "Total": n, "Dropped": n}`, the entries without headers, bodies and answers.
+    QJsonObject toBriefJson(Filter const& filter, std::size_t limit) const;
+    static QJsonObject toJson(Entry const& entry);
 
 private:
     void keepWithinBounds();

@@ -57,12 +57,14 @@ void Service::addFault(QJsonObject const& rule)
 {
     Lock const lock(mutex_);
     control_.addFault(rule);
+    ++desk_.changes;
 }
 
 void Service::clearFaults()
 {
     Lock const lock(mutex_);
     desk_.faults.clear();
+    ++desk_.changes;
 }
 
 Answer Service::handle(HttpRequest const& request)
@@ -74,9 +76,11 @@ Answer Service::handle(HttpRequest const& request)
         return control(request, target);
     }
     auto const number = desk_.journal.add(request);
+    ++desk_.changes;
     Journal::Outcome outcome;
     auto answer = answerTo(request, below, outcome, lock);
     desk_.journal.complete(number, outcome, answer);
+    ++desk_.changes;
     lock.unlock();
     if (log_)
     {

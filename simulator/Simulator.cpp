@@ -388,7 +388,9 @@ void Simulator::verify(QJsonObject const& expected) const
 QJsonDocument Simulator::control(QByteArray const& method, QString const& resource, QJsonObject const& body) const
 {
     auto const answer = server_->service().handle(
-        {.method = method, .target = "/_control/" + resource.toUtf8(), .body = QJsonDocument(body).toJson()});
+        {.method = method,
+         .target = resource.isEmpty() ? QByteArray("/_control") : "/_control/" + resource.toUtf8(),
+         .body = QJsonDocument(body).toJson()});
     auto const document = QJsonDocument::fromJson(answer.body);
     if (answer.status >= 400)
     {

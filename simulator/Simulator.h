@@ -83,8 +83,9 @@ public:
     /// Throws std::invalid_argument with the difference if the journal does not hold what is expected:
     /// `{"Requests": [{"Operation": "createOrder", "Exactly": 1}], "InOrder": ["createOrder", "uploadOrderFile"]}`
     void verify(QJsonObject const& expected) const;
-    /// Any control resource by its name below "/_control/", such as ("GET", "orders") or ("DELETE", "journal"); an
-    /// empty document if it answers nothing. Throws std::invalid_argument with its message if it refuses.
+    /// Any control resource by its name below "/_control/", such as ("GET", "orders") or ("DELETE", "journal"), or
+    /// by an empty name their list; an empty document if it answers nothing. Throws std::invalid_argument with its
+    /// message if it refuses.
     QJsonDocument control(QByteArray const& method, QString const& resource, QJsonObject const& body = {}) const;
 
 private:

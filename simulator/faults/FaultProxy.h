@@ -66,6 +66,7 @@ public:
     ~FaultProxy();
 
     int port() const { return port_; }
+    int upstreamPort() const { return upstreamPort_; }
     quint64 seed() const { return seed_; }
 
     /// The toxic, whose count of firings can be watched.

@@ -20,6 +20,7 @@ struct Call;
 struct Route;
 struct State;
 
+/// Their names stand in CollaborationPartner.cpp, as those of the states below.
 enum class RequestKind : int
 {
     DentalScan = 0,
@@ -159,6 +160,9 @@ void seedCollaboration(State& state);
 /// Plays the partner: does what the call's "Action" says (reply, status, note, addFile, withdraw, create). Throws a
 /// Refusal.
 Answer partnerAction(Call const& call);
+
+/// Control: the requests as their partners see them, with what `partnerAction` can make of each.
+Answer storedRequests(Call const& call);
 
 /// Gives the request a new transaction id; every change to a request ends with it.
 void touch(State& state, CollaborationRequest& request);

@@ -194,8 +194,11 @@ QJsonObject storedJson(Order const& order)
         }
     }
     constexpr char const* kinds[] = {"Production", "Lab", "CaseDesigner"};
+    constexpr char const* states[] = {"AwaitingFiles", "Received", "Checked", "InProduction", "Shipped", "Completed"};
     json.insert("Files", files);
     json.insert("Kind", kinds[static_cast<int>(order.kind)]);
+    json.insert("StateName", states[static_cast<int>(order.state)]);
+    json.insert("CanAdvance", order.state != OrderState::AwaitingFiles && order.state != OrderState::Completed);
     json.insert("InstallationReference", order.installation);
     json.insert("ProductionIdentifier", order.productionIdentifier);
     json.insert("Request", order.request);
