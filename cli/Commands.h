@@ -21,7 +21,7 @@ struct Command
     char const* summary = nullptr;
     char const* example = nullptr;
     Declaration* declare = nullptr;
-    bool isOffline = false; ///< needs no service, and gets a context without one
+    bool isOffline = false; ///< needs no service, or makes its own way to it; its context has none
 };
 
 /// The first word of commands that consist of two.
@@ -38,7 +38,7 @@ Declaration sessionsCreate;
 Declaration partnersAccounts, partnersList, partnersTest;
 Declaration casesAdd, casesCreate, casesList, casesPortal, casesRefresh, casesShare;
 Declaration account, documents, keys, software, statsUpload, studies, users;
-Declaration call, describe;
+Declaration call, describe, doctor;
 Declaration ordersCreate, ordersFinish, ordersPrice, ordersStatus, ordersUpload, ordersWatch;
 Declaration addresses, articles, catalog, shellsDownload, shellsList;
 
@@ -99,6 +99,7 @@ inline constexpr Command commands[] = {
     {"stats upload", "Uploads a usage statistics file", "kelo stats upload usage.bin --id DailyUsage --stats-url https://stats.example", statsUpload},
     {"call", "Calls any operation of the library and shows its reply", "kelo call getUsersForLicense", call},
     {"describe", "Prints the service as an OpenAPI document", "kelo describe > openapi.json", describe, true},
+    {"doctor", "Finds out what keeps kelo from the service, step by step, and what to do about it", "kelo doctor --json", doctor, true},
 };
 // clang-format on
 

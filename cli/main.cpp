@@ -127,7 +127,7 @@ void run(Called const& called, cli::CommonOptions const& options)
     std::optional<cli::Context> context;
     try
     {
-        called.isOffline ? context.emplace(cli::Output(options.json)) : context.emplace(options);
+        called.isOffline ? context.emplace(cli::Context::withoutService(options)) : context.emplace(options);
         runTraced(called.action, *context);
     }
     catch (cli::Failure const& failure)

@@ -123,7 +123,7 @@ TestAuthority const& TestAuthority::instance()
 
 TestAuthority const& TestAuthority::stranger()
 {
-    static TestAuthority const authority("Nobody's authority");
+    static TestAuthority const authority("Somebody's inspecting proxy");
     return authority;
 }
 

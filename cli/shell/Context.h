@@ -52,8 +52,16 @@ public:
     /// Checks the options and throws a Failure for the first mistake. Nothing is sent.
     explicit Context(CommonOptions const& options);
 
-    /// For a command that needs no service: there is only the output.
-    explicit Context(Output output) : output_(output) {}
+    /// For a command that needs no service: there is only the output, and what was given.
+    static Context withoutService(CommonOptions const& options)
+    {
+        Context context{Output(options.json)};
+        context.options_ = options;
+        return context;
+    }
+
+    /// What was given on the command line; known without a service only.
+    CommonOptions const& options() const { return options_; }
 
     TessalyConnection& connection() const { return *connection_; }
 
@@ -121,6 +129,8 @@ public:
     void writeTrace();
 
 private:
+    explicit Context(Output output) : output_(output) {}
+
     template <class T>
     struct IsVector : std::false_type
     {
@@ -136,6 +146,7 @@ private:
 
     void checkStatus(rest::RestReplyStatus const& status, Purpose purpose) const;
 
+    CommonOptions options_;
     QUrl url_;
     QString user_;
     QString installation_;

@@ -27,7 +27,8 @@ struct FailureDetails
     QString place = {}; ///< of a mistake in a text: its source, line and column, and the member
 };
 
-/// Thrown by whatever cannot go on; `main` writes the message to standard error and exits with the code.
+/// Thrown by whatever cannot go on; `main` writes the message to standard error and exits with the code. An empty
+/// message has been told already.
 class Failure : public std::exception
 {
 public:

@@ -212,6 +212,10 @@ void showLibraryLog(bool show)
 
 void writeError(Failure const& failure, bool json)
 {
+    if (failure.message().isEmpty())
+    {
+        return;
+    }
     std::lock_guard const lock(errors().mutex);
     errors().write(errorText(failure, json));
 }

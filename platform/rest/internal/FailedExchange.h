@@ -5,8 +5,8 @@
 
 #include <curl/curl.h>
 
+#include <platform/rest/Proxy.h>
 #include <platform/rest/internal/Call.h>
-#include <platform/rest/internal/Proxy.h>
 
 namespace rest
 {

@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 
+#include <platform/rest/Proxy.h>
 #include <platform/rest/internal/Call.h>
 #include <platform/rest/internal/Connections.h>
-#include <platform/rest/internal/Proxy.h>
 
 namespace rest
 {

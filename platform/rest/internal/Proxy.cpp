@@ -1,4 +1,4 @@
-#include <platform/rest/internal/Proxy.h>
+#include <platform/rest/Proxy.h>
 
 #include <algorithm>
 #include <array>
@@ -33,25 +33,42 @@ QByteArray schemeOf(QNetworkProxy const& proxy)
     }
 }
 
-Proxy proxyAt(QByteArray const& scheme, QString const& host, int port, QString const& user, QString const& password)
+QByteArray addressOf(QByteArray const& scheme, QString const& host, int port)
 {
     QUrl address;
     address.setScheme(QString::fromLatin1(scheme));
     address.setHost(host);
     address.setPort(port);
-    return {address.toEncoded(), user.toUtf8(), password.toUtf8()};
+    return address.toEncoded();
 }
 
-QString variable(QString const& name)
+struct Variable
 {
-    QString const value = qEnvironmentVariable(name.toLatin1().constData());
-    return value.isEmpty() ? qEnvironmentVariable(name.toUpper().toLatin1().constData()) : value;
+    QByteArray name;
+    QString value;
+};
+
+/// The first of them that is not empty, its name in small letters or capitals.
+Variable variable(std::initializer_list<QByteArray> names)
+{
+    for (QByteArray const& small : names)
+    {
+        for (QByteArray const& name : {small, small.toUpper()})
+        {
+            if (QString const value = qEnvironmentVariable(name.constData()); !value.isEmpty())
+            {
+                return {name, value};
+            }
+        }
+    }
+    return {};
 }
 
-/// Whether `no_proxy` names the host: itself, a domain above it, a network that its address is in, or "*".
-bool isExempt(QString const& host)
+/// Whether the entries of `no_proxy` name the host: itself, a domain above it, a network that its address is in, or
+/// "*".
+bool isExempt(QString const& host, QString const& exceptions)
 {
-    QStringList const entries = variable(QStringLiteral("no_proxy")).split(u',');
+    QStringList const entries = exceptions.split(u',');
     for (QString const& text : entries)
     {
         QString const entry = text.trimmed();
@@ -82,11 +99,7 @@ std::optional<Proxy> proxyOfEnvironment(QUrl const& url)
         {QLatin1String("socks5h"), "socks5h", 1080},
         {QLatin1String("socks"), "socks5h", 1080},
     }};
-    QString text = variable(url.scheme() + QLatin1String("_proxy"));
-    if (text.isEmpty())
-    {
-        text = variable(QStringLiteral("all_proxy"));
-    }
+    auto const [name, text] = variable({url.scheme().toLatin1() + "_proxy", "all_proxy"});
     QUrl const address(text.contains(QLatin1String("://")) ? text : QLatin1String("http://") + text);
     auto const kind = std::find_if(
         kinds.begin(), kinds.end(), [&address](Kind const& known) { return address.scheme() == known.written; });
@@ -94,13 +107,13 @@ std::optional<Proxy> proxyOfEnvironment(QUrl const& url)
     {
         return std::nullopt;
     }
-    if (isExempt(url.host()))
+    if (auto const exceptions = variable({"no_proxy"}); isExempt(url.host(), exceptions.value))
     {
-        return Proxy();
+        return Proxy{.decidedBy = exceptions.name};
     }
-    return proxyAt(
-        kind->meant, address.host(), address.port(kind->usualPort), address.userName(QUrl::FullyDecoded),
-        address.password(QUrl::FullyDecoded));
+    return Proxy{
+        addressOf(kind->meant, address.host(), address.port(kind->usualPort)),
+        address.userName(QUrl::FullyDecoded).toUtf8(), address.password(QUrl::FullyDecoded).toUtf8(), name};
 }
 
 } // namespace
@@ -109,7 +122,7 @@ Proxy systemProxyFor(QUrl const& url)
 {
     if (isLoopback(url.host()))
     {
-        return {};
+        return {.decidedBy = "loopback"};
     }
     if (auto const proxy = proxyOfEnvironment(url))
     {
@@ -125,10 +138,12 @@ Proxy systemProxyFor(QUrl const& url)
         }
         if (QByteArray const scheme = schemeOf(candidate); !scheme.isEmpty() && !candidate.hostName().isEmpty())
         {
-            return proxyAt(scheme, candidate.hostName(), candidate.port(), candidate.user(), candidate.password());
+            return {
+                addressOf(scheme, candidate.hostName(), candidate.port()), candidate.user().toUtf8(),
+                candidate.password().toUtf8(), "system"};
         }
     }
-    return {};
+    return {.decidedBy = "system"};
 }
 
 } // namespace rest
