@@ -4,6 +4,7 @@ const rowsAtFirst = 100; // of each list; "more" shows as many again
 const childrenAtFirst = 100; // of each list in the tree of all data
 const charactersAtFirst = 20_000; // of each body
 const millisecondsBetweenLooks = 500;
+const millisecondsUntilSilence = 20_000; // a toxic may keep an answer back for ever
 
 // ---- asking ---------------------------------------------------------------------------------------------------------
 
@@ -31,7 +32,12 @@ async function ask(method, resource, body) {
   let text;
   try {
     const isFile = body === undefined || body instanceof Blob;
-    response = await fetch(resource, {method, body: isFile ? body : JSON.stringify(body), cache: 'no-store'});
+    response = await fetch(resource, {
+      method,
+      body: isFile ? body : JSON.stringify(body),
+      cache: 'no-store',
+      signal: AbortSignal.timeout(millisecondsUntilSilence),
+    });
     text = await response.text();
   } catch {
     throw new Silence();
@@ -783,7 +789,7 @@ const data = new View(
 
 function setUpData() {
   onSubmit(byId('reset'), async ({seed}) => {
-    if (await confirmed('Back to data of the start, without journal and faults?', 'Reset')) {
+    if (await confirmed('Begin anew with these data, without journal and faults?', 'Reset')) {
       await ask('POST', 'reset', seed.value.trim() === '' ? {} : {Seed: valueOf({Type: 'integer'}, seed.value)});
       await setUp();
     }

@@ -217,11 +217,11 @@ test('all data are shown, taken, put in and reset', async () => {
   await shows(page.locator('#installations'), `INST-3003 ${evil}`);
   await panel().getByLabel('Seed').fill('-1');
   await press('Reset…');
-  await answerQuestion('Back to data of the start', 'Reset');
+  await answerQuestion('Begin anew', 'Reset');
   await shows(panel().locator('#reset .refusal'), 'Seed: -1; from 0 to');
   await panel().getByLabel('Seed').fill('');
   await press('Reset…');
-  await answerQuestion('Back to data of the start', 'Reset');
+  await answerQuestion('Begin anew', 'Reset');
   await shows(page.locator('#journal-news'), '0 requests');
   assert.doesNotMatch(await page.locator('#installations').textContent(), /INST-3003/);
 });
@@ -345,7 +345,7 @@ if (KELO_PICTURE) {
     for (const words of [['connections', 'list'], ['orders', 'create', join(folder, 'order.json'), '--again', '--files', join(KELO_SAMPLES, 'files')], ['requests', 'list'], ['partners']]) {
       await kelo(...words);
     }
-    const drawn = await open(simulator.url, {viewport: {width: 1180, height: 560}, reducedMotion: 'reduce'});
+    const drawn = await open(simulator.url, {viewport: {width: 1160, height: 530}, reducedMotion: 'reduce'});
     const opened = drawn.locator('#journal-table > tbody').filter({hasText: '503'});
     await opened.getByRole('button').click();
     await shows(opened.locator('.details'), 'Answer');
