@@ -639,7 +639,7 @@ function fillRequest(element, request) {
     element.append(opener([make('code', {}, request.Id), ' ', element.summary], build, {class: 'plain'}));
   }
   const status = request.StatusName || String(request.Status);
-  element.summary.replaceChildren(chip(request.Type), chip(status, request.Status < 3 ? 'good' : 'done'), ` ${patientOf(request)} `, make('span', {class: 'quiet'}, request.PartnerName));
+  element.summary.replaceChildren(chip(request.Type), chip(status, request.IsActive ? 'good' : 'done'), ` ${patientOf(request)} `, make('span', {class: 'quiet'}, request.PartnerName));
   fillFacts(element);
 }
 

@@ -82,6 +82,7 @@ QJsonObject storedJson(State const& state, CollaborationRequest const& request)
     auto const isNamed = request.status >= 0 && request.status < static_cast<int>(statusNames.size());
     json.insert("Type", kindNames.at(static_cast<std::size_t>(request.kind)));
     json.insert("StatusName", isNamed ? statusNames.at(static_cast<std::size_t>(request.status)) : "");
+    json.insert("IsActive", request.isActive());
     json.insert("PartnerName", partnerOf(state, request.connectionId).name);
     json.insert("InstallationReference", request.installation);
     json.insert("IsFileLocked", request.isFileLocked);
