@@ -163,27 +163,13 @@ void checkOutcome(rest::Outcome const& outcome, rest::Request const& request)
     checkTraces(outcome, request);
 }
 
-template <class Body>
-void checkReply(std::shared_ptr<rest::NetworkReply<Body>> const& reply, int httpStatus, int error)
-{
-    require(reply != nullptr, "a call has a reply");
-    int const expected = error != 0 ? 2 : httpStatus / 100 == 2 ? 0 : 1;
-    require(reply->classification() == expected, "2xx is success, any other answer an error, no answer neither");
-    require(reply->httpStatusCode() == httpStatus, "the HTTP status is kept");
-    require(reply->errorCode() == (error != 0 ? error : expected == 1 ? httpStatus : 0), "the error number is kept");
-    require(reply->errorText().isEmpty() == (expected == 0), "what is no success has a text");
-}
-
 void runJsonCall(rest::TransferLoop& loop, fuzz::ScriptedServer& server, rest::Request const& request)
 {
     auto const call = std::make_shared<rest::JsonCall>(nullptr, request);
     auto outcome = exchange(loop, server, call);
     checkOutcome(outcome, request);
-    int const httpStatus = outcome.httpStatus;
-    int const error = outcome.error;
     call->complete(std::move(outcome));
     require(call->future().isFinished() && !call->future().isCanceled(), "a call that has ended has a reply");
-    checkReply(call->future().get(), httpStatus, error);
 }
 
 void runDownload(rest::TransferLoop& loop, fuzz::ScriptedServer& server, rest::Request const& request)
@@ -193,12 +179,9 @@ void runDownload(rest::TransferLoop& loop, fuzz::ScriptedServer& server, rest::R
         nullptr, request, [&replies](rest::BinaryReply const& reply) { replies.push_back(reply); });
     auto outcome = exchange(loop, server, call);
     checkOutcome(outcome, request);
-    int const httpStatus = outcome.httpStatus;
-    int const error = outcome.error;
     QByteArray const body = outcome.body;
     call->complete(std::move(outcome));
     require(replies.size() == 1, "a download's reply is handed over once");
-    checkReply(replies.front(), httpStatus, error);
     require(replies.front()->body() == body, "a download's bytes are handed over unchanged");
 }
 

@@ -96,28 +96,13 @@ qsizetype memberCount(QJsonValue const& value)
     return count;
 }
 
-/// The colons outside of strings: one for each member that the text names.
-qsizetype colonCount(QByteArray const& text)
-{
-    qsizetype count = 0;
-    bool isInString = false;
-    for (qsizetype at = 0; at < text.size(); ++at)
-    {
-        char const character = text.at(at);
-        isInString = isInString != (character == '"');
-        count += !isInString && character == ':' ? 1 : 0;
-        at += isInString && character == '\\' ? 1 : 0;
-    }
-    return count;
-}
-
 void checkStrictReading(QByteArray const& text)
 {
     static cli::Form const form = cli::formOf(jsonSerializer::schemaOf<OrderRequest>());
     QJsonObject object;
     if (succeeds([&] { object = cli::readStrictly(u"f"_s, text, form); }))
     {
-        require(memberCount(object) == colonCount(text), "no member gets lost");
+        require(memberCount(object) == memberCount(QJsonDocument::fromJson(text).object()), "no member gets lost");
     }
 }
 
