@@ -55,6 +55,15 @@ constexpr Member requestsQuery[] = {
     integer("limit", 0, most, nullptr, "only the last so many"),
 };
 
+/// A recording has no data that could be told or changed.
+void requireData(Desk const& desk)
+{
+    if (desk.replay)
+    {
+        throw Refusal(Reason::NotNow, "a recording is replayed, which keeps no data");
+    }
+}
+
 faults::FaultProxy& proxyOf(Desk const& desk)
 {
     if (desk.faultProxy == nullptr)
@@ -82,6 +91,7 @@ Answer reset(Desk& desk, Call const& call)
         check(resetMembers, body);
         if (body.contains("Seed"))
         {
+            requireData(desk);
             desk.start = seededState(static_cast<unsigned>(body["Seed"].toInteger()));
         }
     }
@@ -124,12 +134,14 @@ Answer putState(Desk& desk, Call const& call)
     {
         throw Refusal(Reason::MalformedBody, QStringLiteral("longer than %1 bytes").arg(call.raw.size()));
     }
+    requireData(desk);
     desk.state = stateFromText(call.raw);
     return Answer::noContent();
 }
 
 Answer getState(Desk& desk, Call const&)
 {
+    requireData(desk);
     return Answer::page(toJson(desk.state));
 }
 
@@ -137,6 +149,15 @@ Answer clearJournal(Desk& desk, Call const&)
 {
     desk.journal.clear();
     return Answer::noContent();
+}
+
+Answer getReplay(Desk& desk, Call const&)
+{
+    if (!desk.replay)
+    {
+        throw Refusal(Reason::NotNow, "nothing is replayed; start with --replay");
+    }
+    return Answer::page(desk.replay->toJson());
 }
 
 Answer listFaults(Desk& desk, Call const&)
@@ -245,6 +266,14 @@ std::vector<Route> Control::resources()
 {
     auto const on = [this](Answer (*answer)(Desk&, Call const&)) -> Handler
     { return [this, answer](Call const& call) { return answer(desk_, call); }; };
+    auto const ofData = [this](Answer (*answer)(Call const&)) -> Handler
+    {
+        return [this, answer](Call const& call)
+        {
+            requireData(desk_);
+            return answer(call);
+        };
+    };
     auto const index = [this](Call const&) { return Answer::page(this->index()); };
     auto const addFault = [this](Call const& call) { return numbered(this->addFault(objectOf(call.raw))); };
     auto const verifyJournal = [this](Call const& call)
@@ -261,12 +290,13 @@ std::vector<Route> Control::resources()
         {"reset", "POST", "/_control/reset", {}, on(reset), {}, "as freshly started: its first data, no journal, no faults of the service; {\"Seed\": n} makes other data"},
         {"getState", "GET", "/_control/state", {}, on(getState), {}, "all data, as --data takes them"},
         {"putState", "PUT", "/_control/state", {}, on(putState), {}, "puts other data in the place of all, until the next reset"},
-        {"advanceOrder", "POST", "/_control/partner-action", advanceOrderMembers, advanceOrder, {}, "what the service does with an order meanwhile"},
-        {"partnerAction", "POST", "/_control/partner-action", partnerActionMembers, partnerAction, {}, "what a partner does with a request meanwhile"},
+        {"advanceOrder", "POST", "/_control/partner-action", advanceOrderMembers, ofData(advanceOrder), {}, "what the service does with an order meanwhile"},
+        {"partnerAction", "POST", "/_control/partner-action", partnerActionMembers, ofData(partnerAction), {}, "what a partner does with a request meanwhile"},
         {"getJournal", "GET", "/_control/journal", {}, on(getJournal), journalQuery, "requests with their answers, oldest first; the oldest go when there are too many"},
         {"getJournalEntry", "GET", "/_control/journal/{}", {}, on(getJournalEntry), {}, "the one of that number"},
         {"clearJournal", "DELETE", "/_control/journal", {}, on(clearJournal), {}, "forgets them"},
         {"verify", "POST", "/_control/verify", expectationsMembers, verifyJournal, {}, "200 if the journal holds what is expected, else 409 with the difference"},
+        {"replay", "GET", "/_control/replay", {}, on(getReplay), {}, "of --replay: what was recorded and never asked for, and the last requests that are not in the recording"},
         {"addFault", "POST", "/_control/fault", {}, addFault, {}, "spoils coming calls; answers the number of the fault"},
         {"listFaults", "GET", "/_control/faults", {}, on(listFaults), {}, "the faults, and how often each has struck"},
         {"clearFaults", "DELETE", "/_control/faults", {}, on(clearFaults), {}, "takes them away"},
@@ -275,10 +305,10 @@ std::vector<Route> Control::resources()
         {"listToxics", "GET", "/_control/toxics", {}, on(listToxics), {}, "the toxics, and how often each has struck"},
         {"clearToxics", "DELETE", "/_control/toxics", {}, on(clearToxics), {}, "takes them away"},
         {"removeToxic", "DELETE", "/_control/toxics/{}", {}, on(removeToxic), {}, "takes one away by its number"},
-        {"requests", "GET", "/_control/requests", {}, storedRequests, requestsQuery, "the requests as their partners see them, oldest first, and what partner-action can make of them"},
-        {"orders", "GET", "/_control/orders", {}, storedOrders, {}, "every order with its uploads, and how many orders its body has created"},
-        {"cases", "GET", "/_control/cases", {}, storedCases, {}, "the portal's cases with the files announced to them"},
-        {"stats", "GET", "/_control/stats", {}, storedStatistics, {}, "the usage statistics received"},
+        {"requests", "GET", "/_control/requests", {}, ofData(storedRequests), requestsQuery, "the requests as their partners see them, oldest first, and what partner-action can make of them"},
+        {"orders", "GET", "/_control/orders", {}, ofData(storedOrders), {}, "every order with its uploads, and how many orders its body has created"},
+        {"cases", "GET", "/_control/cases", {}, ofData(storedCases), {}, "the portal's cases with the files announced to them"},
+        {"stats", "GET", "/_control/stats", {}, ofData(storedStatistics), {}, "the usage statistics received"},
     };
 }
 // clang-format on

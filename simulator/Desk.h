@@ -4,6 +4,7 @@
 #include "simulator/State.h"
 #include "simulator/faults/FaultProxy.h"
 #include "simulator/faults/ServiceFaults.h"
+#include "simulator/replay/Replay.h"
 
 namespace simulator
 {
@@ -20,6 +21,7 @@ struct Desk
     /// Grows with whatever may have changed the members above; begins with the time, so that it differs after a
     /// restart.
     qint64 changes = QDateTime::currentMSecsSinceEpoch();
+    std::optional<Replay> replay = {}; ///< answers in the place of the state, which then only names the installations
 
     /// As freshly started, without journal and faults.
     void reset()
@@ -27,6 +29,10 @@ struct Desk
         state = start;
         journal.clear();
         faults.clear();
+        if (replay)
+        {
+            replay->rewind();
+        }
     }
 };
 

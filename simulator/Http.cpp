@@ -19,7 +19,7 @@ struct ReasonRow
 };
 
 // One row a reason, in the order of the enumeration.
-constexpr std::array<ReasonRow, 15> reasons = {{
+constexpr std::array<ReasonRow, 16> reasons = {{
     {400, "4000", "The body is not a JSON object"},
     {400, "4001", "A required member is missing"},
     {400, "4002", "A member is not known here"},
@@ -35,9 +35,10 @@ constexpr std::array<ReasonRow, 15> reasons = {{
     {405, "4050", "The resource does not take this method"},
     {409, "4090", "It is not the time for this"},
     {409, "4091", "The journal tells otherwise"},
+    {501, "5010", "Not in the recording"}, // a status that the service itself never answers with
 }};
 
-static_assert(reasons.size() == static_cast<std::size_t>(Reason::NotVerified) + 1);
+static_assert(reasons.size() == static_cast<std::size_t>(Reason::NotRecorded) + 1);
 
 std::string sentence(Reason reason, QString const& detail)
 {

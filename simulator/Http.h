@@ -76,7 +76,8 @@ enum class Reason : int
     UnknownId,
     WrongMethod,
     NotNow,
-    NotVerified
+    NotVerified,
+    NotRecorded
 };
 
 /// Thrown by handlers and checks, turned into an error answer in one place. what() is the whole sentence.

@@ -62,6 +62,10 @@ QJsonObject briefJson(Journal::Entry const& entry)
         json["Status"] = *entry.status;
         json["Milliseconds"] = entry.milliseconds;
     }
+    if (!entry.outcome.unmatched.isEmpty())
+    {
+        json["Unmatched"] = entry.outcome.unmatched;
+    }
     if (entry.outcome.fault != 0)
     {
         json["Fault"] = QJsonObject{{"Id", entry.outcome.fault}, {"Kind", entry.outcome.faultKind}};

@@ -23,6 +23,7 @@ public:
         QString operation = {}; ///< empty: none was reached
         int fault = 0;          ///< the number of the one that struck; 0: none
         QString faultKind = {};
+        QString unmatched = {}; ///< why it is not in the recording that is replayed; empty: it is
     };
 
     struct Entry

@@ -32,12 +32,31 @@ Service::Service(SimulatorOptions const& options)
     : expectedAuthorization_(basicAuthorization(options)),
       log_(options.log),
       contract_(contractRoutes()),
+      unmatched_(options.unmatched),
       basePath_(options.basePath.toUtf8()),
       control_(desk_, contract_, options.listenAddress.toLatin1())
 {
     desk_.speaksTls = options.tls;
-    desk_.start = options.state.isEmpty() ? seededState(options.seed) : stateFromText(options.state);
+    if (options.recordings.empty())
+    {
+        desk_.start = options.state.isEmpty() ? seededState(options.seed) : stateFromText(options.state);
+    }
+    else
+    {
+        startReplay(options);
+    }
     desk_.reset();
+}
+
+void Service::startReplay(SimulatorOptions const& options)
+{
+    Recording recording(options.recordings, contract_, basePath_);
+    basePath_ = recording.basePath;
+    for (auto const& id : recording.installations)
+    {
+        desk_.start.installations.insert(id, "as recorded");
+    }
+    desk_.replay.emplace(std::move(recording), options.recordedDelays, options.tls);
 }
 
 void Service::stopWaiting()
@@ -78,10 +97,14 @@ Answer Service::handle(HttpRequest const& request)
     auto const number = desk_.journal.add(request);
     ++desk_.changes;
     Journal::Outcome outcome;
-    auto answer = answerTo(request, below, outcome, lock);
+    auto answer = answerTo(request, number, outcome, lock);
     desk_.journal.complete(number, outcome, answer);
     ++desk_.changes;
     lock.unlock();
+    if (unmatched_ && !outcome.unmatched.isEmpty())
+    {
+        unmatched_(outcome.unmatched);
+    }
     if (log_)
     {
         log_(QStringLiteral("%1 %2 -> %3 %4")
@@ -105,36 +128,61 @@ void Service::authorize(HttpRequest const& request) const
     }
 }
 
-Answer Service::answerTo(HttpRequest const& request, QByteArray const& target, Journal::Outcome& outcome, Lock& lock)
+Answer Service::answerTo(HttpRequest const& request, quint64 number, Journal::Outcome& outcome, Lock& lock)
 try
 {
-    authorize(request);
-    if (target.isEmpty())
-    {
-        throw Refusal(Reason::UnknownPath, QString::fromUtf8(request.target + "; all are below " + basePath_ + '/'));
-    }
-    Target const parts(target);
-    auto const& route = Router::choose(contract_.candidates(request.method, parts), request.body);
-    outcome.operation = QLatin1String(route.operation);
+    auto const work =
+        desk_.replay ? recordingFor(request, number, outcome, lock) : operationFor(request, outcome.operation);
     auto const fault = desk_.faults.fire(outcome.operation);
     if (!fault)
     {
-        return Router::run(route, parts, request, desk_.state);
+        return work();
     }
     outcome.fault = fault->id;
     outcome.faultKind = QLatin1String(fault->kind->name);
-    stopping_.wait_for(lock, fault->delay, [this] { return isStopping_; });
+    wait(lock, fault->delay);
     if (auto const replacement = fault->replacement())
     {
         return *replacement;
     }
-    auto answer = Router::run(route, parts, request, desk_.state);
+    auto answer = work();
     fault->distort(answer);
     return answer;
 }
 catch (Refusal const& refusal)
 {
     return refusal.answer();
+}
+
+Service::Work Service::operationFor(HttpRequest const& request, QString& operation)
+{
+    authorize(request);
+    auto const below = belowBase(request.target);
+    if (below.isEmpty())
+    {
+        throw Refusal(Reason::UnknownPath, QString::fromUtf8(request.target + "; all are below " + basePath_ + '/'));
+    }
+    Target const target(below);
+    auto const& route = Router::choose(contract_.candidates(request.method, target), request.body);
+    operation = QLatin1String(route.operation);
+    return [this, &route, &request, target] { return Router::run(route, target, request, desk_.state); };
+}
+
+Service::Work Service::recordingFor(HttpRequest const& request, quint64 number, Journal::Outcome& outcome, Lock& lock)
+{
+    outcome.operation = operationOf(contract_, request.method, belowBase(request.target), request.body);
+    return [this, &request, number, &outcome, &lock]
+    {
+        auto const found = desk_.replay->answerTo(request, number);
+        outcome.unmatched = found.unmatched;
+        wait(lock, found.time);
+        return found.answer;
+    };
+}
+
+void Service::wait(Lock& lock, std::chrono::milliseconds time)
+{
+    stopping_.wait_for(lock, time, [this] { return isStopping_; });
 }
 
 Answer Service::control(HttpRequest const& request, Target const& target)

@@ -23,12 +23,21 @@ public:
     /// Throws a Refusal.
     void addFault(QJsonObject const& rule);
     void clearFaults();
+    /// As "/api/v1", or empty.
+    QByteArray const& basePath() const { return basePath_; }
 
 private:
     using Lock = std::unique_lock<std::mutex>;
 
+    /// The end of a request's way, when its operation is known and no fault has struck yet.
+    using Work = std::function<Answer()>;
+
+    void startReplay(SimulatorOptions const& options);
     void authorize(HttpRequest const& request) const;
-    Answer answerTo(HttpRequest const& request, QByteArray const& target, Journal::Outcome& outcome, Lock& lock);
+    Answer answerTo(HttpRequest const& request, quint64 number, Journal::Outcome& outcome, Lock& lock);
+    Work operationFor(HttpRequest const& request, QString& operation);
+    Work recordingFor(HttpRequest const& request, quint64 number, Journal::Outcome& outcome, Lock& lock);
+    void wait(Lock& lock, std::chrono::milliseconds time);
     Answer control(HttpRequest const& request, Target const& target);
     /// Without the base path; empty if it does not begin with it.
     QByteArray belowBase(QByteArray const& target) const;
@@ -36,7 +45,8 @@ private:
     QByteArray const expectedAuthorization_; // empty: anybody may come in
     std::function<void(QString const&)> const log_;
     Router const contract_;
-    QByteArray const basePath_; // as "/api/v1", or empty
+    std::function<void(QString const&)> const unmatched_;
+    QByteArray basePath_;
     Desk desk_;
     Control control_;
     std::mutex mutex_;

@@ -10,11 +10,13 @@
 #include "simulator/faults/ToxicKinds.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QTemporaryFile>
 
 #include <httplib.h>
 
+#include <sys/file.h>
 #include <sys/socket.h>
 
 #include <testkit/Certificates.h>
@@ -85,6 +87,24 @@ bool receiveBody(httplib::Request const& request, httplib::ContentReader const& 
     return isComplete;
 }
 
+constexpr auto certificateNames = "kelo-simulator-*.pem";
+
+/// Takes away what simulators that were killed have left behind: nobody holds it.
+void removeAbandonedCertificates()
+{
+    auto const files = QDir::temp().entryInfoList({certificateNames}, QDir::Files | QDir::NoSymLinks);
+    for (auto const& info : files)
+    {
+        // One that was made just now may not be held yet.
+        auto const isOld = info.lastModified().secsTo(QDateTime::currentDateTime()) > 60;
+        QFile file(info.filePath());
+        if (isOld && file.open(QIODevice::ReadOnly) && ::flock(file.handle(), LOCK_EX | LOCK_NB) == 0)
+        {
+            file.remove();
+        }
+    }
+}
+
 } // namespace
 
 class Simulator::Server
@@ -152,7 +172,9 @@ void Simulator::Server::writeCertificate(QByteArray const& pem)
 {
     if (options_.certificateFile.isEmpty())
     {
-        certificateFile_ = std::make_unique<QTemporaryFile>(QDir::temp().filePath("kelo-simulator-XXXXXX.pem"));
+        removeAbandonedCertificates();
+        auto const name = QString(certificateNames).replace('*', "XXXXXX");
+        certificateFile_ = std::make_unique<QTemporaryFile>(QDir::temp().filePath(name));
     }
     else
     {
@@ -163,6 +185,7 @@ void Simulator::Server::writeCertificate(QByteArray const& pem)
     {
         throw std::runtime_error("cannot write the certificate file: " + file.errorString().toStdString());
     }
+    ::flock(file.handle(), LOCK_SH);
 }
 
 void Simulator::Server::prepareSocket(int socket)
@@ -227,7 +250,11 @@ void Simulator::Server::answer(
         shutdownConnections(port_, request.remote_port);
         return;
     }
-    response.status = answer.status;
+    // The HTTP library makes 206 of 200 by itself where a part is asked for.
+    if (answer.status != 200 || request.method != "GET")
+    {
+        response.status = answer.status;
+    }
     for (auto const& [name, value] : answer.headers)
     {
         response.set_header(name.toStdString(), value.toStdString());
@@ -238,7 +265,9 @@ void Simulator::Server::answer(
     }
     if (answer.status != 204)
     {
-        response.set_content(answer.body.toStdString(), answer.contentType.toStdString());
+        // A recorded answer may have none.
+        auto const type = answer.contentType.isEmpty() ? "application/octet-stream" : answer.contentType;
+        response.set_content(answer.body.toStdString(), type.toStdString());
     }
 }
 
@@ -288,7 +317,7 @@ QString Simulator::Server::urlOf(int port, QByteArray const& host) const
     return QStringLiteral("%1://%2:%3%4")
         .arg(
             QLatin1String(options_.tls ? "https" : "http"), QString::fromLatin1(shown), QString::number(port),
-            options_.basePath);
+            QString::fromUtf8(service_.basePath()));
 }
 
 void Simulator::Server::stop()

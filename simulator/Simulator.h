@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace simulator
 {
@@ -17,6 +18,15 @@ namespace faults
 {
 class FaultProxy;
 }
+
+/// An HTTP archive, as `kelo --trace` and the network panel of a browser write it.
+struct RecordedFile
+{
+    static constexpr qsizetype mostBytes = 256 << 20; ///< of a file
+
+    QString name = {}; ///< for messages
+    QByteArray har = {};
+};
 
 struct SimulatorOptions
 {
@@ -31,7 +41,12 @@ struct SimulatorOptions
     QString listenAddress = "127.0.0.1";   ///< an IPv4 address of this machine, or 0.0.0.0 for all of them
     QString basePath = {};                 ///< what the service's paths stand below, as "/api/v1"
     QByteArray state = {}; ///< the data it starts with, as `control("GET", "state")` tells them; empty: from the seed
-    std::function<void(QString const&)> log = {}; ///< gets a line for every request answered, from any thread
+    /// Recordings of which one service is made that answers what was answered then, to any credentials; it keeps no
+    /// data.
+    std::vector<RecordedFile> recordings = {};
+    bool recordedDelays = false;                        ///< its answers take as long as they took
+    std::function<void(QString const&)> unmatched = {}; ///< gets a line for every request that is not in the recordings
+    std::function<void(QString const&)> log = {};       ///< gets a line for every request answered, from any thread
 };
 
 /// A KELO service for one desk: keeps its state in memory, listens on the loopback interface unless told otherwise, and

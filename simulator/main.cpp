@@ -2,6 +2,7 @@
 #include "simulator/faults/ServiceFaultKinds.h"
 #include "simulator/faults/ToxicKinds.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
 
@@ -10,7 +11,6 @@
 #include <cctype>
 #include <csignal>
 #include <ctime>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -24,6 +24,7 @@ struct CommandLine
 {
     simulator::SimulatorOptions options;
     std::string dataFile;
+    std::vector<std::string> recordings;
     bool exitWithParent = false;
     std::vector<std::string> faults;
 };
@@ -83,10 +84,17 @@ bool isPath(std::string const& path)
            && path.find_first_of("?#% ") == std::string::npos;
 }
 
+/// No more than what a recording may be long, and a byte.
 QByteArray contentOf(std::string const& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    return QByteArray::fromStdString(std::string(std::istreambuf_iterator<char>(stream), {}));
+    QFile source(QString::fromStdString(file));
+    auto const content =
+        source.open(QIODevice::ReadOnly) ? source.read(simulator::RecordedFile::mostBytes + 1) : QByteArray();
+    if (source.error() != QFile::NoError)
+    {
+        throw std::runtime_error(file + ": " + source.errorString().toStdString());
+    }
+    return content;
 }
 
 void declareOptions(CLI::App& app, CommandLine& line, GivenTexts& given)
@@ -103,9 +111,21 @@ void declareOptions(CLI::App& app, CommandLine& line, GivenTexts& given)
     app.add_option("--threads", line.options.workerThreads, "How many connections can be open at once")
         ->check(CLI::Range(1, 4096))
         ->capture_default_str();
-    app.add_option("--data", line.dataFile, "The data it starts with, from GET /_control/state")
-        ->check(CLI::ExistingFile);
-    app.add_option("--seed", line.options.seed, "Seed of the data it starts with")->capture_default_str();
+    auto* const data = app.add_option("--data", line.dataFile, "The data it starts with, from GET /_control/state")
+                           ->check(CLI::ExistingFile);
+    auto* const seed =
+        app.add_option("--seed", line.options.seed, "Seed of the data it starts with")->capture_default_str();
+    auto* const replay =
+        app.add_option(
+               "--replay", line.recordings,
+               "Answer what was answered in this HTTP archive (kelo --trace), of 256 MiB at most; may be repeated. Any "
+               "credentials will do")
+            ->check(CLI::ExistingFile)
+            ->allow_extra_args(false)
+            ->excludes(data)
+            ->excludes(seed);
+    app.add_flag("--replay-delays", line.options.recordedDelays, "With --replay: answers take as long as they took")
+        ->needs(replay);
     auto* const tls =
         app.add_flag("--tls", line.options.tls, "Speak HTTPS; the path of the certificate goes to standard error");
     app.add_option(
@@ -155,6 +175,12 @@ std::optional<CommandLine> parse(int argc, char** argv, int& exitCode)
     line.options.listenAddress = QString::fromStdString(given.listenAddress);
     line.options.basePath = QString::fromStdString(given.basePath);
     line.options.state = line.dataFile.empty() ? QByteArray() : contentOf(line.dataFile);
+    for (auto const& file : line.recordings)
+    {
+        line.options.recordings.push_back({QString::fromStdString(file), contentOf(file)});
+    }
+    line.options.unmatched = [](QString const& text)
+    { std::cerr << ("kelo-simulator: not in the recording: " + text.toStdString() + '\n') << std::flush; };
     if (given.verbose)
     {
         line.options.log = [](QString const& text) { std::cerr << (text.toStdString() + '\n') << std::flush; };
@@ -229,7 +255,7 @@ try
 }
 catch (std::invalid_argument const& error)
 {
-    throw std::runtime_error("--data " + line.dataFile + ": " + error.what());
+    throw std::runtime_error((line.recordings.empty() ? "--data " + line.dataFile + ": " : "--replay ") + error.what());
 }
 
 int run(CommandLine const& line, std::optional<pid_t> parent)
@@ -254,6 +280,11 @@ int run(CommandLine const& line, std::optional<pid_t> parent)
     {
         std::cerr << "kelo-simulator: listens on " << address
                   << ": whoever can reach this machine can read and change the data" << std::endl;
+    }
+    if (!line.options.recordings.empty())
+    {
+        std::cerr << "kelo-simulator replays " << service.control("GET", "replay")["Entries"].toInt()
+                  << " requests, to any credentials" << std::endl;
     }
     if (auto const file = service.certificateFile(); !file.isEmpty())
     {

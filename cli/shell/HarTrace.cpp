@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -28,6 +29,46 @@ double milliseconds(std::chrono::microseconds duration)
 double optionalMilliseconds(std::chrono::microseconds duration)
 {
     return duration.count() == 0 ? -1 : milliseconds(duration);
+}
+
+/// The phrases of the statuses that a service answers with; another one has none, as over HTTP/2.
+QString phraseOf(int status)
+{
+    static QHash<int, QString> const phrases{
+        {200, u"OK"_s},
+        {201, u"Created"_s},
+        {202, u"Accepted"_s},
+        {204, u"No Content"_s},
+        {206, u"Partial Content"_s},
+        {301, u"Moved Permanently"_s},
+        {302, u"Found"_s},
+        {303, u"See Other"_s},
+        {304, u"Not Modified"_s},
+        {307, u"Temporary Redirect"_s},
+        {308, u"Permanent Redirect"_s},
+        {400, u"Bad Request"_s},
+        {401, u"Unauthorized"_s},
+        {403, u"Forbidden"_s},
+        {404, u"Not Found"_s},
+        {405, u"Method Not Allowed"_s},
+        {408, u"Request Timeout"_s},
+        {409, u"Conflict"_s},
+        {410, u"Gone"_s},
+        {413, u"Content Too Large"_s},
+        {422, u"Unprocessable Content"_s},
+        {429, u"Too Many Requests"_s},
+        {500, u"Internal Server Error"_s},
+        {501, u"Not Implemented"_s},
+        {502, u"Bad Gateway"_s},
+        {503, u"Service Unavailable"_s},
+        {504, u"Gateway Timeout"_s}};
+    return phrases.value(status);
+}
+
+/// The only one that is spoken; nobody knows of an answer that never came.
+QString versionOf(bool isKnown)
+{
+    return isKnown ? u"HTTP/1.1"_s : u"unknown"_s;
 }
 
 QJsonArray headersJson(rest::Headers const& headers)
@@ -95,7 +136,7 @@ QJsonObject requestJson(rest::TraceData const& exchange)
     QJsonObject json{
         {u"method"_s, QString::fromLatin1(exchange.method)},
         {u"url"_s, exchange.url.toString(QUrl::FullyEncoded)},
-        {u"httpVersion"_s, u"HTTP"_s},
+        {u"httpVersion"_s, versionOf(true)},
         {u"cookies"_s, QJsonArray()},
         {u"headers"_s, headersJson(exchange.requestHeaders)},
         {u"queryString"_s, query},
@@ -115,15 +156,19 @@ QJsonObject responseJson(rest::TraceData const& exchange)
     QJsonObject content{
         {u"size"_s, bodySize(exchange.responseHeaders, exchange.responseBody)},
         {u"mimeType"_s, headerValue(exchange.responseHeaders, "Content-Type")}};
-    addText(content, exchange.responseBody);
+    bool const isRecorded = !exchange.responseBody.isEmpty() || content[u"size"_s].toInteger() == 0;
+    if (isRecorded)
+    {
+        addText(content, exchange.responseBody);
+    }
     return {
         {u"status"_s, exchange.httpStatus},
-        {u"statusText"_s, QString()},
-        {u"httpVersion"_s, u"HTTP"_s},
+        {u"statusText"_s, phraseOf(exchange.httpStatus)},
+        {u"httpVersion"_s, versionOf(exchange.httpStatus != 0)},
         {u"cookies"_s, QJsonArray()},
         {u"headers"_s, headersJson(exchange.responseHeaders)},
         {u"content"_s, content},
-        {u"redirectURL"_s, QString()},
+        {u"redirectURL"_s, headerValue(exchange.responseHeaders, "Location")},
         {u"headersSize"_s, -1},
         {u"bodySize"_s, -1},
         {u"_error"_s, exchange.error}};

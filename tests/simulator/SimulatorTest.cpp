@@ -1,5 +1,7 @@
 #include "tests/simulator/SimulatorFixture.h"
 
+#include <QDir>
+
 #include <future>
 
 namespace
@@ -334,6 +336,7 @@ TEST_F(SimulatorTest, theControlResourcesListThemselvesToThisMachinesProgramsOnl
     EXPECT_EQ(status["Kind"], "status");
     EXPECT_EQ(status["Parameters"][0]["Default"], 503);
     exchange("HEAD", "/_control/", {}, 200);
+    EXPECT_EQ(client.Get("/_control", {{"Range", "bytes=0-1"}})->status, 206);
 
     auto const local = "127.0.0.1:" + std::to_string(port);
     std::pair<httplib::Headers, int> const rows[] = {
@@ -407,10 +410,16 @@ TEST(SimulatorWithFaultProxy, toxicsAreControlledPastThem)
 
 TEST(SimulatorTls, itsCertificateCanBeTrusted)
 {
+    // One that a simulator has left behind that was killed.
+    QFile abandoned(QDir::temp().filePath("kelo-simulator-abandoned.pem"));
+    EXPECT_TRUE(abandoned.open(QIODevice::WriteOnly));
+    EXPECT_TRUE(abandoned.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFile::FileModificationTime));
+    abandoned.close();
     SimulatorOptions options;
     options.tls = true;
     options.username.clear();
     Simulator service(options);
+    EXPECT_FALSE(abandoned.exists());
     auto const url = QUrl(service.start());
     EXPECT_EQ(url.scheme(), "https");
     httplib::SSLClient client("127.0.0.1", url.port());
