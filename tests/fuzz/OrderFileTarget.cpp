@@ -102,7 +102,9 @@ void checkStrictReading(QByteArray const& text)
     QJsonObject object;
     if (succeeds([&] { object = cli::readStrictly(u"f"_s, text, form); }))
     {
-        require(memberCount(object) == memberCount(QJsonDocument::fromJson(text).object()), "no member gets lost");
+        // Qt takes one byte order mark for none.
+        auto const plain = QByteArray(text).replace("\xEF\xBB\xBF", "");
+        require(memberCount(object) == memberCount(QJsonDocument::fromJson(plain).object()), "no member gets lost");
     }
 }
 

@@ -232,13 +232,16 @@ TEST_F(SimulatorTest, faultsSpoilTheCallsTheyAreMeantFor)
 
 TEST_F(SimulatorTest, itsStateCanBeTakenChangedAndPutBack)
 {
+    auto const fresh = get("/_control/state");
     post("/_control/partner-action", {{"Action", "reply"}, {"RequestId", "REQ-000001"}});
     post("/stats", {{"SelectedType", "binary"}, {"Data", QString(QByteArray("\xff\0", 2).toBase64())}}, 204);
     auto const taken = get("/_control/state");
+    auto const answered = details("", {});
     post("/_control/reset", {{"Seed", 9}}, 204);
-    EXPECT_NE(get("/_control/state"), taken);
+    EXPECT_NE(get("/_control/state"), fresh);
     send("PUT", "/_control/state", taken.toJson(), 204);
     EXPECT_EQ(get("/_control/state"), taken);
+    EXPECT_EQ(details("", {}), answered);
 
     auto const own = changed(taken.object(), {"Collaboration", "Requests", "0", "Id"}, "REQ-000400").toObject();
     SimulatorOptions options;
