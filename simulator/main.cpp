@@ -57,7 +57,7 @@ std::string faultHelp()
     {
         text += std::string("  ") + kind->name + parametersText(kind->parameters);
     }
-    return text + "What they do, and everything else it can be told: GET /_control";
+    return text + "What they do, and everything else it can be told: GET /_control, or /_control/ in a browser";
 }
 
 /// What CLI11 fills in that the options of the simulator say in other words.
