@@ -104,7 +104,7 @@ struct Certificate
         std::transform(names.begin(), names.end(), names.begin(), [](QString const& name) { return name.trimmed(); });
     }
 
-    qint64 daysLeft() const { return QDateTime::currentDateTimeUtc().secsTo(until) / (24 * 60 * 60); }
+    qint64 daysLeft() const { return QDateTime::currentDateTimeUtc().daysTo(until); }
 
     /// As far as its issuer's name tells.
     bool isOfInspector() const

@@ -22,8 +22,8 @@ constexpr std::chrono::seconds usualStep{5};
 
 struct Check
 {
-    char const* name;
-    MakeCheck* make;
+    char const* name = nullptr;
+    MakeCheck* make = nullptr;
     std::array<char const*, 2> needs = {}; ///< those of which none may have failed
 };
 
