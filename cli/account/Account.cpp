@@ -4,6 +4,7 @@
 
 #include "cli/shell/Context.h"
 #include "cli/shell/Listing.h"
+#include "cli/shell/Progress.h"
 
 namespace cli
 {
@@ -32,7 +33,10 @@ Action account(Arguments& /*arguments*/)
         // What the retriever cannot get it tells only there.
         showLibraryLog(true);
         AccountSettingsRetriever retriever;
-        retriever.retrieveAccountSettings(context.connection());
+        {
+            Waiting const waiting([] { return u"Fetching the account's settings"_s; });
+            retriever.retrieveAccountSettings(context.connection());
+        }
         constexpr std::size_t objects = 4; // the replies before the list of help files
         context.check(retriever.lastStatus(), Shape::Object, objects);
         auto const settings = QJsonObject::fromVariantHash(retriever.getAccountSettings());
@@ -40,7 +44,7 @@ Action account(Arguments& /*arguments*/)
         context.output().show(
             QJsonObject{{u"AccountSettings"_s, settings}, {u"UpdateReferences"_s, references}},
             tableText({u"SETTING"_s, u"VALUE"_s}, rowsOf(settings)) + u'\n'
-                + tableText({u"DOCUMENT"_s, u"FILE"_s}, rowsOf(references)));
+                + tableText({u"DOCUMENT"_s, {u"FILE"_s, Cells::Copied}}, rowsOf(references)));
     };
 }
 

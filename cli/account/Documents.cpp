@@ -64,9 +64,9 @@ Action documents(Arguments& arguments)
             {{u"Document"_s, u"DOCUMENT"_s},
              {u"LanguageCode"_s, u"LANGUAGE"_s},
              {u"DisplayName"_s, u"LANGUAGE NAME"_s},
-             {u"FileId"_s, u"FILE"_s},
+             {u"FileId"_s, u"FILE"_s, Cells::Copied},
              {u"FileName"_s, u"NAME"_s},
-             {u"FileSize"_s, u"BYTES"_s}});
+             {u"FileSize"_s, u"BYTES"_s, Cells::Whole}});
     };
 }
 

@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Action statsUpload(Arguments& arguments)
 {
-    auto const path = arguments.requiredText("FILE", "The statistics file");
+    auto const path = arguments.requiredText("FILE", "The statistics file; - is standard input");
     auto const id = arguments.requiredText("--id", "What the statistics are called");
     auto const address = arguments.text("--stats-url", "Address of the statistics service; else KELO_STATS_URL");
     return [=](Context const& context)
@@ -23,7 +23,7 @@ Action statsUpload(Arguments& arguments)
         auto const url = serviceUrl(
             address->isNull() ? qEnvironmentVariable("KELO_STATS_URL") : *address,
             u"give --stats-url or set KELO_STATS_URL"_s);
-        VantorStats const stats(*id, contentOf("statistics file", *path));
+        VantorStats const stats(*id, given("statistics file", *path).content);
         auto environment = core::hostEnvironment();
         environment.statsUrl = url;
         core::setHostEnvironment(environment);

@@ -15,7 +15,7 @@ Action studies(Arguments& /*arguments*/)
         auto const list = context.valueOf(context.connection().getStudiesForLicense(context.installation()));
         showTable(
             context.output(), described(list.getStudyInfos()),
-            {{u"Id"_s, u"STUDY"_s}, {u"Name"_s, u"NAME"_s}, {u"ClinicalPartners"_s, u"CLINICIANS"_s}});
+            {{u"Id"_s, u"STUDY"_s, Cells::Copied}, {u"Name"_s, u"NAME"_s}, {u"ClinicalPartners"_s, u"CLINICIANS"_s}});
     };
 }
 

@@ -15,7 +15,7 @@ Action users(Arguments& arguments)
     return [=](Context const& context)
     {
         std::vector<Column> columns{
-            {u"Reference"_s, u"USER"_s},
+            {u"Reference"_s, u"USER"_s, Cells::Copied},
             {u"UserName"_s, u"USER NAME"_s},
             {u"FirstName"_s, u"FIRST NAME"_s},
             {u"LastName"_s, u"LAST NAME"_s},

@@ -30,7 +30,9 @@ void listOperations(Output const& output)
     }
     showTable(
         output, list,
-        {{u"Operation"_s, u"OPERATION"_s}, {u"Arguments"_s, u"ARGUMENTS"_s}, {u"Members"_s, u"MEMBERS OF THE JSON"_s}});
+        {{u"Operation"_s, u"OPERATION"_s, Cells::Copied},
+         {u"Arguments"_s, u"ARGUMENTS"_s},
+         {u"Members"_s, u"MEMBERS OF THE JSON"_s}});
 }
 
 Operation const& operationNamed(QString const& name)
@@ -53,7 +55,8 @@ Action call(Arguments& arguments)
     auto const withSecrets = arguments.flag("--with-secrets", "Shows password hashes and keys, too");
     auto const name = arguments.text("OPERATION", "The operation, as --list names it");
     auto const words = arguments.paths(
-        "ARGUMENTS", "Its arguments; JSON stands here itself, or as @FILE. The installation comes from the options");
+        "ARGUMENTS", "Its arguments; JSON stands here itself, or as @FILE (@-: standard input). The installation comes "
+                     "from the options");
     return [=](Context const& context)
     {
         if (*list)

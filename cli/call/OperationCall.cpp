@@ -79,9 +79,10 @@ QJsonObject CallArguments::nextObject()
     addSender(form, context_);
     QString const& name = argument().name;
     QString const word = nextWord();
-    bool const isFile = word.startsWith(u'@');
-    return readStrictly(
-        isFile ? word.mid(1) : name, isFile ? contentOf("JSON file", word.mid(1)) : word.toUtf8(), form);
+    bool const isFile = word.startsWith(u'@') || word == "-"_L1;
+    auto const [source, content] =
+        isFile ? given("JSON file", word.startsWith(u'@') ? word.mid(1) : word) : Given{name, word.toUtf8()};
+    return readStrictly(source, content, form);
 }
 
 void CallArguments::read(QString& id)

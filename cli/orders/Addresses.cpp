@@ -15,7 +15,7 @@ Action addresses(Arguments& /*arguments*/)
         auto const list = context.valueOf(context.connection().getShippingAddresses(context.installation()));
         showTable(
             context.output(), described(list.addresses),
-            {{u"Identifier"_s, u"ADDRESS"_s},
+            {{u"Identifier"_s, u"ADDRESS"_s, Cells::Copied},
              {u"Name"_s, u"NAME"_s},
              {u"Street"_s, u"STREET"_s},
              {u"PostalCode"_s, u"POSTAL CODE"_s},

@@ -20,7 +20,8 @@ Action articles(Arguments& /*arguments*/)
         {
             rows.push_back({number});
         }
-        context.output().show(QJsonArray::fromStringList(list.articleNumbers), tableText({u"ARTICLE"_s}, rows));
+        context.output().show(
+            QJsonArray::fromStringList(list.articleNumbers), tableText({{u"ARTICLE"_s, Cells::Copied}}, rows));
     };
 }
 

@@ -144,14 +144,15 @@ void describe(OrderFileInfo& file, Place const& place, QString const& folder, in
 
 OrderDraft readOrder(QString const& fileName, Context const& context)
 {
-    Place const items = Place(fileName).member(u"OrderItems"_s);
-    auto order = readStrictly(fileName, contentOf("order file", fileName), formOfOrder());
+    auto const [source, content] = given("order file", fileName);
+    Place const items = Place(source).member(u"OrderItems"_s);
+    auto order = readStrictly(source, content, formOfOrder());
     auto orderItems = order[u"OrderItems"].toArray();
     if (orderItems.isEmpty())
     {
         throw items.mistake(u"this is empty"_s);
     }
-    OrderDraft draft{.fileName = fileName};
+    OrderDraft draft{.fileName = source};
     draft.prices.installationReference = context.installation();
     for (qsizetype index = 0; index < orderItems.size(); ++index)
     {

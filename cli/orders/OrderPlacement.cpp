@@ -97,7 +97,7 @@ OrderFileLock::OrderFileLock(QString const& orderFile)
     if (descriptor_ >= 0 && ::flock(descriptor_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
     {
         ::close(descriptor_);
-        throw badInput(u"Another kelo is at work with the order file \"%1\"."_s.arg(orderFile));
+        throw badInput(u"Another kelo is at work with \"%1\"."_s.arg(orderFile));
     }
 }
 

@@ -27,7 +27,14 @@ QString moneyText(double amount)
 QString pricesText(std::vector<PriceInfoResponse> const& prices)
 {
     return tableOf(
-        {u"ARTICLE"_s, u"QUANTITY"_s, u"TEETH"_s, u"PRICE"_s, u"DISCOUNT"_s, u"CURRENCY"_s, u"VOUCHER"_s}, prices,
+        {{u"ARTICLE"_s, Cells::Copied},
+         u"QUANTITY"_s,
+         u"TEETH"_s,
+         u"PRICE"_s,
+         u"DISCOUNT"_s,
+         u"CURRENCY"_s,
+         u"VOUCHER"_s},
+        prices,
         [](PriceInfoResponse const& price) -> QStringList
         {
             // The service's own code; it has no wording here.
@@ -60,13 +67,14 @@ QString statusText(std::vector<OrderDetails> const& orders)
                  QString::number(static_cast<int>(item.getState()))});
         }
     }
-    return tableText({u"ORDER"_s, u"STATE"_s, u"ARTICLE"_s, u"TEETH"_s, u"ITEM STATE"_s}, rows);
+    return tableText(
+        {{u"ORDER"_s, Cells::Copied}, u"STATE"_s, {u"ARTICLE"_s, Cells::Copied}, u"TEETH"_s, u"ITEM STATE"_s}, rows);
 }
 
 QString shellsText(QList<TempShellFile> const& shells)
 {
     return tableOf(
-        {u"ID"_s, u"NAME"_s, u"BYTES"_s, u"ARTICLE"_s, u"TEETH"_s}, shells,
+        {{u"ID"_s, Cells::Copied}, u"NAME"_s, {u"BYTES"_s, Cells::Whole}, u"ARTICLE"_s, u"TEETH"_s}, shells,
         [](TempShellFile const& shell) -> QStringList
         {
             return {

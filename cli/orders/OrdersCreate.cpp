@@ -9,6 +9,7 @@
 #include "cli/orders/OrderView.h"
 #include "cli/shell/Arguments.h"
 #include "cli/shell/Context.h"
+#include "cli/shell/Failures.h"
 #include "cli/shell/Input.h"
 #include "cli/shell/Interruption.h"
 #include "cli/shell/Listing.h"
@@ -112,32 +113,23 @@ OrderDraft draftOf(OrderWish const& wish, Context const& context)
     return draft;
 }
 
-/// Of the order as the file holds it now; none if it holds none.
-QString fingerprintNow(OrderWish const& wish, Context const& context)
-{
-    try
-    {
-        return fingerprintOf(draftOf(wish, context).request);
-    }
-    catch (Failure const&)
-    {
-        return {};
-    }
-}
-
 void create(OrderWish const& wish, Context const& context)
 {
     OrderStateFile stateFile(wish.stateFile());
     auto const former = stateFile.load();
+    // A mistake in the order counts only where nothing is known of a former one.
+    std::optional<OrderDraft> draft;
+    Failures mistakes;
+    mistakes.attempt([&] { draft = draftOf(wish, context); });
     if (former)
     {
-        refuseRepetition(*former, fingerprintNow(wish, context), wish, context);
+        refuseRepetition(*former, draft ? fingerprintOf(draft->request) : QString(), wish, context);
     }
-    auto const draft = draftOf(wish, context);
+    mistakes.raise(1, {});
     stateFile.prepare();
-    auto const prices = pricesOf(draft, context);
+    auto const prices = pricesOf(*draft, context);
     tell(context, pricesText(prices));
-    auto state = placeOnce(draft.request, former, stateFile, wish, context);
+    auto state = placeOnce(draft->request, former, stateFile, wish, context);
     complete(state, stateFile, wish, context);
     showEnd(state, prices, context);
 }
@@ -165,23 +157,33 @@ void resume(QString const& reference, OrderWish const& wish, Context const& cont
 
 Action ordersCreate(Arguments& arguments)
 {
-    auto const file = arguments.requiredText("ORDER.json", "The order file");
+    auto const file = arguments.requiredText("ORDER.json", "The order file; - is standard input");
     auto const folder = arguments.text("--files", "The folder of the order's files; the order file's own unless given");
     auto const reference = arguments.text("--resume", "Goes on with this unfinished order instead of creating one");
-    auto const state = arguments.text("--state", "Where the order's state is kept; ORDER.json.kelo-order unless given");
+    auto const state = arguments.text(
+        "--state", "Where the order's state is kept; ORDER.json.kelo-order unless given, and needed with -");
     auto const chunkSize =
         arguments.number("--chunk-size", "The chunk size announced for the files; 1 MiB unless given", usualChunkSize);
     auto const again = arguments.flag(
         "--again", "Orders again though the state file tells of an order that is finished, or may exist");
     return [=](Context const& context)
     {
+        // The state cannot be kept beside what is read only once.
+        QFileInfo const place(*file);
+        bool const isStream = isStandardInput(*file) || (place.exists() && !place.isFile());
+        if (isStream && state->isEmpty())
+        {
+            throw badInput(u"Give --state: an order that comes from no file has no place for its state."_s);
+        }
         OrderWish const wish{
             .orderFile = *file,
-            .folder = folder->isEmpty() ? QFileInfo(*file).path() : *folder,
+            .folder = !folder->isEmpty() ? *folder
+                      : isStream         ? u"."_s
+                                         : place.path(),
             .statePath = *state,
             .chunkSize = *chunkSize,
             .isAgain = *again};
-        OrderFileLock const lock(wish.orderFile);
+        OrderFileLock const lock(isStream ? QFileInfo(*state).path() : wish.orderFile);
         if (reference->isNull())
         {
             create(wish, context);

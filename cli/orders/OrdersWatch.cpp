@@ -11,6 +11,7 @@
 #include "cli/orders/OrderView.h"
 #include "cli/shell/Arguments.h"
 #include "cli/shell/Context.h"
+#include "cli/shell/Input.h"
 #include "cli/shell/Listing.h"
 
 namespace cli
@@ -84,9 +85,10 @@ Action ordersWatch(Arguments& arguments)
 {
     auto const orders = arguments.texts("ORDER", "References of orders");
     auto const interval = arguments.number("--interval", "Seconds between two looks; 10 unless given", 10);
-    auto const last = arguments.number(
-        "--until", "Ends when every order has reached this state, a number; never unless given",
-        std::numeric_limits<int>::max());
+    auto const until = arguments.text(
+        "--until",
+        "Ends when every order has reached this state or a later one: a number, whose meaning is the service's own; "
+        "never unless given");
     return [=](Context const& context)
     {
         auto const references = orderReferences(*orders);
@@ -94,6 +96,7 @@ Action ordersWatch(Arguments& arguments)
         {
             throw badInput(u"The interval %1 is not positive."_s.arg(*interval));
         }
+        int const last = until->isNull() ? std::numeric_limits<int>::max() : serviceNumber("state", *until);
         QJsonValue shown;
         Watch watch(references, *interval, context);
         for (;;)
@@ -104,7 +107,7 @@ Action ordersWatch(Arguments& arguments)
                 context.output().show(json, statusText(status));
                 shown = json;
             }
-            if (haveReached(status, *last))
+            if (haveReached(status, last))
             {
                 return;
             }

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <numeric>
 #include <system_error>
-#include <vector>
 
 #include <QDir>
 #include <QFile>
@@ -17,7 +16,9 @@
 
 #include "cli/shell/Arguments.h"
 #include "cli/shell/Context.h"
+#include "cli/shell/Failures.h"
 #include "cli/shell/Input.h"
+#include "cli/shell/OutputFile.h"
 #include "cli/shell/Progress.h"
 
 namespace cli
@@ -44,7 +45,8 @@ QStringList localNames(Shells const& shells)
     QStringList names;
     for (auto const& shell : shells)
     {
-        auto const isFree = [&names](QString const& name) { return isFileName(name) && !names.contains(name); };
+        auto const isFree = [&names](QString const& name)
+        { return isFileName(name) && !names.contains(name, Qt::CaseInsensitive); };
         QString name = isFree(shell.getFileName()) ? shell.getFileName() : shell.getFileId() + ".stl"_L1;
         for (qsizetype number = names.size() + 1; !isFree(name); ++number)
         {
@@ -65,16 +67,6 @@ QString shellId(TempShellFile const& shell)
     catch (Failure const& failure)
     {
         throw failure.with(ExitCode::NoConnection);
-    }
-}
-
-void checkPlace(QString const& path, bool mayReplace)
-{
-    QFileInfo const place(path);
-    if ((place.exists() || place.isSymLink()) && !(mayReplace && place.isFile()))
-    {
-        QString const advice = place.isFile() ? u"; --overwrite replaces it"_s : QString();
-        throw Failure(ExitCode::FileFailed, u"\"%1\" is there already%2."_s.arg(path, advice));
     }
 }
 
@@ -140,37 +132,25 @@ void download(Shells const& shells, QString const& folder, bool mayReplace, Cont
     Progress progress(context.output(), u"Downloaded"_s, static_cast<int>(shells.size()), bytes);
     auto const names = localNames(shells);
     QJsonArray stored;
-    std::vector<Failure> failures;
+    Failures failures;
     for (qsizetype index = 0; index < shells.size(); ++index)
     {
         QString const path = QDir(folder).filePath(names[index]);
-        try
+        bool const isStored = failures.attempt(
+            [&]
+            {
+                checkPlace(path, mayReplace);
+                progress.begin(names[index]);
+                store(shells[index], path, context);
+                progress.finish(shells[index].getFileSize());
+            });
+        if (isStored)
         {
-            checkPlace(path, mayReplace);
-            progress.begin(names[index]);
-            store(shells[index], path, context);
-            progress.finish(shells[index].getFileSize());
             stored.append(QJsonObject{{u"Id"_s, shells[index].getFileId()}, {u"File"_s, path}});
-        }
-        catch (Failure const& failure)
-        {
-            failures.push_back(failure);
         }
     }
     context.output().show(stored, {});
-    if (!failures.empty())
-    {
-        QStringList reasons;
-        for (auto const& failure : failures)
-        {
-            reasons << failure.message();
-        }
-        QString const text = shells.size() == 1 ? reasons.first()
-                                                : u"%1 of %2 shells were not stored: %3"_s.arg(
-                                                    QString::number(failures.size()), QString::number(shells.size()),
-                                                    reasons.join(u' '));
-        throw failures.front().told(text);
-    }
+    failures.raise(shells.size(), u"shells were not stored"_s);
 }
 
 } // namespace

@@ -59,7 +59,7 @@ QString filesText(std::vector<mirashare::CaseFileId> const& files)
 {
     return files.empty() ? QString()
                          : tableOf(
-                             {u"FILE"_s, u"NAME"_s}, files,
+                             {{u"FILE"_s, Cells::Copied}, u"NAME"_s}, files,
                              [](mirashare::CaseFileId const& file) {
                                  return QStringList{file.id, file.name};
                              });

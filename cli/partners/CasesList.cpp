@@ -19,15 +19,15 @@ Action casesList(Arguments& arguments)
             context.connection().getPartnerCases(context.installation(), identifier("patient id", *patient)));
         showTable(
             context.output(), described(cases),
-            {{u"CaseId"_s, u"CASE"_s},
+            {{u"CaseId"_s, u"CASE"_s, Cells::Copied},
              {u"CaseStatus"_s, u"STATUS"_s},
              {u"CreatedAt"_s, u"CREATED"_s},
-             {u"PartnerId"_s, u"PARTNER"_s},
+             {u"PartnerId"_s, u"PARTNER"_s, Cells::Copied},
              {u"PartnerName"_s, u"PARTNER NAME"_s},
-             {u"PartnerConnectionId"_s, u"CONNECTION"_s},
+             {u"PartnerConnectionId"_s, u"CONNECTION"_s, Cells::Copied},
              {u"PartnerConnectionUserName"_s, u"USER"_s},
              {u"AllowCaseUpdates"_s, u"UPDATES"_s},
-             {u"PartnerPlatformCaseId"_s, u"CASE THERE"_s}});
+             {u"PartnerPlatformCaseId"_s, u"CASE THERE"_s, Cells::Copied}});
     };
 }
 

@@ -26,7 +26,8 @@ Action casesRefresh(Arguments& arguments)
         }
         auto const states =
             context.valueOf(context.connection().updatePartnerCasesStatus(context.installation(), cases));
-        showTable(context.output(), described(states), {{u"CaseId"_s, u"CASE"_s}, {u"Status"_s, u"STATUS"_s}});
+        showTable(
+            context.output(), described(states), {{u"CaseId"_s, u"CASE"_s, Cells::Copied}, {u"Status"_s, u"STATUS"_s}});
     };
 }
 

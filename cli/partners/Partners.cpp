@@ -8,8 +8,10 @@
 
 #include "cli/shell/Arguments.h"
 #include "cli/shell/Context.h"
+#include "cli/shell/Failures.h"
 #include "cli/shell/Listing.h"
 #include "cli/shell/OutputFile.h"
+#include "cli/shell/Progress.h"
 
 namespace cli
 {
@@ -45,34 +47,56 @@ void checkFolder(QString const& path)
     }
 }
 
-/// Writes the logos that there are; the paths by the partners' ids.
-QHash<QString, QString> writeLogos(std::vector<PartnerInfo> const& partners, QString const& folder)
+void writeLogo(QImage const& logo, QString const& path, bool mayReplace)
 {
-    QHash<QString, QString> paths;
-    QSet<QString> taken;
-    for (auto const& partner : partners)
+    checkPlace(path, mayReplace);
+    QBuffer png;
+    if (!logo.save(&png, "PNG"))
     {
-        if (partner.getLogo())
+        throw Failure(ExitCode::FileFailed, u"Cannot make the logo \"%1\"."_s.arg(path));
+    }
+    constexpr mode_t forAll = 0644;
+    OutputFile("logo", path, forAll).write(png.data());
+}
+
+/// Where the logos are, as far as there are any and they could be written.
+class Logos
+{
+public:
+    Logos(std::vector<PartnerInfo> const& partners, QString const& folder, bool mayReplace)
+    {
+        QSet<QString> taken;
+        for (auto const& partner : partners)
         {
-            QString const path = QDir(folder).filePath(logoName(partner.getId(), taken));
-            QBuffer png;
-            if (!partner.getLogo()->save(&png, "PNG"))
+            if (auto const logo = partner.getLogo())
             {
-                throw Failure(ExitCode::FileFailed, u"Cannot make the logo \"%1\"."_s.arg(path));
+                QString const path = QDir(folder).filePath(logoName(partner.getId(), taken));
+                ++count_;
+                if (failures_.attempt([&] { writeLogo(*logo, path, mayReplace); }))
+                {
+                    paths_.insert(partner.getId(), path);
+                }
             }
-            constexpr mode_t forAll = 0644;
-            OutputFile("logo", path, forAll).write(png.data());
-            paths.insert(partner.getId(), path);
         }
     }
-    return paths;
-}
+
+    QString pathOf(QString const& partnerId) const { return paths_.value(partnerId); }
+
+    /// Throws a Failure if some could not be written.
+    void check() const { failures_.raise(count_, u"logos were not written"_s); }
+
+private:
+    QHash<QString, QString> paths_;
+    Failures failures_;
+    qsizetype count_ = 0;
+};
 
 } // namespace
 
 Action partnersList(Arguments& arguments)
 {
     auto const folder = arguments.text("--logos", "Writes the partners' logos to this folder, as PNG files");
+    auto const mayReplace = arguments.flag("--overwrite", "Replaces logos that are there already");
     return [=](Context const& context)
     {
         bool const withLogos = !folder->isNull();
@@ -80,29 +104,32 @@ Action partnersList(Arguments& arguments)
         {
             checkFolder(*folder);
         }
-        auto const partners = context.valueOf(context.connection().getPartners(context.installation(), withLogos));
-        auto const paths = withLogos ? writeLogos(partners, *folder) : QHash<QString, QString>();
+        Waiting const waiting([] { return u"Fetching the partners"_s; });
+        auto const partners =
+            context.valueOf(waiting.until(context.connection().getPartners(context.installation(), withLogos)));
+        Logos const logos(partners, *folder, *mayReplace);
         QJsonArray json;
         for (auto const& partner : partners)
         {
             auto object = jsonSerializer::describe(partner);
             if (withLogos)
             {
-                object.insert(u"Logo"_s, paths.value(partner.getId()));
+                object.insert(u"Logo"_s, logos.pathOf(partner.getId()));
             }
             json.append(object);
         }
         std::vector<Column> columns{
-            {u"PartnerId"_s, u"PARTNER"_s},
+            {u"PartnerId"_s, u"PARTNER"_s, Cells::Copied},
             {u"PartnerName"_s, u"NAME"_s},
             {u"ShouldAnonymizeCaseData"_s, u"ANONYMIZE"_s},
             {u"ShouldCreatePartnerConnection"_s, u"CONNECT FIRST"_s},
             {u"CreatePartnerConnectionUrl"_s, u"CONNECT AT"_s}};
         if (withLogos)
         {
-            columns.push_back({u"Logo"_s, u"LOGO"_s});
+            columns.push_back({u"Logo"_s, u"LOGO"_s, Cells::Copied});
         }
         showTable(context.output(), json, columns);
+        logos.check();
     };
 }
 

@@ -22,7 +22,9 @@ Action connectionsList(Arguments& /*arguments*/)
         };
         context.output().show(
             described(partners),
-            tableOf({u"CONNECTION"_s, u"PARTNER"_s, u"ZIP CODE"_s, u"STATUS"_s, u"STARTED BY"_s}, partners, rowOf));
+            tableOf(
+                {{u"CONNECTION"_s, Cells::Copied}, u"PARTNER"_s, u"ZIP CODE"_s, u"STATUS"_s, u"STARTED BY"_s}, partners,
+                rowOf));
     };
 }
 

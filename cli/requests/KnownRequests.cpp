@@ -1,6 +1,7 @@
 #include "cli/requests/KnownRequests.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include <QFile>
 #include <QJsonDocument>
@@ -17,11 +18,6 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-auto hasId(QString const& id)
-{
-    return [id](collaboration::RequestInfo const& request) { return request.requestId == id; };
-}
-
 Form formOfFile()
 {
     using jsonSerializer::ValueKind;
@@ -32,7 +28,8 @@ Form formOfFile()
         .kind = ValueKind::Record,
         .parts = {
             {.key = u"Installation"_s, .isRequired = true},
-            {.key = u"Requests"_s, .kind = ValueKind::List, .isRequired = true, .parts = {request}}}};
+            {.key = u"Requests"_s, .kind = ValueKind::List, .isRequired = true, .parts = {request}},
+            {.key = u"Unshown"_s, .kind = ValueKind::List, .parts = {Form{}}}}};
 }
 
 } // namespace
@@ -58,7 +55,11 @@ KnownRequests::KnownRequests(QString const& path, QString const& installation) :
     }
     for (auto const& entry : json[u"Requests"].toArray())
     {
-        requests_.push_back(jsonSerializer::fromDescription<collaboration::RequestInfo>(entry.toObject()));
+        put(jsonSerializer::fromDescription<collaboration::RequestInfo>(entry.toObject()), true);
+    }
+    for (auto const& id : json[u"Unshown"].toArray())
+    {
+        unshown_.insert(id.toString());
     }
 }
 
@@ -72,34 +73,38 @@ RequestList KnownRequests::ofTypes(std::vector<collaboration::RequestType> const
     return list;
 }
 
-bool KnownRequests::contains(QString const& requestId) const
+bool KnownRequests::isShown(QString const& requestId) const
 {
-    return std::any_of(requests_.begin(), requests_.end(), hasId(requestId));
+    return requests_.contains(requestId) && !unshown_.contains(requestId);
 }
 
 void KnownRequests::remove(QString const& requestId)
 {
-    std::erase_if(requests_, hasId(requestId));
+    requests_.remove(requestId);
+    unshown_.erase(requestId);
 }
 
-void KnownRequests::put(collaboration::RequestInfo const& request)
+void KnownRequests::put(collaboration::RequestInfo const& request, bool isShown)
 {
-    auto const found = std::find_if(requests_.begin(), requests_.end(), hasId(request.requestId));
-    if (found == requests_.end())
+    if (isShown)
     {
-        requests_.push_back(request);
+        unshown_.erase(request.requestId);
     }
-    else
+    else if (!requests_.contains(request.requestId))
     {
-        *found = request;
+        unshown_.insert(request.requestId);
     }
+    requests_.insert(request.requestId, request);
 }
 
 void KnownRequests::save()
 {
     if (file_)
     {
-        QJsonObject const json{{u"Installation"_s, installation_}, {u"Requests"_s, described(requests_)}};
+        QJsonObject const json{
+            {u"Installation"_s, installation_},
+            {u"Requests"_s, described(requests_)},
+            {u"Unshown"_s, QJsonArray::fromStringList({unshown_.begin(), unshown_.end()})}};
         file_->write(QJsonDocument(json).toJson());
     }
 }

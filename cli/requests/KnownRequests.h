@@ -1,8 +1,10 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <vector>
 
+#include <QMap>
 #include <QString>
 
 #include <KeloCommunicationLib/collaboration/RequestRecords.h>
@@ -22,15 +24,14 @@ public:
     /// installation, not readable, or not writable later on. With an empty path nothing is known and nothing is kept.
     KnownRequests(QString const& path, QString const& installation);
 
-    RequestList const& all() const { return requests_; }
-
     /// Those of the given types; of all when no type is given.
     RequestList ofTypes(std::vector<collaboration::RequestType> const& types) const;
-    bool contains(QString const& requestId) const;
+    /// Whether people have seen it; a referral of one's own is known without that.
+    bool isShown(QString const& requestId) const;
 
     void remove(QString const& requestId);
-    /// Adds the request, or replaces the one with its id.
-    void put(collaboration::RequestInfo const& request);
+    /// Adds the request, or replaces the one with its id; what was shown once stays so.
+    void put(collaboration::RequestInfo const& request, bool isShown);
 
     /// Replaces the file in one step, so that an interrupted run leaves the earlier one. Throws a Failure.
     void save();
@@ -38,7 +39,8 @@ public:
 private:
     std::optional<OutputFile> file_;
     QString installation_;
-    RequestList requests_;
+    QMap<QString, collaboration::RequestInfo> requests_;
+    std::set<QString> unshown_;
 };
 
 } // namespace cli

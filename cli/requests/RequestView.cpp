@@ -74,7 +74,7 @@ QString statusText(collaboration::RequestStatus status)
 QString listText(std::vector<collaboration::RequestInfo> const& requests)
 {
     return tableOf(
-        {u"REQUEST"_s, u"TYPE"_s, u"TRANSACTION"_s}, requests,
+        {{u"REQUEST"_s, Cells::Copied}, u"TYPE"_s, {u"TRANSACTION"_s, Cells::Copied}}, requests,
         [](collaboration::RequestInfo const& request) {
             return QStringList{request.requestId, nameOf(request.requestType), request.transactionId};
         });
@@ -108,17 +108,27 @@ QString detailsText(collaboration::ExtendedRequestDetails const& request)
     }
     if (!details.files.empty())
     {
-        text += u'\n'
-                + tableOf({u"FILE"_s, u"NAME"_s, u"TYPE"_s, u"BYTES"_s, u"SEEN"_s, u"FROM"_s}, details.files, fileRow);
+        text +=
+            u'\n'
+            + tableOf(
+                {{u"FILE"_s, Cells::Copied}, u"NAME"_s, u"TYPE"_s, {u"BYTES"_s, Cells::Whole}, u"SEEN"_s, u"FROM"_s},
+                details.files, fileRow);
     }
     return details.noteInfos.empty() ? text : text + u'\n' + notesText(details.noteInfos);
 }
 
-QStringList const& summaryHeader()
+std::vector<Heading> summaryHeader()
 {
-    static QStringList const header{u"REQUEST"_s, u"TYPE"_s,    u"KEY"_s,   u"STATUS"_s, u"DUE"_s,
-                                    u"PARTNER"_s, u"PATIENT"_s, u"FILES"_s, u"NOTES"_s};
-    return header;
+    return {
+        {u"REQUEST"_s, Cells::Copied},
+        u"TYPE"_s,
+        {u"KEY"_s, Cells::Copied},
+        u"STATUS"_s,
+        {u"DUE"_s, Cells::Whole},
+        u"PARTNER"_s,
+        u"PATIENT"_s,
+        u"FILES"_s,
+        u"NOTES"_s};
 }
 
 QStringList summaryRow(collaboration::ExtendedRequestDetails const& request)
@@ -138,11 +148,14 @@ QStringList summaryRow(collaboration::ExtendedRequestDetails const& request)
 
 QString notesText(std::vector<collaboration::NoteInfo> const& notes)
 {
-    return tableOf(
-        {u"TIME"_s, u"FROM"_s, u"NOTE"_s}, notes,
-        [](collaboration::NoteInfo const& note) {
-            return QStringList{shortTime(note.createdAt), author(note.createdBy, note.isCreator), note.text};
-        });
+    // Not in a table, which may be shortened: notes are there to be read.
+    QString text;
+    for (auto const& note : notes)
+    {
+        text += u"%1  %2\n    %3\n"_s.arg(
+            shortTime(note.createdAt), printable(author(note.createdBy, note.isCreator)), printable(note.text));
+    }
+    return text;
 }
 
 } // namespace cli

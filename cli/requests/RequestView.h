@@ -7,6 +7,8 @@
 
 #include <KeloCommunicationLib/collaboration/ExtendedRequestDetails.h>
 
+#include "cli/shell/Output.h"
+
 /// How requests look for people.
 namespace cli
 {
@@ -17,7 +19,7 @@ QString listText(std::vector<collaboration::RequestInfo> const& requests);
 QString detailsText(collaboration::ExtendedRequestDetails const& request);
 
 /// A request as a row of a table with these columns.
-QStringList const& summaryHeader();
+std::vector<Heading> summaryHeader();
 QStringList summaryRow(collaboration::ExtendedRequestDetails const& request);
 
 QString notesText(std::vector<collaboration::NoteInfo> const& notes);

@@ -91,7 +91,7 @@ void show(Context const& context, QJsonObject const& created)
         return QStringList{file[u"Id"].toString(), file[u"Name"].toString()};
     };
     context.output().show(
-        created, files.isEmpty() ? text : text + tableOf({u"UPLOAD SLOT"_s, u"NAME"_s}, files, rowOf));
+        created, files.isEmpty() ? text : text + tableOf({{u"UPLOAD SLOT"_s, Cells::Copied}, u"NAME"_s}, files, rowOf));
 }
 
 struct WishArguments

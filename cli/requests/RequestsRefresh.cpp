@@ -14,6 +14,7 @@
 #include "cli/shell/Context.h"
 #include "cli/shell/Input.h"
 #include "cli/shell/Listing.h"
+#include "cli/shell/Progress.h"
 
 namespace cli
 {
@@ -22,17 +23,68 @@ namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
-using RequestTypes = std::vector<collaboration::RequestType>;
+using collaboration::ExtendedRequestDetails;
+using collaboration::RequestInfo;
+using collaboration::RequestType;
+using RequestTypes = std::vector<RequestType>;
 
 struct Changes
 {
-    std::vector<collaboration::ExtendedRequestDetails> fresh;
-    std::vector<collaboration::ExtendedRequestDetails> changed;
-    QList<QString> removed;
+    std::vector<ExtendedRequestDetails> fresh = {};
+    std::vector<ExtendedRequestDetails> changed = {};
+    QList<QString> removed = {};
 };
 
+QString progressText(RequestDetailsRetriever const& retriever)
+{
+    auto const wanted = retriever.getRequests().size();
+    return wanted == 0 ? u"Asking for the list of requests"_s
+                       : u"%1 requests are new or have changed, the details of %2 are here"_s.arg(wanted).arg(
+                           retriever.getAllRequestDetails().size());
+}
+
+/// The requests' kinds arrive in any order; what is shown must not depend on it.
+std::vector<ExtendedRequestDetails> sortedDetails(RequestDetailsRetriever const& retriever)
+{
+    auto requests = retriever.getAllRequestDetails();
+    std::stable_sort(
+        requests.begin(), requests.end(),
+        [](auto const& left, auto const& right) { return left.requestType < right.requestType; });
+    return requests;
+}
+
+/// What is new against `known`, which is brought up to date.
+Changes takeOver(RequestDetailsRetriever const& retriever, KnownRequests& known)
+{
+    Changes changes;
+    for (QString const& id : retriever.getRemovedRequestIds())
+    {
+        if (known.isShown(id))
+        {
+            changes.removed << id;
+        }
+        known.remove(id);
+    }
+    QSet<QString> shown;
+    for (auto const& request : sortedDetails(retriever))
+    {
+        QString const& id = request.requestDetails.id;
+        shown.insert(id);
+        (known.isShown(id) ? changes.changed : changes.fresh).push_back(request);
+    }
+    // What was listed without coming is looked for again the next time; but the retriever leaves out own referrals.
+    for (RequestInfo const& request : retriever.getRequests())
+    {
+        if (shown.contains(request.requestId) || request.requestType == RequestType::Referral)
+        {
+            known.put(request, shown.contains(request.requestId));
+        }
+    }
+    return changes;
+}
+
 /// Lets the retriever find out what has happened since `known`; throws a Failure unless it got all of it.
-Changes retrieveChanges(Context const& context, RequestTypes const& types, KnownRequests const& known)
+Changes retrieveChanges(Context const& context, RequestTypes const& types, KnownRequests& known)
 {
     RequestDetailsRetriever retriever(context.connection());
     // A request that was closed since the last time is news as well.
@@ -41,35 +93,14 @@ Changes retrieveChanges(Context const& context, RequestTypes const& types, Known
     QObject::connect(&retriever, &RequestDetailsRetriever::finished, &loop, &QEventLoop::quit);
     QObject::connect(&retriever, &RequestDetailsRetriever::failed, &loop, &QEventLoop::quit);
     RequestList knownRequests = known.ofTypes(types);
-    retriever.getUpdates(types, knownRequests);
-    loop.exec();
+    {
+        Waiting const waiting([&retriever] { return progressText(retriever); });
+        retriever.getUpdates(types, knownRequests);
+        loop.exec();
+    }
     constexpr auto all = std::numeric_limits<std::size_t>::max();
     context.check(retriever.lastStatus(), Shape::List, all);
-    Changes changes{.fresh = {}, .changed = {}, .removed = retriever.getRemovedRequestIds()};
-    auto requests = retriever.getAllRequestDetails();
-    // The kinds' replies arrive in any order; what is shown must not depend on it.
-    std::stable_sort(
-        requests.begin(), requests.end(),
-        [](auto const& left, auto const& right) { return left.requestType < right.requestType; });
-    for (auto const& request : requests)
-    {
-        (known.contains(request.requestDetails.id) ? changes.changed : changes.fresh).push_back(request);
-    }
-    return changes;
-}
-
-void remember(KnownRequests& known, Changes const& changes)
-{
-    std::for_each(changes.removed.begin(), changes.removed.end(), [&known](QString const& id) { known.remove(id); });
-    for (auto const* requests : {&changes.fresh, &changes.changed})
-    {
-        for (auto const& request : *requests)
-        {
-            auto const& details = request.requestDetails;
-            known.put({details.id, details.transactionId, request.requestType});
-        }
-    }
-    known.save();
+    return takeOver(retriever, known);
 }
 
 QJsonObject changesJson(Changes const& changes)
@@ -95,10 +126,12 @@ QString changesText(Changes const& changes)
     {
         rows.push_back({u"removed"_s, id});
     }
+    auto header = summaryHeader();
+    header.insert(header.begin(), u"CHANGE"_s);
     QString const counts = u"%1 new, %2 changed, %3 removed\n"_s.arg(changes.fresh.size())
                                .arg(changes.changed.size())
                                .arg(changes.removed.size());
-    return rows.empty() ? counts : tableText(QStringList{u"CHANGE"_s} + summaryHeader(), rows) + counts;
+    return rows.empty() ? counts : tableText(header, rows) + counts;
 }
 
 } // namespace
@@ -114,7 +147,7 @@ Action requestsRefresh(Arguments& arguments)
         KnownRequests known(*file, context.installation());
         auto const changes = retrieveChanges(context, types, known);
         context.output().show(changesJson(changes), changesText(changes));
-        remember(known, changes);
+        known.save();
     };
 }
 

@@ -1,6 +1,9 @@
 #include "cli/shell/Input.h"
 
 #include <algorithm>
+#include <utility>
+
+#include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -139,6 +142,18 @@ QString nameOf(KeloCommunicationLib::CatalogUpdateState state)
     return state == State::Optional ? u"Optional"_s : state == State::Mandatory ? u"Mandatory"_s : u"NoUpdate"_s;
 }
 
+int serviceNumber(char const* what, QString const& text)
+{
+    bool isNumber = false;
+    int const number = text.toInt(&isNumber);
+    if (!isNumber)
+    {
+        throw badInput(
+            u"The %1 \"%2\" is no number: the service has no words for it."_s.arg(QLatin1String(what), text));
+    }
+    return number;
+}
+
 PatientGender::Gender gender(QString const& text)
 {
     return static_cast<PatientGender::Gender>(
@@ -179,6 +194,44 @@ QByteArray contentOf(char const* what, QString const& path)
         throw badInput(u"Cannot read the %1 \"%2\": %3."_s.arg(QLatin1String(what), path, file.errorString()));
     }
     return content;
+}
+
+bool isStandardInput(QString const& path)
+{
+    return path == "-"_L1 || path == "/dev/stdin"_L1;
+}
+
+Given given(char const* what, QString const& path)
+{
+    bool const isInput = isStandardInput(path);
+    QString const source = isInput ? u"standard input"_s : path;
+    static bool wasInputTaken = false;
+    if (isInput && std::exchange(wasInputTaken, true))
+    {
+        throw badInput(u"Standard input cannot be read a second time, as the %1."_s.arg(QLatin1String(what)));
+    }
+    QFile file(path);
+    bool const isOpen = isInput ? file.open(STDIN_FILENO, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+    constexpr qint64 longest = qint64(256) << 20;
+    QByteArray content;
+    while (isOpen && content.size() <= longest)
+    {
+        QByteArray const piece = file.read(1 << 16);
+        if (piece.isEmpty())
+        {
+            break;
+        }
+        content += piece;
+    }
+    if (file.error() != QFileDevice::NoError)
+    {
+        throw badInput(u"Cannot read the %1 \"%2\": %3."_s.arg(QLatin1String(what), source, file.errorString()));
+    }
+    if (content.size() > longest)
+    {
+        throw badInput(u"The %1 \"%2\" is longer than 256 MiB."_s.arg(QLatin1String(what), source));
+    }
+    return {source, content};
 }
 
 rest::MappedFile fileToSend(QString const& path)

@@ -33,6 +33,9 @@ QString nameOf(ConnectionStatus status);
 
 QString nameOf(KeloCommunicationLib::CatalogUpdateState state);
 
+/// A status or state for which the service has numbers, and no words.
+int serviceNumber(char const* what, QString const& text);
+
 /// A gender by its name, in any case; none for an empty text.
 PatientGender::Gender gender(QString const& text);
 
@@ -44,6 +47,19 @@ QDate day(char const* what, QString const& text);
 
 /// The bytes of a file; `what` names its role in the Failure for one that cannot be read.
 QByteArray contentOf(char const* what, QString const& path);
+
+/// Whether standard input is meant: "-" or its device.
+bool isStandardInput(QString const& path);
+
+/// What people give in a file: in a regular one, in a pipe or device, or on standard input ("-").
+struct Given
+{
+    QString source; ///< as messages name it
+    QByteArray content;
+};
+
+/// As `contentOf`, of whatever can be read. Standard input can be had once.
+Given given(char const* what, QString const& path);
 
 /// A file to be sent, which is not read into memory. Throws a Failure for one that cannot be read.
 rest::MappedFile fileToSend(QString const& path);

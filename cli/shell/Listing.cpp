@@ -36,10 +36,10 @@ QString cellText(QJsonValue const& value)
 
 void showTable(Output const& output, QJsonValue const& objects, std::vector<Column> const& columns)
 {
-    QStringList titles;
+    std::vector<Heading> header;
     for (Column const& column : columns)
     {
-        titles << column.title;
+        header.emplace_back(column.title, column.cells);
     }
     auto const rowOf = [&columns](QJsonValue const& object)
     {
@@ -50,7 +50,7 @@ void showTable(Output const& output, QJsonValue const& objects, std::vector<Colu
         }
         return row;
     };
-    output.show(objects, tableOf(titles, objects.toArray(), rowOf));
+    output.show(objects, tableOf(header, objects.toArray(), rowOf));
 }
 
 void showObject(Output const& output, QJsonObject const& object)

@@ -19,6 +19,7 @@ struct Column
 {
     QString key;
     QString title;
+    Cells cells = Cells::Read;
 };
 
 /// Records, or other values, in the service's own form.
@@ -42,7 +43,7 @@ QJsonValue described(T const& value)
 
 /// A row for each element below the header.
 template <class List, class Writer>
-QString tableOf(QStringList const& header, List const& list, Writer const& rowOf)
+QString tableOf(std::vector<Heading> const& header, List const& list, Writer const& rowOf)
 {
     std::vector<QStringList> rows;
     for (auto const& element : list)

@@ -4,12 +4,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <cwchar>
+#include <limits>
 #include <mutex>
+#include <numeric>
 #include <system_error>
+
+#include <sys/ioctl.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTextBoundaryFinder>
 
 namespace cli
 {
@@ -65,6 +70,89 @@ int displayWidth(QString const& text)
 QString padded(QString const& text, int width)
 {
     return text + QString(std::max(0, width - displayWidth(text)), u' ');
+}
+
+/// The text, or as much of it as has room with an ellipsis behind it. What is one character to people stays whole.
+QString shortened(QString const& text, int width)
+{
+    if (displayWidth(text) <= width)
+    {
+        return text;
+    }
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    qsizetype end = 0;
+    int left = width - 1;
+    for (qsizetype next = characters.toNextBoundary(); next >= 0; next = characters.toNextBoundary())
+    {
+        left -= displayWidth(text.mid(end, next - end));
+        if (left < 0)
+        {
+            break;
+        }
+        end = next;
+    }
+    return text.left(end) + u'\u2026';
+}
+
+constexpr int gap = 2; ///< between two columns
+
+/// Takes from the widest columns first, and from none that is at its floor, until the table is no wider than `room`.
+void squeeze(std::vector<int>& widths, std::vector<int> const& floors, int room)
+{
+    int excess = std::accumulate(widths.begin(), widths.end(), gap * (int(widths.size()) - 1)) - room;
+    for (; excess > 0; --excess)
+    {
+        std::size_t widest = 0;
+        int width = 0;
+        for (std::size_t column = 0; column < widths.size(); ++column)
+        {
+            if (widths[column] > floors[column] && widths[column] > width)
+            {
+                widest = column;
+                width = widths[column];
+            }
+        }
+        if (width == 0)
+        {
+            return;
+        }
+        --widths[widest];
+    }
+}
+
+/// The width of a column's title, and of its widest cell.
+std::pair<int, int> widthsOf(QString const& title, std::vector<QStringList> const& lines, qsizetype column, bool isFull)
+{
+    constexpr int widestAligned = 80; // where nothing is shortened a longer cell shifts the rest of its own line only
+    int widest = 0;
+    for (auto const& line : lines)
+    {
+        int const width = displayWidth(line.value(column));
+        widest = isFull && width > widestAligned ? widest : std::max(widest, width);
+    }
+    return {displayWidth(title), widest};
+}
+
+std::vector<int> columnWidths(
+    std::vector<Heading> const& header, std::vector<QStringList> const& lines, std::optional<int> room)
+{
+    constexpr int shortestTitle = 3;
+    constexpr int stillRead = 6;
+    std::vector<int> widths, withoutTitles, readable, copied, none(header.size(), 1);
+    for (Heading const& heading : header)
+    {
+        auto const [title, cells] = widthsOf(heading.title, lines, qsizetype(widths.size()), !room);
+        int const needed = std::max(cells, std::min(title, shortestTitle));
+        widths.push_back(std::max(cells, title));
+        withoutTitles.push_back(needed);
+        readable.push_back(heading.cells == Cells::Read ? std::min(needed, stillRead) : needed);
+        copied.push_back(heading.cells == Cells::Copied ? needed : 1);
+    }
+    for (auto const& floors : {withoutTitles, readable, copied, none})
+    {
+        squeeze(widths, floors, room.value_or(std::numeric_limits<int>::max()));
+    }
+    return widths;
 }
 
 QString jsonText(QJsonValue const& json)
@@ -123,36 +211,50 @@ QString printable(QString const& text)
     return escaped(text, false);
 }
 
-QString tableText(QStringList const& header, std::vector<QStringList> const& rows)
+std::optional<int> terminalWidth(int descriptor)
 {
-    std::vector<QStringList> lines{header};
-    for (auto const& row : rows)
+    if (::isatty(descriptor) != 1)
     {
-        QStringList& line = lines.emplace_back();
-        std::transform(row.begin(), row.end(), std::back_inserter(line), printable);
+        return std::nullopt;
     }
-    std::vector<int> widths(static_cast<std::size_t>(header.size()), 0);
-    for (auto const& line : lines)
-    {
-        for (qsizetype column = 0; column < line.size(); ++column)
+    winsize size = {};
+    bool const isTold = ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    int const columns = isTold ? size.ws_col : qEnvironmentVariableIntValue("COLUMNS");
+    return columns > 0 ? std::optional(columns) : std::nullopt;
+}
+
+QString tableText(std::vector<Heading> const& header, std::vector<QStringList> const& rows, std::optional<int> room)
+{
+    std::vector<QStringList> lines(rows.size());
+    std::transform(
+        rows.begin(), rows.end(), lines.begin(),
+        [](QStringList row)
         {
-            int& width = widths.at(static_cast<std::size_t>(column));
-            width = std::max(width, displayWidth(line[column]));
-        }
+            std::transform(row.begin(), row.end(), row.begin(), printable);
+            return row;
+        });
+    auto const widths = columnWidths(header, lines, room);
+    QStringList titles;
+    for (Heading const& heading : header)
+    {
+        // A part of a word says more without an ellipsis.
+        titles << heading.title.left(widths.at(static_cast<std::size_t>(titles.size())));
     }
+    lines.insert(lines.begin(), titles);
     QString text;
     for (auto const& line : lines)
     {
         QString aligned;
         for (qsizetype column = 0; column < line.size(); ++column)
         {
-            aligned += padded(line[column], widths.at(static_cast<std::size_t>(column)) + 2);
+            int const width = widths.at(static_cast<std::size_t>(column));
+            aligned += padded(room ? shortened(line[column], width) : line[column], width) + QString(gap, u' ');
         }
         while (aligned.endsWith(u' '))
         {
             aligned.chop(1);
         }
-        text += aligned + u'\n';
+        text += (room ? shortened(aligned, *room) : aligned) + u'\n';
     }
     return text;
 }
@@ -177,6 +279,7 @@ QString fieldsText(std::vector<std::pair<QString, QString>> const& fields)
 
 void Output::show(QJsonValue const& json, QString const& text) const
 {
+    drawStatusLine({});
     auto bytes = escaped(json_ ? jsonText(json) : text, true).toUtf8();
     if (!bytes.isEmpty() && !bytes.endsWith('\n'))
     {
@@ -228,10 +331,12 @@ void writeLastError(std::optional<Failure> const& failure, bool json)
 
 void drawStatusLine(QString const& text)
 {
+    // A line that breaks could not be taken away; many terminals break one that is full.
+    auto const width = terminalWidth(STDERR_FILENO);
     std::lock_guard const lock(errors().mutex);
     if (errors().hasStatusLine || !text.isEmpty())
     {
-        errors().write(text);
+        errors().write(width ? shortened(text, std::max(*width - 1, 1)) : text);
         errors().hasStatusLine = !text.isEmpty();
     }
 }

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include "cli/shell/Outcome.h"
 
@@ -210,6 +211,16 @@ void OutputFile::remove()
             require(::unlink(target_.constData()) == 0);
             syncFolderOf(target_);
         });
+}
+
+void checkPlace(QString const& path, bool mayReplace)
+{
+    QFileInfo const place(path);
+    if ((place.exists() || place.isSymLink()) && !(mayReplace && place.isFile()))
+    {
+        QString const advice = place.isFile() ? u"; --overwrite replaces it"_s : QString();
+        throw Failure(ExitCode::FileFailed, u"\"%1\" is there already%2."_s.arg(path, advice));
+    }
 }
 
 } // namespace cli

@@ -35,4 +35,8 @@ private:
     int direct_ = -1;
 };
 
+/// Throws a Failure if there is something at a place that was not given by name: unless it may be replaced, or if it is
+/// no regular file.
+void checkPlace(QString const& path, bool mayReplace);
+
 } // namespace cli

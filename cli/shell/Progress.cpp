@@ -1,6 +1,8 @@
 #include "cli/shell/Progress.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 #include <unistd.h>
 
@@ -16,18 +18,30 @@ namespace
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int barWidth = 24;
+constexpr int barWidth = 12;
 
 QString sizeText(qint64 bytes)
 {
     return QLocale::c().formattedDataSize(bytes, 1);
 }
 
+QString durationText(qint64 seconds)
+{
+    return seconds < 100 ? u"%1 s"_s.arg(seconds)
+                         : u"%1:%2 min"_s.arg(seconds / 60).arg(seconds % 60, 2, 10, QChar(u'0'));
+}
+
+bool isOnTerminal()
+{
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
 } // namespace
 
 Progress::Progress(Output const& output, QString const& verb, int files, qint64 bytes)
-    : output_(output), verb_(verb), files_(files), bytes_(bytes), isTerminal_(::isatty(STDERR_FILENO) == 1)
+    : output_(output), verb_(verb), files_(files), bytes_(bytes), isTerminal_(isOnTerminal())
 {
+    clock_.start();
 }
 
 Progress::~Progress()
@@ -52,14 +66,13 @@ void Progress::finish(qint64 bytes)
     watched_.reset();
     ++filesDone_;
     bytesDone_ += bytes;
-    draw();
-    if (!isTerminal_ && !output_.isJson())
+    if (!output_.isJson())
     {
         output_.show({}, u"%1 %2 (%3)\n"_s.arg(verb_, printable(name_), sizeText(bytes)));
     }
 }
 
-void Progress::draw(qint64 bytesOfFile) const
+void Progress::draw(qint64 bytesOfFile)
 {
     if (!isTerminal_)
     {
@@ -71,10 +84,51 @@ void Progress::draw(qint64 bytesOfFile) const
                          : files_ > 0 ? static_cast<double>(filesDone_) / files_
                                       : 1;
     int const filled = static_cast<int>(share * barWidth);
-    drawStatusLine(u"[%1%2] %3/%4 files, %5 of %6  %7"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
+    drawStatusLine(u"[%1%2] %3/%4 files, %5 of %6%7  %8"_s.arg(QString(filled, u'#'), QString(barWidth - filled, u'.'))
                        .arg(filesDone_)
                        .arg(files_)
-                       .arg(sizeText(bytesDone), sizeText(bytes_), printable(name_)));
+                       .arg(sizeText(bytesDone), sizeText(bytes_), speedText(bytesDone), printable(name_)));
+}
+
+QString Progress::speedText(qint64 bytesDone)
+{
+    constexpr qint64 shortest = 1000;
+    constexpr qint64 longest = 5000;
+    Mark const now{clock_.elapsed(), bytesDone};
+    marks_.push_back(now);
+    while (now.milliseconds - marks_.front().milliseconds > longest)
+    {
+        marks_.pop_front();
+    }
+    qint64 const time = now.milliseconds - marks_.front().milliseconds;
+    if (time < shortest || now.bytes <= marks_.front().bytes)
+    {
+        return {};
+    }
+    double const speed = static_cast<double>(now.bytes - marks_.front().bytes) * 1000 / static_cast<double>(time);
+    return u", %1/s, %2 left"_s.arg(
+        sizeText(static_cast<qint64>(speed)),
+        durationText(static_cast<qint64>(std::ceil(static_cast<double>(bytes_ - bytesDone) / speed))));
+}
+
+Waiting::Waiting(std::function<QString()> text) : text_(std::move(text))
+{
+    clock_.start();
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { draw(); });
+    timer_.start(interval);
+}
+
+Waiting::~Waiting()
+{
+    drawStatusLine({});
+}
+
+void Waiting::draw() const
+{
+    if (isOnTerminal())
+    {
+        drawStatusLine(u"%1, %2"_s.arg(text_(), durationText((clock_.elapsed() + 500) / 1000)));
+    }
 }
 
 } // namespace cli

@@ -19,6 +19,13 @@ TEST_F(AccountsCli, PartnersAndTheirLogos)
     EXPECT_EQ(keloJson({"partners", "--logos", logos}).array().size(), 4);
     EXPECT_EQ(QDir(logos).entryList(QDir::Files), QStringList({"PLT-11.png", "PLT-12.png"}));
     EXPECT_TRUE(contentOf(logos + "/PLT-11.png").startsWith("\x89PNG"));
+    file("new/logos/PLT-11.png", "my own");
+    QFile::remove(logos + "/PLT-12.png");
+    auto const kept = kelo({"partners", "--logos", logos});
+    EXPECT_EQ(kept.exitCode, 4) << kept;
+    EXPECT_TRUE(kept.errors.startsWith("kelo: 1 of 2 logos were not written: ")) << kept;
+    EXPECT_EQ(contentOf(logos + "/PLT-11.png"), "my own");
+    EXPECT_TRUE(QFile::exists(logos + "/PLT-12.png"));
     EXPECT_EQ(keloJson({"partners", "accounts"}).array().size(), 3);
     EXPECT_TRUE(keloJson({"partners", "test", "PAC-301"})["IsConnected"].toBool());
     EXPECT_FALSE(keloJson({"partners", "test", "PAC-303"})["IsConnected"].toBool(true));
@@ -124,6 +131,11 @@ TEST_F(AccountsCli, EveryOperationCanBeCalled)
     auto const details =
         keloJson({"call", "getLabDesignRequestDetails", QString(R"({"RequestIds": ["%1"], "Type": 1})").arg(id)});
     EXPECT_TRUE(details.toJson().contains("jaw.stl")) << details.toJson().toStdString();
+    for (auto const* word : {"-", "@-", "@/dev/stdin"})
+    {
+        auto const piped = R"(echo '{"RequestIds": ["%1"], "Type": 1}' | kelo call getLabDesignRequestDetails %2)";
+        EXPECT_EQ(run("sh", {"-c", QString(piped).arg(id, word)}).json(), details) << word;
+    }
     auto const status =
         keloJson({"call", "updateCollaborationRequestStatus", QString(R"({"RequestId": "%1", "Status": 1})").arg(id)});
     EXPECT_EQ(status["HttpStatus"].toInt() / 100, 2);

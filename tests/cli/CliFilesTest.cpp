@@ -27,7 +27,7 @@ TEST_F(CliFiles, EveryFileIsWrittenAsAWholeOrNotAtAll)
          at("known"),
          R"({"Installation": "INST-1001", "Requests": []})",
          true},
-        {{"partners", "--logos", folder.path()}, at("PLT-11.png"), "precious", false},
+        {{"partners", "--overwrite", "--logos", folder.path()}, at("PLT-11.png"), "precious", false},
         {{"shells", "download", "ORD-000003", "--overwrite", "--into", folder.path()},
          at("tempshell-14-24.stl"),
          "precious",

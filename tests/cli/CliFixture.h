@@ -114,6 +114,11 @@ protected:
 
     QJsonArray journal() { return get("/_control/journal")["Requests"].toArray(); }
 
+    qsizetype journalled(QString const& operation)
+    {
+        return get("/_control/journal?operation=" + operation)["Requests"].toArray().size();
+    }
+
     QString partnerAction(QJsonObject const& action)
     {
         return post("/_control/partner-action", action)["RequestId"].toString();

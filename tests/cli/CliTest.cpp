@@ -24,13 +24,16 @@ TEST_F(Cli, ListsWhatTheServiceHas)
 TEST_F(Cli, RefreshShowsNewChangedAndRemovedRequests)
 {
     QStringList const refresh{"requests", "refresh", "--known", folder.filePath("known.json")};
+    auto const own = requestsOfTypes({7}).last()["RequestId"].toString();
     auto const first = keloJson(refresh);
     auto const seen = idsIn(first["New"], "Id");
     EXPECT_EQ(first["Changed"].toArray().size() + first["Removed"].toArray().size(), 0);
     // Only a referral that holds nothing of a partner stays out.
     EXPECT_EQ(seen.size(), requestsOfTypes({}).size() - 1);
     EXPECT_TRUE(first["New"][0]["PartnerName"].isString());
+    auto const details = journalled("getReferralRequestDetails");
     auto const second = keloJson(refresh);
+    EXPECT_EQ(journalled("getReferralRequestDetails"), details); // one's own are not fetched again and again
     EXPECT_EQ(idsIn(second["New"]) + idsIn(second["Changed"]) + idsIn(second["Removed"]), QStringList());
 
     auto const replied = partnerAction({{"Action", "reply"}, {"RequestId", firstOfType(1)}, {"Text", "See proposal."}});
@@ -57,6 +60,12 @@ TEST_F(Cli, RefreshShowsNewChangedAndRemovedRequests)
     EXPECT_EQ(idsIn(third["Removed"]), QStringList{withdrawn});
     EXPECT_EQ(third["Changed"][0]["NoteInfos"].toArray().last()["Text"], "See proposal.");
     EXPECT_EQ(kelo(refresh).output, "0 new, 0 changed, 0 removed\n");
+
+    EXPECT_FALSE(seen.contains(own));
+    partnerAction({{"Action", "reply"}, {"RequestId", own}});
+    EXPECT_EQ(idsIn(keloJson(refresh)["New"], "Id"), QStringList{own});
+    partnerAction({{"Action", "withdraw"}, {"RequestId", own}});
+    EXPECT_EQ(idsIn(keloJson(refresh)["Removed"]), QStringList{own});
 }
 
 TEST_F(Cli, CreatesRequestsOfEveryKindWithTheirFiles)
@@ -145,6 +154,54 @@ TEST_F(Cli, WhatTheServiceSendsCannotSteerTheTerminal)
     auto const lines = QString::fromUtf8(kelo({"requests", "refresh", "--type", "1"}).output).split('\n');
     auto const row = lines.filter(wide).value(0);
     EXPECT_EQ(lines[0].indexOf("FILES"), row.lastIndexOf("1", row.size() - 2) + wide.size()) << row.toStdString();
+}
+
+TEST_F(Cli, TablesFitTheTerminalAndKeepTheIds)
+{
+    QString const wide(100, QChar(0x5c71));
+    partnerAction({{"Action", "create"}, {"Type", 6}, {"PatientLastName", wide}});
+    struct Row
+    {
+        QString command;
+        QStringList ids;
+    };
+    Row const rows[] = {
+        {"requests refresh", idsIn(keloJson({"requests", "refresh"})["New"], "Id")},
+        {"requests list --all", idsIn(requestsOfTypes({}), "TransactionId")},
+        {"partners accounts", idsIn(keloJson({"partners", "accounts"}).array(), "PartnerConnectionId")},
+        {"orders status ORD-000001", {"ORD-000001"}}};
+    for (auto const& [command, ids] : rows)
+    {
+        auto const full = QString::fromUtf8(kelo(command.split(' ')).output);
+        EXPECT_FALSE(full.contains(QChar(0x2026)));
+        for (int const width : {200, 80, 60})
+        {
+            SCOPED_TRACE(command.toStdString() + ' ' + std::to_string(width));
+            auto const command80 = QString("stty cols %1; kelo %2").arg(width).arg(command);
+            auto const shown = QString::fromUtf8(run("script", {"-qec", command80, "/dev/null"}).output).remove('\r');
+            for (auto const& line : shown.split('\n'))
+            {
+                EXPECT_LE(line.size() + line.count(wide[0]), width) << line.toStdString();
+            }
+            for (auto const& id : ids)
+            {
+                EXPECT_TRUE(shown.contains(id)) << shown.toStdString();
+            }
+            EXPECT_EQ(shown.count('\n'), full.count('\n'));
+        }
+        // The long name costs its own line only.
+        EXPECT_LE(full.section('\n', 0, 0).size(), 200);
+    }
+}
+
+TEST_F(Cli, WhatTakesLongIsSeenToGoOn)
+{
+    fault({{"Operation", "getRequests"}, {"Kind", "delay"}, {"Milliseconds", 1300}});
+    fault({{"Operation", "getLabDesignRequestDetails"}, {"Kind", "delay"}, {"Milliseconds", 1300}});
+    auto const refresh = run("script", {"-qec", "kelo requests refresh --type 1", "/dev/null"});
+    auto const last = refresh.output.indexOf("\r\x1b[KCHANGE");
+    EXPECT_GT(refresh.output.indexOf("requests are new or have changed, the details of 0 are here, "), 0) << refresh;
+    EXPECT_TRUE(refresh.output.startsWith("Asking for the list of requests, ") && last > 0) << refresh;
 }
 
 TEST_F(Cli, HelpShowsAnExampleOfEveryCommand)

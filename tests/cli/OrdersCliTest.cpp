@@ -37,16 +37,6 @@ protected:
         return finished(*process);
     }
 
-    int calls(QString const& operation)
-    {
-        int count = 0;
-        for (auto const& call : journal())
-        {
-            count += call[QLatin1String("Operation")] == operation ? 1 : 0;
-        }
-        return count;
-    }
-
     /// The orders made by the shell tool, as the service stores them.
     QJsonArray placedOrders()
     {
@@ -78,7 +68,13 @@ TEST_F(OrdersCli, PlacesAnOrderFromItsPricesToItsShells)
     EXPECT_EQ(prices[0]["VoucherMessage"], "MSG_VOUCHER_100");
     EXPECT_EQ(prices[0]["VoucherDiscountPrice"], 94.5);
     EXPECT_EQ(prices[1]["ArticlePrice"], 44.67);
-    EXPECT_EQ(calls("createOrder"), 0);
+    EXPECT_EQ(journalled("createOrder"), 0);
+    auto const piped = R"(cat "$0" | kelo orders )";
+    for (auto const& [rest, exitCode] :
+         {std::pair{"price -", 0}, {"price /dev/stdin", 0}, {"price - <\"$0\"", 0}, {"create -", 2}})
+    {
+        EXPECT_EQ(run("sh", {"-c", QString(piped) + rest, create[2]}).exitCode, exitCode) << rest;
+    }
 
     auto const created = keloJson(create);
     auto const reference = created["OrderReference"].toString();
@@ -94,13 +90,16 @@ TEST_F(OrdersCli, PlacesAnOrderFromItsPricesToItsShells)
     }
     EXPECT_EQ(placed[0]["Request"]["OrderItems"][0]["CadStatus"], "3");
     EXPECT_EQ(kelo(create + QStringList{"--resume", reference}).exitCode, 2); // it is finished
+    auto const dry = QString(R"(kelo orders create - --files "$1" --state "$1/state" <"$0")");
+    EXPECT_EQ(run("sh", {"-c", dry, create[2], folder.path()}).exitCode, 0);
+    EXPECT_EQ(run("sh", {"-c", dry, create[2], folder.path()}).exitCode, 2); // it would be a second one
 
     EXPECT_EQ(kelo({"shells", "download", reference, "--into", folder.path()}).exitCode, 1); // not ready
     fault({{"Operation", "getOrderStatus"}, {"Kind", "delay"}});                             // the first look succeeds
     fault({{"Operation", "getOrderStatus"}, {"Kind", "drop"}});
-    auto const looks = calls("getOrderStatus");
+    auto const looks = journalled("getOrderStatus");
     auto const watching = started(KELO_PROGRAM, {"orders", "watch", reference, "--until", "2", "--interval", "1"});
-    EXPECT_TRUE(testkit::comesTrue([&] { return calls("getOrderStatus") >= looks + 2; }));
+    EXPECT_TRUE(testkit::comesTrue([&] { return journalled("getOrderStatus") >= looks + 2; }));
     post("/_control/partner-action", {{"Action", "advanceOrder"}, {"Reference", reference}});
     auto const watched = finished(*watching);
     EXPECT_EQ(watched.exitCode, 0) << watched;
@@ -162,13 +161,13 @@ TEST_F(OrdersCli, ABrokenUploadGoesOnWithoutASecondOrder)
     EXPECT_EQ(kelo(create + QStringList{"--resume", "ORD-000001"}).exitCode, 2);
 
     // What was announced is what is sent, or nothing.
-    auto const uploads = calls("uploadOrderFile");
+    auto const uploads = journalled("uploadOrderFile");
     auto const content = contentOf(folder.filePath("margin.stl"));
     file("margin.stl", QByteArray(content).replace("solid", "SOLID"));
     auto const changed = commandIn(broken);
     EXPECT_EQ(changed.exitCode, 2) << changed;
     EXPECT_TRUE(changed.errors.contains("margin.stl\" has changed")) << changed;
-    EXPECT_EQ(calls("uploadOrderFile"), uploads);
+    EXPECT_EQ(journalled("uploadOrderFile"), uploads);
 
     file("margin.stl", content);
     fault({{"Operation", "postFinishCadOrder"}, {"Kind", "status"}, {"Status", 503}});
@@ -176,8 +175,8 @@ TEST_F(OrdersCli, ABrokenUploadGoesOnWithoutASecondOrder)
     fault({{"Operation", "postFinishCadOrder"}, {"Kind", "delay"}, {"Milliseconds", 2000}});
     auto const resumed = commandIn(interrupted(SIGINT, 1, create + QStringList{"--resume", reference}));
     EXPECT_EQ(resumed.exitCode, 0) << resumed;
-    EXPECT_EQ(calls("uploadOrderFile"), uploads + 3);
-    EXPECT_EQ(calls("createOrder"), 1);
+    EXPECT_EQ(journalled("uploadOrderFile"), uploads + 3);
+    EXPECT_EQ(journalled("createOrder"), 1);
     auto const placed = placedOrders();
     ASSERT_EQ(placed.size(), 1);
     EXPECT_EQ(placed[0]["TimesCreated"], 1);
@@ -277,7 +276,7 @@ TEST_F(OrdersCli, SendsAFileToASlotAndFinishes)
     EXPECT_FALSE(contentOf(trace).contains("endsolid"));
     auto const onTerminal =
         run("script", {"-qec", KELO_PROGRAM " orders upload UPLOAD-000004 " + missing, "/dev/null"});
-    EXPECT_TRUE(onTerminal.output.contains("[########################] 0/1 files, 45 bytes of 45")) << onTerminal;
+    EXPECT_TRUE(onTerminal.output.contains("[############] 0/1 files, 45 bytes of 45")) << onTerminal;
     EXPECT_EQ(kelo({"orders", "finish", "ORD-000002"}).exitCode, 0);
     EXPECT_EQ(keloJson({"orders", "status", "ORD-000002"})[0]["State"], 1);
     EXPECT_EQ(kelo({"orders", "upload", "UPLOAD-000004", folder.path()}).exitCode, 2);
