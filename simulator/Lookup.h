@@ -37,6 +37,20 @@ Element& byId(IdList<Element>& list, QString const& id)
     return const_cast<Element&>(byId(std::as_const(list), id));
 }
 
+/// The element that belongs to the installation; throws a Refusal when there is none.
+template <typename List>
+auto const& ofInstallation(List const& list, QString const& installation)
+{
+    auto const found = std::find_if(
+        list.begin(), list.end(),
+        [&installation](auto const& element) { return element.installation == installation; });
+    if (found == list.end())
+    {
+        throw Refusal(Reason::UnknownId, installation);
+    }
+    return *found;
+}
+
 /// Those of the elements that belong to the installation, each in its wire form.
 template <typename List, typename ToJson>
 QJsonArray jsonOfInstallation(List const& list, QString const& installation, ToJson toJson)

@@ -1,12 +1,8 @@
 #include "simulator/State.h"
 
 #include "simulator/Routing.h"
-#include "simulator/resources/Account.h"
-#include "simulator/resources/Catalog.h"
-#include "simulator/resources/Documents.h"
 #include "simulator/resources/Prices.h"
 #include "simulator/resources/Shells.h"
-#include "simulator/resources/Users.h"
 
 namespace simulator
 {
@@ -42,14 +38,14 @@ std::vector<Family> const& families()
         {collaborationRoutes, seedCollaboration},
         {caseRoutes, seedCases},
         {partnerRoutes, seedPartners},
-        {accountRoutes},
-        {documentRoutes},
-        {userRoutes},
+        {accountRoutes, seedAccounts},
+        {documentRoutes, seedDocuments},
+        {userRoutes, seedUsers},
         {statisticsRoutes},
         {orderRoutes, seedOrders},
         {priceRoutes},
         {shellRoutes},
-        {catalogRoutes},
+        {catalogRoutes, seedCatalogs},
     };
     return rows;
 }

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "simulator/resources/Account.h"
 #include "simulator/resources/Cases.h"
+#include "simulator/resources/Catalog.h"
 #include "simulator/resources/Collaboration.h"
+#include "simulator/resources/Documents.h"
 #include "simulator/resources/Orders.h"
 #include "simulator/resources/Partners.h"
 #include "simulator/resources/Statistics.h"
+#include "simulator/resources/Users.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -31,6 +35,10 @@ struct State
     Orders orders;
     Partners partners;
     Statistics statistics;
+    Accounts accounts;
+    Documents documents;
+    Users users;
+    std::vector<Catalog> catalogs;
 
     /// A new id such as "REQ-000017", different from all others of this state.
     QString newId(QString const& prefix);

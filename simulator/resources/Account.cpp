@@ -4,61 +4,17 @@
 #include "simulator/Routing.h"
 #include "simulator/State.h"
 
-#include <array>
-
 namespace simulator
 {
 
 namespace
 {
 
-struct AccountRow
-{
-    char const* id; // of the installation
-    char const* accountId;
-    char const* accountName;
-    char const* email;
-    char const* token;
-    char const* siteId;
-    bool twoFactorEnabled;
-    int twoFactorRefreshTime;
-};
-
-constexpr std::array<AccountRow, 2> accounts = {{
-    {"INST-1001", "0000710034", "Harbour Street Dental Practice", "office@harbour-street.example",
-     "b7d2f0c4-6a1e-4a55-9a0c-52f1c8e0d913", "SITE-3301", true, 30},
-    {"INST-2002", "0000710077", "Dr. Lindqvist Dental Surgery", "praxis@lindqvist.example",
-     "41e98c1b-0f0d-4d6f-8a3e-7b9c6d2a5f10", "SITE-3358", false, 0},
-}};
-
-struct AddressRow
-{
-    char const* key;
-    char const* url;
-};
-
-constexpr AddressRow softwarePage = {"SoftwarePageUrl", "https://portal.kelo.example/software"};
-
-constexpr std::array<AddressRow, 14> addresses = {{
-    {"StatsUploadUrl", "https://stats.kelo.example/upload"},
-    {"ContactUrl", "https://www.kelo.example/contact"},
-    {"HelpUrl", "https://www.kelo.example/help"},
-    {"IFUUrl", "https://ifu.kelo.example"},
-    {"ZelkoMiraUrl", "https://portal.kelo.example"},
-    {"SharedCasesUrl", "https://portal.kelo.example/shared-cases"},
-    softwarePage,
-    {"ForgotPasswordPageUrl", "https://portal.kelo.example/forgot-password"},
-    {"FindAccountPageUrl", "https://portal.kelo.example/find-account"},
-    {"AdditionalResourcesUrl", "https://portal.kelo.example/resources"},
-    {"DownloadImplantFilesUrl", "https://portal.kelo.example/implant-files"},
-    {"TrainingVideosUrl", "https://www.kelo.example/training"},
-    {"SubscriptionsUrl", "https://portal.kelo.example/subscriptions"},
-    {"RedirectToPartnerUrl", "https://partners.kelo.example/redirect"},
-}};
+constexpr auto softwarePage = "SoftwarePageUrl";
 
 Answer accountInfo(Call const& call)
 {
-    auto const& row = byId(accounts, knownInstallation(call.state, call.id()));
+    auto const& row = ofInstallation(call.state.accounts.accounts, knownInstallation(call.state, call.id()));
     QJsonObject const account = {{"AccountId", row.accountId}, {"AccountName", row.accountName}};
     QJsonObject const site = {
         {"Email", row.email},
@@ -75,16 +31,17 @@ Answer settings(Call const& call)
 {
     knownInstallation(call.state, call.id());
     QJsonObject json;
-    for (auto const& row : addresses)
+    auto const& addresses = call.state.accounts.addresses;
+    for (auto const& key : addresses.keys())
     {
-        json.insert(QLatin1String(row.key), row.url);
+        json.insert(key, addresses[key]);
     }
     return Answer::json(json);
 }
 
-Answer publicSettings(Call const&)
+Answer publicSettings(Call const& call)
 {
-    return Answer::json(QJsonObject{{softwarePage.key, softwarePage.url}});
+    return Answer::json(QJsonObject{{softwarePage, call.state.accounts.addresses.value(softwarePage)}});
 }
 
 } // namespace
@@ -95,6 +52,32 @@ std::vector<Route> accountRoutes()
         {"getAccountLicenseInfo", "GET", "/Installations/{}/accountInfo?api-version=1.0", {}, accountInfo},
         {"getSettingsLicenseInfo", "GET", "/Installations/{}/settings?api-version=1.0", {}, settings},
         {"getSoftwarePageUrl", "GET", "/Settings", {}, publicSettings},
+    };
+}
+
+void seedAccounts(State& state)
+{
+    state.accounts.accounts = {
+        {"INST-1001", "0000710034", "Harbour Street Dental Practice", "office@harbour-street.example",
+         "b7d2f0c4-6a1e-4a55-9a0c-52f1c8e0d913", "SITE-3301", true, 30},
+        {"INST-2002", "0000710077", "Dr. Lindqvist Dental Surgery", "praxis@lindqvist.example",
+         "41e98c1b-0f0d-4d6f-8a3e-7b9c6d2a5f10", "SITE-3358", false, 0},
+    };
+    state.accounts.addresses = {
+        {"StatsUploadUrl", "https://stats.kelo.example/upload"},
+        {"ContactUrl", "https://www.kelo.example/contact"},
+        {"HelpUrl", "https://www.kelo.example/help"},
+        {"IFUUrl", "https://ifu.kelo.example"},
+        {"ZelkoMiraUrl", "https://portal.kelo.example"},
+        {"SharedCasesUrl", "https://portal.kelo.example/shared-cases"},
+        {softwarePage, "https://portal.kelo.example/software"},
+        {"ForgotPasswordPageUrl", "https://portal.kelo.example/forgot-password"},
+        {"FindAccountPageUrl", "https://portal.kelo.example/find-account"},
+        {"AdditionalResourcesUrl", "https://portal.kelo.example/resources"},
+        {"DownloadImplantFilesUrl", "https://portal.kelo.example/implant-files"},
+        {"TrainingVideosUrl", "https://www.kelo.example/training"},
+        {"SubscriptionsUrl", "https://portal.kelo.example/subscriptions"},
+        {"RedirectToPartnerUrl", "https://partners.kelo.example/redirect"},
     };
 }
 

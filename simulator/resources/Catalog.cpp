@@ -1,12 +1,10 @@
 #include "simulator/resources/Catalog.h"
 
+#include "simulator/Lookup.h"
 #include "simulator/Routing.h"
 #include "simulator/State.h"
 
 #include <QVersionNumber>
-
-#include <algorithm>
-#include <array>
 
 namespace simulator
 {
@@ -14,31 +12,9 @@ namespace simulator
 namespace
 {
 
-struct Catalog
-{
-    char const* installation;
-    char const* version;
-    char const* oldestUsable;
-    char const* fileId;
-    int fileSize;
-};
-
-constexpr std::array<Catalog, 2> catalogs = {{
-    {"INST-1001", "4.2", "3.5", "CATALOG-42", 18'350'080},
-    {"INST-2002", "4.1", "4.0", "CATALOG-41", 17'825'792},
-}};
-
 Catalog const& catalogFor(Call const& call)
 {
-    auto const installation = knownInstallation(call.state, call.id());
-    auto const* const found = std::find_if(
-        catalogs.begin(), catalogs.end(),
-        [&installation](Catalog const& row) { return installation == QLatin1String(row.installation); });
-    if (found == catalogs.end())
-    {
-        throw Refusal(Reason::UnknownId, installation);
-    }
-    return *found;
+    return ofInstallation(call.state.catalogs, knownInstallation(call.state, call.id()));
 }
 
 /// 4.2 and 4.2.0 are the same version.
@@ -85,6 +61,14 @@ std::vector<Route> catalogRoutes()
     return {
         {"getCatalogUpdateInfo", "GET", "/Installations/{}/catalog/{}", {}, catalogInfo},
         {"getCatalogUpdateState", "GET", "/Installations/{}/catalog/{}/status", {}, catalogStatus},
+    };
+}
+
+void seedCatalogs(State& state)
+{
+    state.catalogs = {
+        {"INST-1001", "4.2", "3.5", "CATALOG-42", 18'350'080},
+        {"INST-2002", "4.1", "4.0", "CATALOG-41", 17'825'792},
     };
 }
 

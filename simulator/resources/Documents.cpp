@@ -4,57 +4,19 @@
 #include "simulator/Routing.h"
 #include "simulator/State.h"
 
-#include <array>
-
 namespace simulator
 {
 
 namespace
 {
 
-struct DocumentRow
-{
-    char const* installation = nullptr;
-    char const* kind = nullptr; // of a help file: its language code
-    char const* fileId = nullptr;
-    char const* fileName = nullptr;
-    int fileSize = 0;
-    char const* language = nullptr; // for display; only help files have one
-};
-
-constexpr std::array<DocumentRow, 11> documents = {{
-    {"INST-1001", "ifu", "IFU-0412", "instructions-for-use-4.2.pdf", 8'412'330},
-    {"INST-1001", "uitranslation", "UIT-0388", "ui-translation-4.2.zip", 1'730'118},
-    {"INST-1001", "about", "ABT-0107", "about-4.2.pdf", 214'502},
-    {"INST-1001", "en", "HLP-0920", "help-en-4.2.zip", 41'220'874, "English"},
-    {"INST-1001", "de", "HLP-0921", "help-de-4.2.zip", 41'865'010, "Deutsch"},
-    {"INST-1001", "fr", "HLP-0922", "help-fr-4.2.zip", 41'733'920, "Français"},
-    {"INST-1001", "pt-BR", "HLP-0925", "help-pt-BR-4.1.zip", 40'118'233, "Português (Brasil)"},
-    {"INST-1001", "ja", "HLP-0927", "help-ja-4.2.zip", 43'002'116, "日本語"},
-    {"INST-2002", "ifu", "IFU-0398", "instructions-for-use-4.1.pdf", 8'120'774},
-    {"INST-2002", "uitranslation", "UIT-0371", "ui-translation-4.1.zip", 1'690'341},
-    {"INST-2002", "about", "ABT-0102", "about-4.1.pdf", 213'960},
-}};
-
-struct ReleaseRow
-{
-    char const* id; // of the installation
-    char const* version;
-    bool isForced;
-};
-
-constexpr std::array<ReleaseRow, 2> releases = {{
-    {"INST-1001", "4.2.1", false},
-    {"INST-2002", "4.2.1.118", true},
-}};
-
 /// Throws a Refusal when the installation has no such document.
-DocumentRow const& documentOf(Call const& call, QString const& kind, bool isHelp)
+Document const& documentOf(Call const& call, QString const& kind, bool isHelp)
 {
     auto const installation = knownInstallation(call.state, call.id());
-    for (auto const& row : documents)
+    for (auto const& row : call.state.documents.documents)
     {
-        if (row.installation == installation && row.kind == kind && isHelp == (row.language != nullptr))
+        if (row.installation == installation && row.kind == kind && isHelp != row.language.isEmpty())
         {
             return row;
         }
@@ -62,7 +24,7 @@ DocumentRow const& documentOf(Call const& call, QString const& kind, bool isHelp
     throw Refusal(Reason::UnknownId, kind);
 }
 
-QJsonObject fileInfo(DocumentRow const& row)
+QJsonObject fileInfo(Document const& row)
 {
     return {{"FileId", row.fileId}, {"FileName", row.fileName}, {"FileSize", row.fileSize}};
 }
@@ -83,9 +45,9 @@ Answer helpStatus(Call const& call)
 {
     auto const installation = knownInstallation(call.state, call.id());
     QJsonArray list;
-    for (auto const& row : documents)
+    for (auto const& row : call.state.documents.documents)
     {
-        if (row.installation == installation && row.language != nullptr)
+        if (row.installation == installation && !row.language.isEmpty())
         {
             list.append(QJsonObject{{"LanguageCode", row.kind}, {"DisplayName", row.language}, {"Id", row.fileId}});
         }
@@ -100,8 +62,8 @@ Answer helpFileInfo(Call const& call)
 
 Answer softwareUpdate(Call const& call)
 {
-    auto const& row = byId(releases, knownInstallation(call.state, call.id()));
-    auto const page = QStringLiteral("https://software.kelo.example/%1/").arg(QLatin1String(row.version));
+    auto const& row = ofInstallation(call.state.documents.releases, knownInstallation(call.state, call.id()));
+    auto const page = QStringLiteral("https://software.kelo.example/%1/").arg(row.version);
     return Answer::json(QJsonObject{
         {"Version", row.version},
         {"ForcedUpdate", row.isForced},
@@ -128,5 +90,26 @@ std::vector<Route> documentRoutes()
     };
 }
 // clang-format on
+
+void seedDocuments(State& state)
+{
+    state.documents.documents = {
+        {"INST-1001", "ifu", "IFU-0412", "instructions-for-use-4.2.pdf", 8'412'330},
+        {"INST-1001", "uitranslation", "UIT-0388", "ui-translation-4.2.zip", 1'730'118},
+        {"INST-1001", "about", "ABT-0107", "about-4.2.pdf", 214'502},
+        {"INST-1001", "en", "HLP-0920", "help-en-4.2.zip", 41'220'874, "English"},
+        {"INST-1001", "de", "HLP-0921", "help-de-4.2.zip", 41'865'010, "Deutsch"},
+        {"INST-1001", "fr", "HLP-0922", "help-fr-4.2.zip", 41'733'920, "Français"},
+        {"INST-1001", "pt-BR", "HLP-0925", "help-pt-BR-4.1.zip", 40'118'233, "Português (Brasil)"},
+        {"INST-1001", "ja", "HLP-0927", "help-ja-4.2.zip", 43'002'116, "日本語"},
+        {"INST-2002", "ifu", "IFU-0398", "instructions-for-use-4.1.pdf", 8'120'774},
+        {"INST-2002", "uitranslation", "UIT-0371", "ui-translation-4.1.zip", 1'690'341},
+        {"INST-2002", "about", "ABT-0102", "about-4.1.pdf", 213'960},
+    };
+    state.documents.releases = {
+        {"INST-1001", "4.2.1", false},
+        {"INST-2002", "4.2.1.118", true},
+    };
+}
 
 } // namespace simulator

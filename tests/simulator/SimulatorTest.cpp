@@ -243,6 +243,23 @@ TEST_F(SimulatorTest, itsStateCanBeTakenChangedAndPutBack)
     EXPECT_EQ(get("/_control/state"), taken);
     EXPECT_EQ(details("", {}), answered);
 
+    std::pair<QStringList, char const*> const tables[] = {
+        {{"Users", "Users", "0", "LastName"}, "users"},
+        {{"Users", "Studies", "0", "Name"}, "Studies"},
+        {{"Users", "Keys", "0", "Key"}, "3rdpartyauthenticationkeys"},
+        {{"Documents", "Documents", "0", "FileName"}, "ifu"},
+        {{"Documents", "Releases", "0", "Version"}, "softwareupdate?api-version=1.0"},
+        {{"Catalogs", "0", "FileId"}, "catalog/4.2"},
+        {{"Accounts", "Accounts", "0", "AccountName"}, "accountInfo?api-version=1.0"},
+        {{"Accounts", "Addresses", "HelpUrl"}, "settings?api-version=1.0"},
+    };
+    for (auto const& [place, resource] : tables)
+    {
+        send("PUT", "/_control/state", QJsonDocument(changed(taken.object(), place, "7.7").toObject()).toJson(), 204);
+        auto const answer = get(QStringLiteral("/Installations/INST-1001/") + resource).toJson();
+        EXPECT_TRUE(answer.contains("7.7")) << resource << answer.toStdString();
+    }
+
     auto const own = changed(taken.object(), {"Collaboration", "Requests", "0", "Id"}, "REQ-000400").toObject();
     SimulatorOptions options;
     options.state = QJsonDocument(own).toJson();
