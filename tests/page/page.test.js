@@ -88,6 +88,13 @@ async function open(url, options = {}) {
 /** Waits until the element holds the text. */
 const shows = (locator, text) => locator.filter({hasText: text}).first().waitFor({timeout: 10_000});
 
+/** Waits until the page has looked for changes anew and has shown what it found: the third look comes after the second. */
+async function looks() {
+    for (let count = 0; count < 3; ++count) {
+        await page.waitForResponse((response) => response.url().endsWith('/changes'));
+    }
+}
+
 async function answerQuestion(text, name) {
     await shows(page.getByRole('dialog'), text);
     await page.getByRole('dialog').getByRole('button', {name}).click();
@@ -131,17 +138,18 @@ test('calls appear in the journal as they come, and tell all of themselves', asy
     await page.getByRole('button', {name: 'Pause'}).click();
     await shows(page.locator('#link'), 'paused');
     await kelo('addresses');
-    await shows(page.locator('#link'), 'paused');
+    await looks();
     assert.equal(await rows().count(), 2);
     await page.getByRole('button', {name: 'Pause'}).click();
     await shows(rows(), 'getShippingAddresses');
 
     await page.getByRole('button', {name: 'Clear…'}).click();
     await answerQuestion('Forget all', 'Cancel');
+    await looks();
     assert.equal(await rows().count(), 3);
     await page.getByRole('button', {name: 'Clear…'}).click();
     await answerQuestion('Forget all', 'Clear');
-    await shows(page.locator('#journal-news'), '0 requests');
+    await shows(page.locator('#journal-news'), /^0 requests$/);
 });
 
 test('a fault is switched on by keyboard, strikes, and goes', async () => {
@@ -247,7 +255,7 @@ test('all data are shown, taken, put in and reset', async () => {
     await panel().getByLabel('Seed').fill('');
     await press('Reset…');
     await answerQuestion('Begin anew', 'Reset');
-    await shows(page.locator('#journal-news'), '0 requests');
+    await shows(page.locator('#journal-news'), /^0 requests$/);
     assert.doesNotMatch(await page.locator('#installations').textContent(), /INST-3003/);
 });
 
