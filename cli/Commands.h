@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <QStringList>
+
 namespace cli
 {
 
@@ -14,7 +16,7 @@ using Action = std::function<void(Context& context)>;
 /// Declares a command's arguments and returns what it does with them.
 using Declaration = Action(Arguments& arguments);
 
-/// A command: one file in this folder, its declaration here, and one row in `commands`.
+/// A command: one file in one of the rooms, its declaration here, and one row in `commands`.
 struct Command
 {
     char const* path = nullptr; ///< the words that call it
@@ -22,6 +24,8 @@ struct Command
     char const* example = nullptr;
     Declaration* declare = nullptr;
     bool isOffline = false; ///< needs no service, or makes its own way to it; its context has none
+    /// Tells more than the help of the command about the words behind it; none for most.
+    QString (*help)(QStringList const& words) = nullptr;
 };
 
 /// The first word of commands that consist of two.
@@ -38,9 +42,12 @@ Declaration sessionsCreate;
 Declaration partnersAccounts, partnersList, partnersTest;
 Declaration casesAdd, casesCreate, casesList, casesPortal, casesRefresh, casesShare;
 Declaration account, documents, keys, software, statsUpload, studies, users;
-Declaration call, describe, doctor;
+Declaration call, describe, doctor, help, completion, man;
 Declaration ordersCreate, ordersFinish, ordersPrice, ordersStatus, ordersUpload, ordersWatch;
 Declaration addresses, articles, catalog, shellsDownload, shellsList;
+
+/// How an operation is called.
+QString callHelp(QStringList const& words);
 
 inline constexpr CommandGroup commandGroups[] = {
     {"requests", "Collaboration requests with partner labs and clinicians"},
@@ -97,10 +104,28 @@ inline constexpr Command commands[] = {
     {"studies", "Lists the clinical studies", "kelo studies", studies},
     {"keys", "Shows the authentication keys of outside parties", "kelo keys --with-secrets", keys},
     {"stats upload", "Uploads a usage statistics file", "kelo stats upload usage.bin --id DailyUsage --stats-url https://stats.example", statsUpload},
-    {"call", "Calls any operation of the library and shows its reply", "kelo call getUsersForLicense", call},
+    {"call", "Calls any operation of the library and shows its reply", "kelo call getUsersForLicense", call, false, callHelp},
     {"describe", "Prints the service as an OpenAPI document", "kelo describe > openapi.json", describe, true},
     {"doctor", "Finds out what keeps kelo from the service, step by step, and what to do about it", "kelo doctor --json", doctor, true},
+    {"help", "Shows the help of kelo, of a command, or of an operation that is called", "kelo help call getPriceInfo", help, true},
+    {"completion", "Prints what a shell needs to complete kelo's command lines", "kelo completion bash > ~/.local/share/bash-completion/completions/kelo", completion, true},
+    {"man", "Prints a manual page, or writes all of them", "kelo man requests | man -l -", man, true},
 };
 // clang-format on
+
+/// What a part of the table is called in the help.
+struct CommandSection
+{
+    char const* title;
+    char const* firstCommand;
+};
+
+inline constexpr CommandSection commandSections[] = {
+    {"Requests", "requests list"},
+    {"Orders", "orders price"},
+    {"Partners and cases", "partners"},
+    {"Account", "account"},
+    {"Any operation, and kelo itself", "call"},
+};
 
 } // namespace cli

@@ -9,6 +9,10 @@
 namespace kelo
 {
 
+/// With this sentence ends the message of a call that may have changed something although no usable answer came. Calls
+/// that change nothing (`operations::Route::isQuery`, and every GET) do not say so.
+inline constexpr QLatin1StringView maybeProcessed("The server may have processed the request.");
+
 /// The code of a call's outcome: `Success` for kind 0, `NoConnection` for kind 1, else the service's own code.
 KELO_EXPORT KeloErrorCode errorCode(rest::RestReplyStatus const& status);
 

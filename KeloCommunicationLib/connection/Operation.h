@@ -32,6 +32,8 @@ struct Route
     char const* constant = nullptr;
     /// How long the exchange may take; 0 means the connection's own time-out.
     std::chrono::milliseconds timeout{0};
+    /// Changes nothing although it is no GET: no harm is done when it is sent again.
+    bool isQuery = false;
 };
 
 /// One operation. `Body` and `Reply` are records, lists of records, `QByteArray` for bytes, or void for none.

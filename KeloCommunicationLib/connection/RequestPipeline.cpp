@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+
 namespace KeloCommunicationLib::internal
 {
 
@@ -39,6 +41,14 @@ QUrl urlOf(operations::Route const& route, Values values)
 rest::HttpRequestData requestTo(operations::Route const& route, Values values)
 {
     return rest::RequestDataCreator::makeRequest(route.method, urlOf(route, values));
+}
+
+void forgetWhetherProcessed(rest::RestReplyStatus& status)
+{
+    if (status.kind == 1)
+    {
+        status.message = status.message.remove(kelo::maybeProcessed).trimmed();
+    }
 }
 
 threading::Future<QByteArray> download(rest::Connection const& connection, QUrl const& url)

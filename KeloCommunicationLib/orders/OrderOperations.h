@@ -18,14 +18,14 @@ namespace operations
 using rest::HttpMethod;
 
 // clang-format off
-inline constexpr Operation<ExtendedPriceInfoRequest, std::vector<PriceInfoResponse>> getPriceInfo{{.name = "getPriceInfo", .method = HttpMethod::Post, .path = "Orders/simulation%1", .constant = ""}};
+inline constexpr Operation<ExtendedPriceInfoRequest, std::vector<PriceInfoResponse>> getPriceInfo{{.name = "getPriceInfo", .method = HttpMethod::Post, .path = "Orders/simulation%1", .constant = "", .isQuery = true}};
 inline constexpr Operation<OrderRequest, OrderRequestResponse> createOrder{{.name = "createOrder", .method = HttpMethod::Post, .path = "Orders%1", .constant = ""}};
 inline constexpr Operation<CreateIPSOrderInfo, void> createIPSOrder{{.name = "createIPSOrder", .method = HttpMethod::Post, .path = "Orders/ipscasedesigner%1", .constant = "", .timeout = std::chrono::milliseconds(7000)}};
 inline constexpr Operation<ServiceOrderRequest, ServiceOrderRequestResponse> createServiceOrder{{"createServiceOrder", HttpMethod::Post, "Orders/lab/%1", {"installationId"}}};
 inline constexpr Operation<QByteArray, void> uploadOrderFile{{"uploadOrderFile", HttpMethod::Put, "Orders/files/%1", {"fileReference"}}};
 inline constexpr Operation<void, void> postFinishCadOrder{{"postFinishCadOrder", HttpMethod::Post, "Orders/%1/FinishUpload", {"orderReference"}}};
 inline constexpr Operation<void, void> putFinishCadOrder{{"putFinishCadOrder", HttpMethod::Put, "Orders/%1/FinishUpload", {"orderReference"}}};
-inline constexpr Operation<OrderDetailsRequest, std::vector<OrderDetails>> getOrderStatus{{.name = "getOrderStatus", .method = HttpMethod::Post, .path = "Orders/details%1", .constant = ""}};
+inline constexpr Operation<OrderDetailsRequest, std::vector<OrderDetails>> getOrderStatus{{.name = "getOrderStatus", .method = HttpMethod::Post, .path = "Orders/details%1", .constant = "", .isQuery = true}};
 inline constexpr Operation<void, OrderShippingAddressList> getShippingAddresses{{"getShippingAddresses", HttpMethod::Get, "/Installations/%1/addresses/shipto", {"installationId"}}};
 inline constexpr Operation<void, AvailableArticlesList> getAvailableArticles{{"getAvailableArticles", HttpMethod::Get, "/Installations/%1/articles", {"installationId"}}};
 

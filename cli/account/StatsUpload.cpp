@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Action statsUpload(Arguments& arguments)
 {
-    auto const path = arguments.requiredText("FILE", "The statistics file; - is standard input");
+    auto const path = arguments.requiredText("FILE", "The statistics file; - is standard input", Offer::Kind::Files);
     auto const id = arguments.requiredText("--id", "What the statistics are called");
     auto const address = arguments.text("--stats-url", "Address of the statistics service; else KELO_STATS_URL");
     return [=](Context const& context)
@@ -29,11 +29,11 @@ Action statsUpload(Arguments& arguments)
         core::setHostEnvironment(environment);
 
         VantorStatsConnection connection;
-        connection.setExtraCertificates(context.certificateFile());
+        context.configure(connection);
         auto const result = connection.uploadVantorStats(stats);
         if (!result.succeeded)
         {
-            QString const reason = context.untoldStatus().message;
+            QString const reason = context.untoldStatus(Purpose::Change).message;
             throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(url.toDisplayString(), reason));
         }
         if (result.code != 0)

@@ -1,10 +1,10 @@
 #include "cli/Commands.h"
 
-#include <algorithm>
-
 #include <QJsonDocument>
 
+#include "cli/call/OpenApi.h"
 #include "cli/call/Operations.h"
+#include "cli/prompt/Help.h"
 #include "cli/shell/Arguments.h"
 #include "cli/shell/Context.h"
 #include "cli/shell/Listing.h"
@@ -35,25 +35,49 @@ void listOperations(Output const& output)
          {u"Members"_s, u"MEMBERS OF THE JSON"_s}});
 }
 
-Operation const& operationNamed(QString const& name)
+/// A row for each member, those of nested objects behind theirs.
+void addMembers(std::vector<Entry>& entries, Form const& form, QString const& place)
 {
-    auto const& all = allOperations();
-    auto const found =
-        std::find_if(all.begin(), all.end(), [&name](Operation const& operation) { return operation.name() == name; });
-    if (found == all.end())
+    for (Form const& member : form.parts)
     {
-        throw badInput(u"Unknown operation \"%1\": kelo call --list shows all."_s.arg(name));
+        // The elements of a list have no key of their own.
+        QString const path = member.key.isEmpty() ? place + "[]"_L1
+                             : place.isEmpty()    ? member.key
+                                                  : place + u'.' + member.key;
+        if (!member.key.isEmpty())
+        {
+            entries.emplace_back(path, wantedText(member) + (member.isRequired ? " (required)"_L1 : ""_L1));
+        }
+        addMembers(entries, member, path);
     }
-    return *found;
 }
 
 } // namespace
 
+QString callHelp(QStringList const& words)
+{
+    auto const& operation = operationNamed(words.first());
+    auto const usage = operation.usage();
+    auto const& route = operation.schema.route;
+    static constexpr char const* methods[] = {"GET", "PUT", "POST"};
+    QString text = u"Usage: kelo call %1%2\n\n%3 %4\n"_s.arg(
+        operation.name(), usage.isEmpty() ? QString() : u' ' + usage.join(u' '),
+        QLatin1String(methods[static_cast<std::size_t>(route.method)]), pathOf(route));
+    std::vector<Entry> members;
+    if (auto const form = operation.form())
+    {
+        addMembers(members, *form, {});
+    }
+    return text + sectionText(u"Members of the JSON, which is given itself or as @FILE"_s, members);
+}
+
 Action call(Arguments& arguments)
 {
-    auto const list = arguments.flag("--list", "Shows all operations with their arguments");
+    auto const list = arguments.offlineFlag("--list", "Shows all operations with their arguments; needs no service");
     auto const withSecrets = arguments.flag("--with-secrets", "Shows password hashes and keys, too");
-    auto const name = arguments.text("OPERATION", "The operation, as --list names it");
+    auto const name = arguments.text(
+        "OPERATION", "The operation; kelo help call OPERATION tells what it takes",
+        {operationNames, [](QString const& word) { operationNamed(word); }});
     auto const words = arguments.paths(
         "ARGUMENTS", "Its arguments; JSON stands here itself, or as @FILE (@-: standard input). The installation comes "
                      "from the options");
@@ -63,6 +87,10 @@ Action call(Arguments& arguments)
         {
             listOperations(context.output());
             return;
+        }
+        if (name->isEmpty())
+        {
+            throw badInput(u"OPERATION is required: kelo call --list shows all."_s);
         }
         auto const& operation = operationNamed(*name);
         if (auto const wanted = operation.usage(); words->size() != wanted.size())
@@ -81,7 +109,9 @@ Action call(Arguments& arguments)
         auto const reply = operation.call(context, *words);
         auto const shown = *withSecrets ? reply : withoutSecrets(reply);
         auto const document = shown.isArray() ? QJsonDocument(shown.toArray()) : QJsonDocument(shown.toObject());
-        context.output().show(shown, QString::fromUtf8(document.toJson()));
+        auto const text = QString::fromUtf8(document.toJson());
+        bool const changes = operation.schema.route.method != rest::HttpMethod::Get && !operation.schema.route.isQuery;
+        changes ? context.output().showDone(shown, text) : context.output().show(shown, text);
     };
 }
 

@@ -104,6 +104,8 @@ QString named(char const* value)
     return u"{%1}"_s.arg(QLatin1String(value));
 }
 
+} // namespace
+
 QString pathOf(operations::Route const& route)
 {
     QString path = QString::fromLatin1(route.path).section(u'?', 0, 0);
@@ -121,6 +123,9 @@ QString pathOf(operations::Route const& route)
     }
     return path.startsWith(u'/') ? path : u'/' + path;
 }
+
+namespace
+{
 
 QJsonObject parameter(QString const& name, QString const& place, QJsonObject const& schema)
 {

@@ -1,10 +1,13 @@
 #include "cli/call/Operations.h"
 
+#include <algorithm>
+
 #include <KeloCommunicationLib/account/AccountOperations.h>
 #include <KeloCommunicationLib/orders/OrderOperations.h>
 #include <KeloCommunicationLib/partners/PartnerOperations.h>
 
 #include "cli/call/OperationCall.h"
+#include "cli/prompt/Suggestion.h"
 
 namespace cli
 {
@@ -86,6 +89,31 @@ std::vector<Operation> const& allOperations()
         return made;
     }();
     return all;
+}
+
+QStringList operationNames()
+{
+    QStringList names;
+    for (Operation const& operation : allOperations())
+    {
+        names << operation.name();
+    }
+    return names;
+}
+
+Operation const& operationNamed(QString const& name)
+{
+    auto const& all = allOperations();
+    auto const found =
+        std::find_if(all.begin(), all.end(), [&name](Operation const& operation) { return operation.name() == name; });
+    if (found == all.end())
+    {
+        QString const suggestion = didYouMean(name, operationNames());
+        throw badInput(
+            QStringLiteral("Unknown operation \"%1\"%2")
+                .arg(name, suggestion.isEmpty() ? QStringLiteral("; kelo call --list shows all.") : suggestion));
+    }
+    return *found;
 }
 
 } // namespace cli

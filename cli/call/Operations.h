@@ -57,5 +57,8 @@ struct Operation
 
 /// All operations, family by family.
 std::vector<Operation> const& allOperations();
+QStringList operationNames();
+/// Throws a Failure for a name that no operation has.
+Operation const& operationNamed(QString const& name);
 
 } // namespace cli

@@ -150,7 +150,7 @@ Action doctor(Arguments& /*arguments*/)
         context.output().show(json, textOf(results, summary));
         if (examination.context)
         {
-            examination.context->writeTrace();
+            examination.context->traceWriter()();
         }
         if (failed != nullptr)
         {

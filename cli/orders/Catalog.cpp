@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Action catalog(Arguments& arguments)
 {
-    auto const given = arguments.text("--version", "The version in use; none unless given", u"0"_s);
+    auto const given = arguments.text("--version", "The version in use; none unless given", {}, u"0"_s);
     return [=](Context const& context)
     {
         auto const version = versionOf("version", *given);

@@ -14,14 +14,14 @@ using namespace Qt::Literals::StringLiterals;
 std::vector<PriceInfoResponse> pricesOf(OrderDraft const& draft, Context const& context)
 {
     checkArticles(draft, context);
-    return context.valueOf(context.connection().getPriceInfo(draft.prices), Shape::List, Purpose::Question);
+    return context.valueOf(context.connection().getPriceInfo(draft.prices));
 }
 
 std::vector<OrderDetails> orderStatus(QStringList const& references, Context const& context)
 {
     OrderDetailsRequest request;
     request.setOrderReferences(references);
-    auto const orders = context.valueOf(context.connection().getOrderStatus(request), Shape::List, Purpose::Question);
+    auto const orders = context.valueOf(context.connection().getOrderStatus(request));
     for (QString const& reference : references)
     {
         bool const isKnown = std::any_of(

@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QStringList>
 
+#include <KeloCommunicationLib/connection/KeloErrors.h>
+
 #include "cli/shell/Context.h"
 #include "cli/shell/Interruption.h"
 
@@ -52,7 +54,7 @@ bool provesNothingCreated(Failure const& failure, TessalyConnectionInterface::Re
     // not.
     bool const isRefusal = status.httpStatus < 500 || status.httpStatus == 503;
     return (status.kind == 2 && failure.code() == ExitCode::ServiceError && isRefusal)
-           || (status.kind == 1 && !status.message.contains(maybeProcessed));
+           || (status.kind == 1 && !status.message.contains(kelo::maybeProcessed));
 }
 
 /// Without this file only the message can tell where the files go.

@@ -86,7 +86,10 @@ void complete(OrderState& state, OrderStateFile& stateFile, OrderWish const& wis
 
 void showEnd(OrderState const& state, std::vector<PriceInfoResponse> const& prices, Context const& context)
 {
-    tell(context, u"Finished the order %1\n"_s.arg(printable(state.reference)));
+    if (!context.output().isJson())
+    {
+        context.output().showDone({}, u"Finished the order %1\n"_s.arg(printable(state.reference)));
+    }
     std::vector<OrderDetails> status;
     try
     {
@@ -102,7 +105,7 @@ void showEnd(OrderState const& state, std::vector<PriceInfoResponse> const& pric
         {u"ProductionIdentifier"_s, state.productionIdentifier},
         {u"Prices"_s, described(prices)},
         {u"Orders"_s, described(status)}};
-    context.output().show(json, statusText(status));
+    context.output().showDone(json, statusText(status));
 }
 
 /// The order with its files, as it would be sent.
@@ -157,11 +160,13 @@ void resume(QString const& reference, OrderWish const& wish, Context const& cont
 
 Action ordersCreate(Arguments& arguments)
 {
-    auto const file = arguments.requiredText("ORDER.json", "The order file; - is standard input");
-    auto const folder = arguments.text("--files", "The folder of the order's files; the order file's own unless given");
+    auto const file = arguments.requiredText("ORDER.json", "The order file; - is standard input", Offer::Kind::Files);
+    auto const folder = arguments.text(
+        "--files", "The folder of the order's files; the order file's own unless given", Offer::Kind::Folders);
     auto const reference = arguments.text("--resume", "Goes on with this unfinished order instead of creating one");
     auto const state = arguments.text(
-        "--state", "Where the order's state is kept; ORDER.json.kelo-order unless given, and needed with -");
+        "--state", "Where the order's state is kept; ORDER.json.kelo-order unless given, and needed with -",
+        Offer::Kind::Files);
     auto const chunkSize =
         arguments.number("--chunk-size", "The chunk size announced for the files; 1 MiB unless given", usualChunkSize);
     auto const again = arguments.flag(

@@ -18,7 +18,7 @@ Action ordersFinish(Arguments& arguments)
     {
         QString const reference = identifier("order reference", *order);
         context.valueOf(context.connection().postFinishCadOrder(reference));
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"OrderReference"_s, reference}}, u"Finished the order %1\n"_s.arg(printable(reference)));
     };
 }

@@ -12,8 +12,8 @@ namespace cli
 
 Action ordersPrice(Arguments& arguments)
 {
-    auto const file =
-        arguments.requiredText("ORDER.json", "The order file, - for standard input; its files are not looked at");
+    auto const file = arguments.requiredText(
+        "ORDER.json", "The order file, - for standard input; its files are not looked at", Offer::Kind::Files);
     return [=](Context const& context)
     {
         auto const prices = pricesOf(readOrder(*file, context), context);

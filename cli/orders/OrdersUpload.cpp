@@ -16,7 +16,7 @@ using namespace Qt::Literals::StringLiterals;
 Action ordersUpload(Arguments& arguments)
 {
     auto const slot = arguments.requiredText("SLOT", "The reference of the upload slot that the service opened");
-    auto const path = arguments.requiredText("FILE", "The file to send");
+    auto const path = arguments.requiredText("FILE", "The file to send", Offer::Kind::Files);
     return [=](Context const& context)
     {
         QString const reference = identifier("slot reference", *slot);
@@ -27,7 +27,7 @@ Action ordersUpload(Arguments& arguments)
             context.valueOf(context.connection().uploadOrderFile(reference, file.bytes()));
             progress.finish(file.size());
         }
-        context.output().show(QJsonObject{{u"Reference"_s, reference}, {u"Size"_s, file.size()}}, {});
+        context.output().showDone(QJsonObject{{u"Reference"_s, reference}, {u"Size"_s, file.size()}}, {});
     };
 }
 

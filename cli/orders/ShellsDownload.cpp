@@ -158,7 +158,8 @@ void download(Shells const& shells, QString const& folder, bool mayReplace, Cont
 Action shellsDownload(Arguments& arguments)
 {
     auto const order = arguments.requiredText("ORDER", "The reference of an order whose shells are ready");
-    auto const folder = arguments.text("--into", "The folder to write to; the current one unless given", u"."_s);
+    auto const folder =
+        arguments.text("--into", "The folder to write to; the current one unless given", Offer::Kind::Folders, u"."_s);
     auto const mayReplace = arguments.flag("--overwrite", "Replaces files that are there already");
     return [=](Context const& context)
     {

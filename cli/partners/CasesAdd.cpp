@@ -27,7 +27,7 @@ Action casesAdd(Arguments& arguments)
             throw badInput(u"Nothing to add: give --file."_s);
         }
         auto const added = context.valueOf(context.connection().addNewDataRequest(request));
-        context.output().show(described(added), filesText(added));
+        context.output().showDone(described(added), filesText(added));
     };
 }
 

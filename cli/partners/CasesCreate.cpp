@@ -17,7 +17,7 @@ Action casesCreate(Arguments& arguments)
     auto const firstName = arguments.text("--first-name", "The patient's first name");
     auto const lastName = arguments.text("--last-name", "The patient's last name");
     auto const birthday = arguments.text("--birthday", "The patient's day of birth, as 1980-12-31");
-    auto const genderName = arguments.text("--gender", "Male, Female or Other");
+    auto const genderName = arguments.text("--gender", "The patient's gender", genderNames);
     auto const reference = arguments.text("--patient-reference", "What the partner calls the patient");
     auto const note = arguments.text("--note", "A note on the case");
     auto const prescriptions = arguments.paths("--prescription", "A prescription file that will be uploaded");
@@ -41,7 +41,7 @@ Action casesCreate(Arguments& arguments)
             request.prescriptionTemplates.emplace_back(readableFile("prescription", path), QDateTime());
         }
         auto const created = context.valueOf(context.connection().createCaseRequest(request));
-        context.output().show(
+        context.output().showDone(
             described(created),
             u"Created the case %1: %2\n"_s.arg(printable(created.caseId), printable(created.caseUrl))
                 + filesText(created.caseFiles));

@@ -22,7 +22,7 @@ Action casesShare(Arguments& arguments)
             .caseId = identifier("case id", *id),
             .partnerConnectionId = identifier("partner connection id", *connection)};
         context.valueOf(context.connection().sharePartnerCaseRequest(request));
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"CaseId"_s, *id}, {u"PartnerConnectionId"_s, *connection}},
             u"Shared the case %1 over %2.\n"_s.arg(*id, *connection));
     };

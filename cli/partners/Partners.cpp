@@ -95,7 +95,8 @@ private:
 
 Action partnersList(Arguments& arguments)
 {
-    auto const folder = arguments.text("--logos", "Writes the partners' logos to this folder, as PNG files");
+    auto const folder =
+        arguments.text("--logos", "Writes the partners' logos to this folder, as PNG files", Offer::Kind::Folders);
     auto const mayReplace = arguments.flag("--overwrite", "Replaces logos that are there already");
     return [=](Context const& context)
     {

@@ -14,7 +14,8 @@ using namespace Qt::Literals::StringLiterals;
 Action connectionsSetStatus(Arguments& arguments)
 {
     auto const id = arguments.requiredText("CONNECTION", "The connection's id");
-    auto const status = arguments.requiredText("STATUS", "The new status, by its name or its number");
+    auto const status =
+        arguments.requiredText("STATUS", "The new status, by its name or its number", connectionStatusNames);
     return [=](Context const& context)
     {
         UpdateConnectionStatusRequest request;
@@ -23,7 +24,7 @@ Action connectionsSetStatus(Arguments& arguments)
         request.setStatus(connectionStatus(*status));
         context.valueOf(context.connection().updateConnectionStatus(request));
         QString const name = nameOf(request.getStatus());
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"ConnectionId"_s, *id}, {u"Status"_s, name}},
             u"The connection %1 is now %2.\n"_s.arg(*id, name));
     };

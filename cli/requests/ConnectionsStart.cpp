@@ -25,7 +25,7 @@ Action connectionsStart(Arguments& arguments)
         request.setConnectionToken(*token);
         request.setNote(*note);
         auto const started = context.valueOf(context.connection().startConnection(request));
-        context.output().show(
+        context.output().showDone(
             jsonSerializer::describe(started),
             u"Started the connection %1.\n"_s.arg(printable(started.getConnectionId())));
     };

@@ -90,7 +90,7 @@ void show(Context const& context, QJsonObject const& created)
     auto const rowOf = [](QJsonValue const& file) {
         return QStringList{file[u"Id"].toString(), file[u"Name"].toString()};
     };
-    context.output().show(
+    context.output().showDone(
         created, files.isEmpty() ? text : text + tableOf({{u"UPLOAD SLOT"_s, Cells::Copied}, u"NAME"_s}, files, rowOf));
 }
 
@@ -106,7 +106,7 @@ struct WishArguments
 WishArguments declareWish(Arguments& arguments)
 {
     return {
-        .type = arguments.requiredText("--type", "The request's type, by name or number"),
+        .type = arguments.requiredText("--type", "The request's type, by name or number", requestTypeNames),
         .note = arguments.text("--note", "A note to the partner"),
         .due = arguments.text("--due", "The day until which it is wanted, as 2026-12-31"),
         .files = arguments.paths("--file", "Files that will be uploaded; they are described, not sent"),
@@ -116,7 +116,7 @@ WishArguments declareWish(Arguments& arguments)
         .patientId = arguments.text("--patient-id", "The patient's id"),
         .firstName = arguments.text("--first-name", "The patient's first name"),
         .lastName = arguments.text("--last-name", "The patient's last name"),
-        .gender = arguments.text("--gender", "The patient's gender: Male, Female or Other"),
+        .gender = arguments.text("--gender", "The patient's gender", genderNames),
         .birthDate = arguments.text("--birth-date", "The patient's day of birth, as 1980-12-31"),
         .patientReference = arguments.text("--patient-reference", "Your own reference for the patient"),
         .metadata = arguments.text("--metadata", "Text of the application that goes with the request"),

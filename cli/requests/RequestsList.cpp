@@ -13,7 +13,7 @@ namespace cli
 
 Action requestsList(Arguments& arguments)
 {
-    auto const types = arguments.texts("--type", "Only these types, by name or number");
+    auto const types = arguments.texts("--type", "Only these types, by name or number", requestTypeNames);
     auto const all = arguments.flag("--all", "Closed requests, too");
     return [=](Context const& context)
     {

@@ -138,9 +138,10 @@ QString changesText(Changes const& changes)
 
 Action requestsRefresh(Arguments& arguments)
 {
-    auto const typeNames = arguments.texts("--type", "Only these types, by name or number");
+    auto const typeNames = arguments.texts("--type", "Only these types, by name or number", requestTypeNames);
     auto const file = arguments.text(
-        "--known", "Keeps what was seen in this file and shows what has happened since; without it, everything is new");
+        "--known", "Keeps what was seen in this file and shows what has happened since; without it, everything is new",
+        Offer::Kind::Files);
     return [=](Context const& context)
     {
         auto const types = requestTypes(*typeNames);

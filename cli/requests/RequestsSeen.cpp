@@ -18,7 +18,7 @@ Action requestsSeen(Arguments& arguments)
     {
         collaboration::MarkAsSeenInfo const info{context.installation()};
         context.valueOf(context.connection().markCollaborationFileAsSeen(identifier("file id", *id), info));
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"FileId"_s, *id}, {u"IsMarkedAsSeen"_s, true}}, u"Marked the file %1 as seen.\n"_s.arg(*id));
     };
 }

@@ -22,7 +22,7 @@ Action requestsStatus(Arguments& arguments)
         UpdateCollaborationRequestStatusInfo const info(
             context.installation(), identifier("request id", *id), static_cast<collaboration::RequestStatus>(number));
         context.valueOf(context.connection().updateCollaborationRequestStatus(info));
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"RequestId"_s, *id}, {u"Status"_s, number}},
             u"The request %1 now has the status %2.\n"_s.arg(*id).arg(number));
     };

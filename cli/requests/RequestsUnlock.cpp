@@ -18,7 +18,7 @@ Action requestsUnlock(Arguments& arguments)
     {
         context.valueOf(
             context.connection().unlockTemplateRequest(context.installation(), identifier("request id", *id)));
-        context.output().show(
+        context.output().showDone(
             QJsonObject{{u"RequestId"_s, *id}, {u"Unlocked"_s, true}},
             u"Unlocked the file of the request %1.\n"_s.arg(*id));
     };

@@ -18,7 +18,7 @@ Action sessionsCreate(Arguments& arguments)
     return [=](Context const& context)
     {
         auto const id = openSession(context, checkedConnection(*connection));
-        context.output().show(QJsonObject{{u"SessionId"_s, id}}, u"Opened the session %1.\n"_s.arg(printable(id)));
+        context.output().showDone(QJsonObject{{u"SessionId"_s, id}}, u"Opened the session %1.\n"_s.arg(printable(id)));
     };
 }
 

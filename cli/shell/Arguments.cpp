@@ -1,89 +1,84 @@
 #include "cli/shell/Arguments.h"
 
-#include <CLI/CLI.hpp>
-
-#include <string>
-#include <vector>
-
 namespace cli
 {
 
-namespace
+QString DeclaredArgument::valueName() const
 {
-
-CLI::Option* addText(CLI::App& app, char const* name, char const* help, std::shared_ptr<QString> const& value)
-{
-    return app.add_option_function<std::string>(
-        name, [value](std::string const& text) { *value = QString::fromStdString(text); }, help);
-}
-
-CLI::Option* addTexts(CLI::App& app, char const* name, char const* help, std::shared_ptr<QStringList> const& values)
-{
-    auto const take = [values](std::vector<std::string> const& texts)
+    if (isFlag())
     {
-        for (auto const& text : texts)
-        {
-            *values << QString::fromStdString(text);
-        }
-    };
-    return app.add_option_function<std::vector<std::string>>(name, take, help);
+        return {};
+    }
+    if (!isOption())
+    {
+        return names.first();
+    }
+    switch (offer.kind)
+    {
+    case Offer::Kind::Files:
+        return QStringLiteral("FILE");
+    case Offer::Kind::Folders:
+        return QStringLiteral("FOLDER");
+    case Offer::Kind::Words:
+    case Offer::Kind::Nothing:
+        break;
+    }
+    return names.first().section(u'-', -1).toUpper();
 }
 
-CLI::Option* addNumber(CLI::App& app, char const* name, char const* help, std::shared_ptr<int> const& value)
+template <class T>
+Value<T> Arguments::add(char const* name, char const* help, Offer offer, T const& defaultValue)
 {
-    return app.add_option_function<int>(
-        name, [value](int number) { *value = number; }, help);
-}
-
-} // namespace
-
-Value<QString> Arguments::text(char const* name, char const* help, QString const& defaultText)
-{
-    auto const value = std::make_shared<QString>(defaultText);
-    addText(app_, name, help, value);
+    auto const value = std::make_shared<T>(defaultValue);
+    all_.push_back({QString::fromLatin1(name).split(u','), QString::fromLatin1(help), offer, value});
     return value;
 }
 
-Value<QString> Arguments::requiredText(char const* name, char const* help)
+Value<QString> Arguments::text(char const* name, char const* help, Offer offer, QString const& defaultText)
 {
-    auto const value = std::make_shared<QString>();
-    addText(app_, name, help, value)->required();
+    return add(name, help, offer, defaultText);
+}
+
+Value<QString> Arguments::requiredText(char const* name, char const* help, Offer offer)
+{
+    auto const value = add(name, help, offer, QString());
+    all_.back().isRequired = true;
     return value;
 }
 
-Value<QStringList> Arguments::texts(char const* name, char const* help)
+Value<QStringList> Arguments::texts(char const* name, char const* help, Offer offer)
 {
-    auto const values = std::make_shared<QStringList>();
-    addTexts(app_, name, help, values)->delimiter(',');
+    auto const values = add(name, help, offer, QStringList());
+    all_.back().isSplit = true;
     return values;
 }
 
 Value<QStringList> Arguments::paths(char const* name, char const* help)
 {
-    auto const values = std::make_shared<QStringList>();
-    addTexts(app_, name, help, values);
-    return values;
+    return add(name, help, Offer::Kind::Files, QStringList());
 }
 
 Value<int> Arguments::number(char const* name, char const* help, int defaultNumber)
 {
-    auto const value = std::make_shared<int>(defaultNumber);
-    addNumber(app_, name, help, value);
-    return value;
+    return add(name, help, {}, defaultNumber);
 }
 
 Value<int> Arguments::requiredNumber(char const* name, char const* help)
 {
-    auto const value = std::make_shared<int>(0);
-    addNumber(app_, name, help, value)->required();
+    auto const value = add(name, help, {}, 0);
+    all_.back().isRequired = true;
     return value;
 }
 
 Value<bool> Arguments::flag(char const* name, char const* help)
 {
-    auto const value = std::make_shared<bool>(false);
-    app_.add_flag_callback(
-        name, [value] { *value = true; }, help);
+    return add(name, help, {}, false);
+}
+
+Value<bool> Arguments::offlineFlag(char const* name, char const* help)
+{
+    auto const value = flag(name, help);
+    all_.back().needsNoService = true;
     return value;
 }
 

@@ -6,6 +6,7 @@
 #include <KeloCommunicationLib/connection/KeloErrors.h>
 #include <platform/core/HostEnvironment.h>
 
+#include "cli/shell/Exchange.h"
 #include "cli/shell/Input.h"
 
 namespace cli
@@ -27,7 +28,8 @@ QString wordsFor(CommonOptions const& options)
         {u"--url"_s, options.url},
         {u"--user"_s, options.user},
         {u"--installation"_s, options.installation},
-        {u"--ca-file"_s, options.certificateFile}};
+        {u"--ca-file"_s, options.certificateFile},
+        {u"--timeout"_s, options.timeout}};
     QString words;
     for (auto const& [name, value] : all)
     {
@@ -44,6 +46,24 @@ void checkCollaborationVersion()
     {
         versionOf(name, text);
     }
+}
+
+/// 0 if none is given.
+std::chrono::milliseconds timeoutOf(CommonOptions const& options)
+{
+    QString const fromEnvironment = qEnvironmentVariable("KELO_TIMEOUT");
+    QString const text = givenOr(options.timeout, fromEnvironment);
+    if (options.timeout.isNull() && fromEnvironment.isEmpty())
+    {
+        return std::chrono::milliseconds(0);
+    }
+    bool isNumber = false;
+    double const seconds = text.toDouble(&isNumber);
+    if (!isNumber || !(seconds >= 0.1 && seconds <= 3600))
+    {
+        throw badInput(u"The time-out \"%1\" is not a number of seconds from 0.1 to 3600."_s.arg(text));
+    }
+    return std::chrono::milliseconds(static_cast<qint64>(seconds * 1000));
 }
 
 Failure refusal(QString const& message, rest::RestReplyStatus const& status)
@@ -105,26 +125,38 @@ Context::Context(CommonOptions const& options) : givenOptions_(wordsFor(options)
     {
         trace_ = std::make_shared<HarFile>(options.traceFile);
     }
+    timeout_ = timeoutOf(options);
     environment.installationReference = [installation = installation_](QString const&) { return installation; };
     environment.username = user_;
     environment.password = givenOr(options.password, environment.password);
     core::setHostEnvironment(environment);
-    TessalyConnectionBase::m_callback = [answers = answers_, trace = trace_](rest::TraceData const& exchange)
+    TessalyConnectionBase::m_callback =
+        [answers = answers_, trace = trace_, isTold = options.verbose](rest::TraceData const& exchange)
     {
         answers->add(exchange);
         if (trace)
         {
             trace->add(exchange);
         }
+        if (isTold)
+        {
+            writeError({ExitCode::Success, summaryOf(exchange)}, false);
+        }
     };
     connection_ = TessalyConnection::makeConnection(url_, user_, environment.password);
-    connection_->setExtraCertificates(certificateFile_);
+    configure(*connection_);
 }
 
-void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_t count, Purpose purpose) const
+void Context::configure(rest::Connection& connection) const
+{
+    connection.setExtraCertificates(certificateFile_);
+    connection.setDefaultTimeout(timeout_);
+}
+
+void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_t count) const
 {
     auto const answers = answers_->takeFresh();
-    checkStatus(status, purpose);
+    checkStatus(status);
     auto const end = answers.begin() + static_cast<std::ptrdiff_t>(std::min(count, answers.size()));
     if (!std::all_of(answers.begin(), end, [shape](Answer const& answer) { return answer.has(shape); }))
     {
@@ -136,14 +168,20 @@ void Context::check(rest::RestReplyStatus const& status, Shape shape, std::size_
     }
 }
 
-rest::RestReplyStatus Context::untoldStatus() const
+rest::RestReplyStatus Context::untoldStatus(Purpose purpose) const
 {
     auto const answers = answers_->fresh();
     if (answers.empty())
     {
         throw unfinished();
     }
-    return answers.front().status;
+    auto status = answers.front().status;
+    if (purpose == Purpose::Question)
+    {
+        // The hook knows exchanges only, and takes every POST for one that changes something.
+        status.message = status.message.remove(kelo::maybeProcessed).trimmed();
+    }
+    return status;
 }
 
 Failure Context::unfinished() const
@@ -159,15 +197,18 @@ void Context::recordSecrets() const
     }
 }
 
-void Context::writeTrace()
+std::function<void()> Context::traceWriter() const
 {
-    if (trace_)
+    return [trace = trace_]
     {
-        trace_->write();
-    }
+        if (trace)
+        {
+            trace->write();
+        }
+    };
 }
 
-void Context::checkStatus(rest::RestReplyStatus const& status, Purpose purpose) const
+void Context::checkStatus(rest::RestReplyStatus const& status) const
 {
     if (status.kind == 0)
     {
@@ -176,10 +217,7 @@ void Context::checkStatus(rest::RestReplyStatus const& status, Purpose purpose) 
     QString const service = url_.toDisplayString();
     if (status.kind == 1)
     {
-        // The library takes every POST for one that changes something.
-        QString reason = status.message;
-        reason = purpose == Purpose::Question ? reason.remove(maybeProcessed) : reason;
-        throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(service, reason.trimmed()));
+        throw Failure(ExitCode::NoConnection, u"No answer from %1: %2"_s.arg(service, status.message));
     }
     if (status.httpStatus == 401)
     {

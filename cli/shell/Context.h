@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -34,16 +36,15 @@ struct CommonOptions
     QString password;
     QString installation;
     QString certificateFile;
+    QString timeout;
     QString traceFile;
     bool json = false;
+    bool verbose = false;
 };
 
 /// A service's address. Throws a Failure for one that cannot be used, with the advice if there is none; what may hold a
 /// password is not repeated in the message.
 QUrl serviceUrl(QString const& text, QString const& advice);
-
-/// The library's sentence for a call that may have been carried out though no usable answer came.
-inline constexpr QLatin1StringView maybeProcessed("The server may have processed the request.");
 
 /// Where a command runs: the connection, the installation and the way results and failures are shown.
 class Context
@@ -70,20 +71,22 @@ public:
     /// Who acts, in the bodies that name a user.
     QString const& user() const { return user_; }
 
-    /// Whose certificates are trusted beside the system's, as the command's own connections must be told; may be empty.
+    /// Whose certificates are trusted beside the system's; may be empty.
     QString const& certificateFile() const { return certificateFile_; }
+
+    /// Gives a connection that a command makes itself the certificates to trust and the time-out.
+    void configure(rest::Connection& connection) const;
 
     Output const& output() const { return output_; }
 
     /// Waits for the reply of a call and returns its value; throws a Failure when there is none. The reply must have
     /// the shape that its type tells, unless another is given.
     template <class T>
-    T valueOf(
-        threading::Future<rest::RestReply<T>> future, Shape shape = shapeOf<T>, Purpose purpose = Purpose::Change) const
+    T valueOf(threading::Future<rest::RestReply<T>> future, Shape shape = shapeOf<T>) const
     {
         finished(future);
         auto reply = std::move(future).take();
-        check(reply.status, shape, 1, purpose);
+        check(reply.status, shape);
         if constexpr (!std::is_void_v<T>)
         {
             return std::move(reply.value);
@@ -104,13 +107,11 @@ public:
 
     /// Throws a Failure unless a call has succeeded and the first `count` answers since the last check have that shape:
     /// a service that is not the wanted one must not pass for one without data.
-    void check(
-        rest::RestReplyStatus const& status, Shape shape, std::size_t count = 1,
-        Purpose purpose = Purpose::Change) const;
+    void check(rest::RestReplyStatus const& status, Shape shape, std::size_t count = 1) const;
 
     /// The status of an operation whose result has none: that of the first answer since the last check. Throws a
     /// Failure if there was none.
-    rest::RestReplyStatus untoldStatus() const;
+    rest::RestReplyStatus untoldStatus(Purpose purpose = Purpose::Question) const;
 
     /// The Failure of a call that ended without an outcome.
     Failure unfinished() const;
@@ -125,8 +126,9 @@ public:
     /// The trace holds users' secrets, too; they are redacted unless this is called.
     void recordSecrets() const;
 
-    /// Writes the trace, if one is wanted.
-    void writeTrace();
+    /// Writes the trace, if one is wanted and it is not written yet; may be called by any thread and after this object
+    /// is gone.
+    std::function<void()> traceWriter() const;
 
 private:
     explicit Context(Output output) : output_(output) {}
@@ -144,13 +146,14 @@ private:
                                      : IsVector<T>::value ? Shape::List
                                                           : Shape::Object;
 
-    void checkStatus(rest::RestReplyStatus const& status, Purpose purpose) const;
+    void checkStatus(rest::RestReplyStatus const& status) const;
 
     CommonOptions options_;
     QUrl url_;
     QString user_;
     QString installation_;
     QString certificateFile_;
+    std::chrono::milliseconds timeout_{0};
     QString givenOptions_;
     Output output_;
     std::shared_ptr<HarFile> trace_;

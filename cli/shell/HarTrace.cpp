@@ -10,6 +10,7 @@
 #include <QStringDecoder>
 #include <QUrlQuery>
 
+#include "cli/shell/Exchange.h"
 #include "cli/shell/Listing.h"
 
 namespace cli
@@ -19,11 +20,6 @@ namespace
 {
 
 using namespace Qt::Literals::StringLiterals;
-
-double milliseconds(std::chrono::microseconds duration)
-{
-    return static_cast<double>(duration.count()) / 1000;
-}
 
 /// The format's mark for a phase that the exchange did not pass is -1.
 double optionalMilliseconds(std::chrono::microseconds duration)
@@ -81,14 +77,6 @@ QJsonArray headersJson(rest::Headers const& headers)
     return array;
 }
 
-QString headerValue(rest::Headers const& headers, QByteArray const& wanted)
-{
-    auto const found = std::find_if(
-        headers.begin(), headers.end(),
-        [&wanted](auto const& header) { return header.first.compare(wanted, Qt::CaseInsensitive) == 0; });
-    return found == headers.end() ? QString() : QString::fromLatin1(found->second);
-}
-
 void addText(QJsonObject& json, QByteArray const& bytes)
 {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -116,14 +104,6 @@ QByteArray redacted(QByteArray const& body)
     auto const shown = withoutSecrets(value, mark);
     auto const document = shown.isArray() ? QJsonDocument(shown.toArray()) : QJsonDocument(shown.toObject());
     return shown == value ? body : document.toJson(QJsonDocument::Compact);
-}
-
-/// The body of what goes from a file or into one is not in the trace.
-qint64 bodySize(rest::Headers const& headers, QByteArray const& body)
-{
-    bool isAnnounced = false;
-    auto const size = headerValue(headers, "Content-Length").toLongLong(&isAnnounced);
-    return body.isEmpty() && isAnnounced ? size : body.size();
 }
 
 QJsonObject requestJson(rest::TraceData const& exchange)
@@ -189,16 +169,13 @@ QJsonObject timingsJson(rest::TraceData::Phases const& phases)
 
 QJsonObject entryJson(rest::TraceData const& exchange)
 {
-    auto const& phases = exchange.phases;
-    auto const total = phases.queued + phases.nameLookUp + phases.connect + phases.tlsHandshake + phases.send
-                       + phases.wait + phases.receive;
     return {
         {u"startedDateTime"_s, exchange.startTime.toString(Qt::ISODateWithMs)},
-        {u"time"_s, milliseconds(total)},
+        {u"time"_s, milliseconds(durationOf(exchange))},
         {u"request"_s, requestJson(exchange)},
         {u"response"_s, responseJson(exchange)},
         {u"cache"_s, QJsonObject()},
-        {u"timings"_s, timingsJson(phases)}};
+        {u"timings"_s, timingsJson(exchange.phases)}};
 }
 
 QJsonObject toHar(std::vector<rest::TraceData> exchanges)
@@ -225,14 +202,26 @@ void HarFile::add(rest::TraceData const& exchange)
     exchanges_.push_back(exchange);
 }
 
+void HarFile::keepSecrets()
+{
+    std::lock_guard const lock(mutex_);
+    keepsSecrets_ = true;
+}
+
 void HarFile::write()
 {
+    std::lock_guard const writing(writing_);
+    if (std::exchange(isWritten_, true))
+    {
+        return;
+    }
     std::unique_lock lock(mutex_);
     auto exchanges = std::exchange(exchanges_, {});
+    bool const keepsSecrets = keepsSecrets_;
     lock.unlock();
     for (auto& exchange : exchanges)
     {
-        if (!keepsSecrets_)
+        if (!keepsSecrets)
         {
             exchange.requestBody = redacted(exchange.requestBody);
             exchange.responseBody = redacted(exchange.responseBody);

@@ -24,15 +24,18 @@ public:
     /// Keeps an exchange until the file is written; may be called from any thread.
     void add(rest::TraceData const& exchange);
     /// Secrets are recorded, too, because the user asked for them.
-    void keepSecrets() { keepsSecrets_ = true; }
+    void keepSecrets();
 
-    /// Throws a Failure when not all could be written.
+    /// Writes what there is, once: a later call does nothing. Throws a Failure when not all could be written. May be
+    /// called from any thread.
     void write();
 
 private:
     OutputFile file_;
-    bool keepsSecrets_ = false;
+    std::mutex writing_;
+    bool isWritten_ = false;
     std::mutex mutex_;
+    bool keepsSecrets_ = false;
     std::vector<rest::TraceData> exchanges_;
 };
 

@@ -43,27 +43,40 @@ Names typeNames()
     return namesIn<collaboration::RequestInfo>(u"RequestType");
 }
 
-Names connectionStatusNames()
+Names statusNames()
 {
     return namesIn<ConnectionInfo>(u"Status");
+}
+
+Names namesOfGenders()
+{
+    return namesIn<mirashare::CreateCaseRequest>(u"PatientGender");
+}
+
+QStringList textsOf(Names const& names)
+{
+    QStringList texts;
+    for (auto const& named : names)
+    {
+        texts << named.name;
+    }
+    texts.removeAll(QString());
+    return texts;
 }
 
 int numberOf(char const* what, Names const& names, QString const& text)
 {
     bool isNumber = false;
     int const number = text.toInt(&isNumber);
-    QStringList wanted;
     for (auto const& [name, value] : names)
     {
         if (text.compare(name, Qt::CaseInsensitive) == 0 || (isNumber && number == value))
         {
             return value;
         }
-        wanted << name;
     }
-    wanted.removeAll(QString());
-    throw badInput(
-        u"Unknown %1 \"%2\": it is one of %3, or its number."_s.arg(QLatin1String(what), text, wanted.join(", "_L1)));
+    throw badInput(u"Unknown %1 \"%2\": it is one of %3, or its number."_s.arg(
+        QLatin1String(what), text, textsOf(names).join(", "_L1)));
 }
 
 QString nameIn(Names const& names, int number)
@@ -90,6 +103,21 @@ FileDescription describeFile(QString const& path, int chunkSize)
 }
 
 } // namespace
+
+QStringList requestTypeNames()
+{
+    return textsOf(typeNames());
+}
+
+QStringList connectionStatusNames()
+{
+    return textsOf(statusNames());
+}
+
+QStringList genderNames()
+{
+    return textsOf(namesOfGenders());
+}
 
 QString identifier(char const* what, QString const& text)
 {
@@ -127,13 +155,12 @@ QString nameOf(collaboration::RequestType type)
 
 ConnectionStatus connectionStatus(QString const& text)
 {
-    return static_cast<ConnectionStatus>(numberOf("connection status", connectionStatusNames(), text));
+    return static_cast<ConnectionStatus>(numberOf("connection status", statusNames(), text));
 }
 
 QString nameOf(ConnectionStatus status)
 {
-    return status == ConnectionStatus::Unknown ? u"Unknown"_s
-                                               : nameIn(connectionStatusNames(), static_cast<int>(status));
+    return status == ConnectionStatus::Unknown ? u"Unknown"_s : nameIn(statusNames(), static_cast<int>(status));
 }
 
 QString nameOf(KeloCommunicationLib::CatalogUpdateState state)
@@ -156,8 +183,7 @@ int serviceNumber(char const* what, QString const& text)
 
 PatientGender::Gender gender(QString const& text)
 {
-    return static_cast<PatientGender::Gender>(
-        numberOf("gender", namesIn<mirashare::CreateCaseRequest>(u"PatientGender"), text));
+    return static_cast<PatientGender::Gender>(numberOf("gender", namesOfGenders(), text));
 }
 
 QVersionNumber versionOf(char const* what, QString const& text)

@@ -22,6 +22,11 @@ namespace cli
 /// An id that fills a place in a path: not empty, and without the characters that would make it another path.
 QString identifier(char const* what, QString const& text);
 
+/// The names of an enumeration's values.
+QStringList requestTypeNames();
+QStringList connectionStatusNames();
+QStringList genderNames();
+
 /// A kind of request by its name, in any case, or its number.
 collaboration::RequestType requestType(QString const& text);
 std::vector<collaboration::RequestType> requestTypes(QStringList const& texts);

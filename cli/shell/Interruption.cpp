@@ -4,6 +4,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include <pthread.h>
 
@@ -20,6 +21,7 @@ struct LastWords
 {
     std::mutex mutex;
     QString text;
+    std::function<void()> step;
 };
 
 LastWords& lastWords()
@@ -34,12 +36,21 @@ bool isIgnored(int signal)
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-/// A script that runs this program stops at Ctrl-C only if it sees that the program died of it.
-void dieOf(int signal, sigset_t const& signals)
+/// What the step that is still to be taken could not do.
+std::optional<Failure> failureOf(std::function<void()> const& step)
 {
-    std::signal(signal, SIG_DFL);
-    ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
-    std::raise(signal);
+    try
+    {
+        if (step)
+        {
+            step();
+        }
+        return std::nullopt;
+    }
+    catch (Failure const& failure)
+    {
+        return failure;
+    }
 }
 
 /// On a thread of its own, where more may be done than in a signal handler.
@@ -50,11 +61,27 @@ void wait(sigset_t const& signals, bool json)
     {
         return;
     }
+    // From now on the next one ends the program.
+    for (int const each : {SIGINT, SIGTERM})
+    {
+        if (::sigismember(&signals, each) == 1)
+        {
+            std::signal(each, SIG_DFL);
+        }
+    }
+    ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     std::unique_lock lock(lastWords().mutex);
     auto const text = lastWords().text;
+    auto const step = lastWords().step;
     lock.unlock();
-    writeLastError(text.isEmpty() ? std::nullopt : std::optional(badInput(text)), json);
-    dieOf(signal, signals);
+    auto last = text.isEmpty() ? std::nullopt : std::optional(badInput(text));
+    if (auto const failure = failureOf(step))
+    {
+        last = last ? last->told(last->message() + QLatin1String(" - ") + failure->message()) : failure;
+    }
+    writeLastError(last, json);
+    // A script that runs this program stops at Ctrl-C only if it sees that the program died of it.
+    std::raise(signal);
 }
 
 } // namespace
@@ -78,6 +105,12 @@ void sayWhenInterrupted(QString const& text)
 {
     std::lock_guard const lock(lastWords().mutex);
     lastWords().text = text;
+}
+
+void doWhenInterrupted(std::function<void()> step)
+{
+    std::lock_guard const lock(lastWords().mutex);
+    lastWords().step = std::move(step);
 }
 
 } // namespace cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <QString>
 
 /// Ctrl-C (SIGINT) and SIGTERM end the program as they would any other, and so exit codes 130 and 143 at a shell
@@ -12,5 +14,9 @@ void listenForInterruption(bool json);
 
 /// What is said when the program is interrupted from now on; nothing for an empty text.
 void sayWhenInterrupted(QString const& text);
+
+/// What is done before that, on another thread than those that are at work; a Failure of it is told, too. A second
+/// interruption ends the program at once.
+void doWhenInterrupted(std::function<void()> step);
 
 } // namespace cli

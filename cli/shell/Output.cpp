@@ -294,6 +294,19 @@ void Output::show(QJsonValue const& json, QString const& text) const
     }
 }
 
+void Output::showDone(QJsonValue const& json, QString const& text) const
+{
+    try
+    {
+        show(json, text);
+    }
+    catch (Failure const& failure)
+    {
+        QString const done = json_ ? jsonText(json) : text;
+        throw failure.told(u"%1 - But this is done: %2"_s.arg(failure.message(), done.simplified()));
+    }
+}
+
 QString shellQuoted(QString const& text)
 {
     return u'\'' + QString(text).replace(u'\'', "'\\''"_L1) + u'\'';

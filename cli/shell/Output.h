@@ -59,6 +59,8 @@ public:
 
     /// Writes `json` if the user asked for JSON, else `text`. Throws a Failure when standard output cannot be written.
     void show(QJsonValue const& json, QString const& text) const;
+    /// As `show`, of what the service has done: when it cannot be written, the Failure tells it.
+    void showDone(QJsonValue const& json, QString const& text) const;
 
 private:
     bool json_;

@@ -68,7 +68,7 @@ void Progress::finish(qint64 bytes)
     bytesDone_ += bytes;
     if (!output_.isJson())
     {
-        output_.show({}, u"%1 %2 (%3)\n"_s.arg(verb_, printable(name_), sizeText(bytes)));
+        output_.showDone({}, u"%1 %2 (%3)\n"_s.arg(verb_, printable(name_), sizeText(bytes)));
     }
 }
 

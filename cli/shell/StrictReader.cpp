@@ -59,24 +59,29 @@ QJsonValue decimalText(QJsonValue const& json)
     return QString::number(number);
 }
 
+/// What a value of the kind is called, in the order of the kinds.
+constexpr char const* wantedTexts[] = {
+    "a text",
+    "true or false",
+    "a whole number",
+    "a whole number from 0",
+    "a number",
+    "a day of the form 2026-12-31",
+    "a time of the form 2026-12-31T12:00:00Z",
+    "a text with a version such as 3.1.0",
+    "a text with a URL"};
+
 QJsonValue enumeration(Form const& form, QJsonValue const& json)
 {
     bool const isText = form.wire == WireForm::Texts;
-    QStringList wanted;
     for (auto const& named : form.names)
     {
         if (json.isString() && json.toString().compare(named.name, Qt::CaseInsensitive) == 0)
         {
             return isText ? QJsonValue(named.name) : QJsonValue(named.value);
         }
-        wanted << named.name;
     }
-    wanted.removeAll(QString());
-    QString const names = u"one of "_s + wanted.join(", "_L1);
-    require(
-        !isText && isInt(json), isText             ? names
-                                : wanted.isEmpty() ? u"a whole number"_s
-                                                   : names + u" or its number"_s);
+    require(!isText && isInt(json), wantedText(form));
     return json;
 }
 
@@ -106,18 +111,6 @@ void checkText(Form const& form, QString const& text)
         }
     }
 }
-
-/// What a value of the kind is called, in the order of the kinds.
-constexpr char const* wantedTexts[] = {
-    "a text",
-    "true or false",
-    "a whole number",
-    "a whole number from 0",
-    "a number",
-    "a day of the form 2026-12-31",
-    "a time of the form 2026-12-31T12:00:00Z",
-    "a text with a version such as 3.1.0",
-    "a text with a URL"};
 
 bool hasKind(ValueKind kind, QJsonValue const& json)
 {
@@ -159,7 +152,7 @@ QJsonValue checkedScalar(Form const& form, QJsonValue const& json)
     }
     if (form.wire != WireForm::NullOrUsual || !json.isNull())
     {
-        require(hasKind(form.kind, json), QLatin1String(wantedTexts[static_cast<std::size_t>(form.kind)]));
+        require(hasKind(form.kind, json), wantedText(form));
         checkText(form, json.toString());
     }
     return json;
@@ -353,6 +346,35 @@ QString membersText(Form const& form)
         members << part.key + membersText(part);
     }
     return form.kind == ValueKind::Record ? u'{' + members.join(", "_L1) + u'}' : QString();
+}
+
+QString wantedText(Form const& form)
+{
+    if (form.kind == ValueKind::List)
+    {
+        return u"a list: "_s + wantedText(form.parts.front());
+    }
+    if (form.kind == ValueKind::Record)
+    {
+        return u"an object"_s;
+    }
+    if (form.wire == WireForm::Base64)
+    {
+        return u"a text in Base64"_s;
+    }
+    if (form.kind != ValueKind::Enumeration)
+    {
+        auto const kind = form.wire == WireForm::DecimalText ? ValueKind::Integer : form.kind;
+        return QLatin1String(wantedTexts[static_cast<std::size_t>(kind)]);
+    }
+    QStringList wanted;
+    for (auto const& named : form.names)
+    {
+        wanted << named.name;
+    }
+    wanted.removeAll(QString());
+    QString const names = u"one of "_s + wanted.join(", "_L1);
+    return form.wire == WireForm::Texts ? names : wanted.isEmpty() ? u"a whole number"_s : names + u" or its number"_s;
 }
 
 Failure Place::mistake(QString const& text) const

@@ -33,6 +33,9 @@ struct Form
 /// The form of everything that has this schema; no member is required.
 Form formOf(jsonSerializer::ValueSchema const& schema);
 
+/// What has to stand at the place, e.g. "a whole number"; of a list, what its elements are.
+QString wantedText(Form const& form);
+
 /// The members' keys, those of nested records behind them, e.g. "{Name, Files[{Id}]}".
 QString membersText(Form const& form);
 

@@ -68,9 +68,17 @@ TEST_F(CliFailure, BadInputIsNamedAndSendsNothing)
     auto const foreign = file("foreign.json", R"({"Installation": "INST-2002", "Requests": []})");
     QStringList const create{"requests", "create", "--type", "LabDesign"};
     expectBadInput(
-        {{{}, "subcommand"},
-         {{"requests"}, "subcommand"},
-         {{"requests", "list", "--wrong"}, "\"--wrong\""},
+        {{{"requsts"}, "command \"requsts\": did you mean requests?"},
+         {{"requests", "lst"}, "\"requests lst\": did you mean list?"},
+         {{"partners", "acounts"}, "acounts"},
+         {{"help", "requests", "shwo"}, "\"requests shwo\": did you mean show?"},
+         {{"requests", "list", "--josn=hidden"}, "option \"--josn\": did you mean --json?"},
+         {{"requests", "list", "--wrong"}, "\"--wrong\"; see kelo requests list --help."},
+         {{"requests", "list", "-phidden"}, "\"-p\""},
+         {{"call", "getUserForLicense"}, "did you mean getUsersForLicense?"},
+         {{"call", "getOrderState"}, "did you mean getOrderStatus?"},
+         {{"completion", "csh"}, "bash, zsh, fish"},
+         {{"requests", "list", "--timeout", "0"}, "0.1 to 3600"},
          {{"requests", "show"}, "REQUEST"},
          {{"requests", "show", ""}, "request id is empty"},
          {{"requests", "show", "../REQ-1"}, "\"../REQ-1\""},

@@ -69,9 +69,15 @@ TEST_F(CliFiles, DevicesAndPipesAreWrittenToAsTheyAre)
     {
         char const* command;
         int exitCode;
+        char const* told = "";
     };
     constexpr Row rows[] = {
         {"users >/dev/full", 4},
+        {"requests create --type LabDesign >/dev/full", 4, " - But this is done: Created the request REQ-"},
+        {"sessions create --json >/dev/full", 4, "But this is done: { \\\"SessionId\\\": "},
+        {"call getRequests:active true >/dev/full", 4},
+        {"--help >/dev/full", 2},
+        {"--version >/dev/full", 2},
         {"users --trace /dev/full", 4},
         {"orders status ORD-000001 --json --trace - >/dev/full", 4},
         {"describe >/dev/full", 2}}; // asks nobody
@@ -79,7 +85,8 @@ TEST_F(CliFiles, DevicesAndPipesAreWrittenToAsTheyAre)
     {
         auto const full = run("sh", {"-c", QString("kelo ") + row.command});
         EXPECT_EQ(full.exitCode, row.exitCode) << full;
-        EXPECT_TRUE(full.errors.contains("No space left on device")) << full;
+        EXPECT_TRUE(full.errors.contains("No space left on device") && full.errors.contains(row.told)) << full;
+        EXPECT_EQ(full.errors.contains("is done"), row.told[0] != '\0') << full;
     }
     EXPECT_FALSE(QFileInfo("/dev/full").isFile());
 }

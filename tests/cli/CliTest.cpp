@@ -203,31 +203,3 @@ TEST_F(Cli, WhatTakesLongIsSeenToGoOn)
     EXPECT_GT(refresh.output.indexOf("requests are new or have changed, the details of 0 are here, "), 0) << refresh;
     EXPECT_TRUE(refresh.output.startsWith("Asking for the list of requests, ") && last > 0) << refresh;
 }
-
-TEST_F(Cli, HelpShowsAnExampleOfEveryCommand)
-{
-    auto const wordsIn = [this](QStringList const& group)
-    {
-        QStringList words;
-        auto const text = QString::fromUtf8(kelo(group + QStringList{"--help"}).output);
-        for (auto const& line : text.section("Subcommands:\n", 1).section("\n\n", 0, 0).split('\n', Qt::SkipEmptyParts))
-        {
-            words << line.simplified().section(' ', 0, 0);
-        }
-        return words;
-    };
-    int commands = 0;
-    for (auto const& group : wordsIn({}))
-    {
-        for (auto const& command : wordsIn({group}))
-        {
-            auto const help = kelo({group, command, "--help"});
-            EXPECT_EQ(help.exitCode, 0);
-            EXPECT_TRUE(help.output.contains(("Example:\n  kelo " + group + ' ' + command).toUtf8())) << help;
-            ++commands;
-        }
-    }
-    EXPECT_GE(commands, 15);
-    EXPECT_EQ(kelo({"--version"}).output.left(5), "kelo ");
-    EXPECT_TRUE(journal().isEmpty());
-}

@@ -91,6 +91,20 @@ TEST(ErrorModel, NoAnswerIsNoConnection)
     }
 }
 
+TEST(ErrorModel, OnlyWhatChangesSomethingMayHaveBeenProcessed)
+{
+    testkit::RawServer const server([](testkit::RawRequest const&) { return testkit::closeNow(); });
+    auto const connection = connectTo(server);
+    auto const endsSo = [](auto const& future) { return future.get().status.message.endsWith(kelo::maybeProcessed); };
+    EXPECT_TRUE(endsSo(connection->createOrder({})));
+    EXPECT_TRUE(endsSo(connection->updatePartnerCasesStatus(u"I"_s, {})));
+    EXPECT_TRUE(endsSo(connection->unlockTemplateRequest(u"I"_s, u"R"_s)));
+    EXPECT_FALSE(endsSo(connection->getOrderStatus({})));
+    EXPECT_FALSE(endsSo(connection->getRequests(u"I"_s, true)));
+    EXPECT_FALSE(endsSo(connection->getUnlockedStateForRequest(u"I"_s, u"R"_s)));
+    EXPECT_FALSE(endsSo(connection->getUsersForLicense(u"I"_s)));
+}
+
 TEST(ErrorModel, ASuccessWithoutTheExpectedObjectIsADefaultValue)
 {
     struct

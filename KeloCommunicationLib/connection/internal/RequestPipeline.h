@@ -87,6 +87,9 @@ rest::RestReply<T> typedReply(rest::NetReplyErrorParser const& parser, rest::Jso
     return typed;
 }
 
+/// The status of a call that changes nothing: whether the service has carried it out is no matter.
+void forgetWhetherProcessed(rest::RestReplyStatus& status);
+
 /// Sends the request. On the thread that finishes the exchange, `complete` gets the typed reply and the promise of the
 /// returned future, which it keeps; cancelling that future aborts the exchange. The continuation holds the parser,
 /// never the connection.
@@ -117,12 +120,19 @@ threading::Future<Result> sendFor(rest::Connection const& connection, rest::Http
 
 /// Sends the request for its typed reply.
 template <class T>
-threading::Future<rest::RestReply<T>> send(rest::Connection const& connection, rest::HttpRequestData request)
+threading::Future<rest::RestReply<T>> send(
+    rest::Connection const& connection, rest::HttpRequestData request, bool isQuery = false)
 {
     return sendFor<T, rest::RestReply<T>>(
         connection, std::move(request),
-        [](rest::RestReply<T>&& reply, threading::Promise<rest::RestReply<T>> promise)
-        { std::move(promise).setValue(std::move(reply)); });
+        [isQuery](rest::RestReply<T>&& reply, threading::Promise<rest::RestReply<T>> promise)
+        {
+            if (isQuery)
+            {
+                forgetWhetherProcessed(reply.status);
+            }
+            std::move(promise).setValue(std::move(reply));
+        });
 }
 
 /// The request of an operation with a body.
@@ -145,7 +155,7 @@ auto call(
     rest::Connection const& connection, operations::Operation<Body, Reply> const& operation, Values values,
     Body const& body)
 {
-    return send<Reply>(connection, requestOf(operation, values, body));
+    return send<Reply>(connection, requestOf(operation, values, body), operation.isQuery);
 }
 
 /// Fetches bytes; they are empty unless the answer is HTTP 200. Cancelling the returned future aborts the transfer.

@@ -1,0 +1,17 @@
+# Has kelo write its completions and manual pages into FOLDER, laid out as they are installed below share/. A kelo that does
+# not run here costs them, but not the build.
+file(REMOVE_RECURSE "${FOLDER}")
+set(bash "${FOLDER}/bash-completion/completions/kelo")
+set(zsh "${FOLDER}/zsh/vendor-completions/_kelo")
+set(fish "${FOLDER}/fish/vendor_completions.d/kelo.fish")
+file(MAKE_DIRECTORY "${FOLDER}/man/man1")
+execute_process(COMMAND "${KELO}" man --into "${FOLDER}/man/man1" OUTPUT_QUIET RESULT_VARIABLE result)
+foreach(shell bash zsh fish)
+  execute_process(COMMAND "${KELO}" completion ${shell} OUTPUT_VARIABLE script RESULT_VARIABLE one)
+  file(WRITE "${${shell}}" "${script}")
+  list(APPEND result ${one})
+endforeach()
+if(NOT result STREQUAL "0;0;0;0")
+  message(WARNING "${KELO} does not run here: there will be no completions and no manual pages (${result})")
+  file(REMOVE_RECURSE "${FOLDER}")
+endif()
