@@ -26,6 +26,25 @@ if(KELO_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# kelo_precompile(<target> <headers...>): what most sources of the target read, in the form <header>, beside what Qt and the
+# standard library have for all. A source includes what it uses all the same: the checks, and builds without
+# KELO_PRECOMPILE, see to it.
+function(kelo_precompile target)
+  if(KELO_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE <algorithm> <array> <chrono> <functional> <memory> <mutex> <optional> <string>
+      <utility> <vector> <QByteArray> <QDateTime> <QJsonArray> <QJsonDocument> <QJsonObject> <QString> <QStringList> <QUrl>
+      ${ARGN})
+  endif()
+endfunction()
+
+# kelo_compile_quickly(): what this folder and those below it make from here on is not optimised in a release build: tests wait
+# longer for the compiler than it could win.
+function(kelo_compile_quickly)
+  if(NOT MSVC)
+    add_compile_options($<$<CONFIG:Release>:-O0>)
+  endif()
+endfunction()
+
 # kelo_add_library(<target> COMPONENT <name> EXPORT_NAME <name> [EXPORT_HEADER <path below the include root> EXPORT_MACRO <name>]
 #                  [INCLUDE_ROOT <folder>] [HEADERS ...] [STATIC] SOURCES ... PUBLIC ... PRIVATE ...)
 # A library of this repository that is installed as part of a component of the package. Symbols are hidden unless exported;
@@ -104,6 +123,17 @@ function(kelo_install_library target component)
   set_property(GLOBAL APPEND PROPERTY KELO_COMPONENTS ${component})
 endfunction()
 
+# kelo_label(<label> <program> [<tests...>]): `ctest -L <label>` runs the tests, the target tests_<label> builds the program.
+function(kelo_label label program)
+  if(NOT TARGET tests_${label})
+    add_custom_target(tests_${label})
+  endif()
+  add_dependencies(tests_${label} ${program})
+  if(ARGN)
+    set_property(TEST ${ARGN} APPEND PROPERTY LABELS ${label})
+  endif()
+endfunction()
+
 # kelo_add_test(<name> SOURCES ... LIBS ... [LABELS ...]): one GoogleTest program, its cases known to ctest one by one.
 function(kelo_add_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS;LABELS")
@@ -112,6 +142,12 @@ function(kelo_add_test name)
   add_executable(${name} ${arg_SOURCES})
   target_compile_definitions(${name} PRIVATE QT_NO_KEYWORDS)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${name} PRIVATE ${arg_LIBS} GTest::gmock GTest::gtest_main kelo_warnings)
+  target_link_libraries(${name} PRIVATE ${arg_LIBS} kelo_test_support GTest::gmock GTest::gtest_main kelo_warnings)
+  foreach(label ${arg_LABELS})
+    kelo_label(${label} ${name})
+  endforeach()
+  if(KELO_PRECOMPILE)
+    target_precompile_headers(${name} REUSE_FROM kelo_test_headers)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}")
 endfunction()
