@@ -57,6 +57,8 @@ function(kelo_add_library target)
   set(kind)
   if(arg_STATIC)
     set(kind STATIC)
+    # Their sources have names of their own in common.
+    set(CMAKE_UNITY_BUILD OFF)
   endif()
   set(headers "${CMAKE_CURRENT_SOURCE_DIR}")
   if(NOT arg_INCLUDE_ROOT)
