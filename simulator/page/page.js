@@ -263,8 +263,8 @@ class View {
                 this.show(answer);
             }
         } catch (error) {
-            this.isStale = true;
             if (!(error instanceof Refusal)) {
+                this.isStale = true;
                 throw error;
             }
             tell(place, error.message);
