@@ -50,7 +50,8 @@ public:
 
 private:
     QTemporaryDir folder_;
-    cli::Context context_{{u"http://127.0.0.1:1"_s, u"user"_s, u"password"_s, u"I"_s, {}, {}, false}};
+    cli::Context context_{cli::CommonOptions{
+        .url = u"http://127.0.0.1:1"_s, .user = u"user"_s, .password = u"password"_s, .installation = u"I"_s}};
 };
 
 Desk const& desk()
