@@ -283,8 +283,9 @@ int run(CommandLine const& line, std::optional<pid_t> parent)
     }
     if (!line.options.recordings.empty())
     {
-        std::cerr << "kelo-simulator replays " << service.control("GET", "replay")["Entries"].toInt()
-                  << " requests, to any credentials" << std::endl;
+        auto const count = service.control("GET", "replay")["Entries"].toInt();
+        std::cerr << "kelo-simulator replays " << count << (count == 1 ? " request" : " requests")
+                  << ", to any credentials" << std::endl;
     }
     if (auto const file = service.certificateFile(); !file.isEmpty())
     {
