@@ -51,7 +51,13 @@ public:
 private:
     QTemporaryDir folder_;
     cli::Context context_{cli::CommonOptions{
-        .url = u"http://127.0.0.1:1"_s, .user = u"user"_s, .password = u"password"_s, .installation = u"I"_s}};
+        .url = u"http://127.0.0.1:1"_s,
+        .user = u"user"_s,
+        .password = u"password"_s,
+        .installation = u"I"_s,
+        .certificateFile = {},
+        .timeout = {},
+        .traceFile = {}}};
 };
 
 Desk const& desk()
