@@ -25,6 +25,10 @@ bool Exchange::isOfService() const
 void Examination::open(CommonOptions const& given)
 {
     context.emplace(given);
+    if (auto const wanted = context->timeout(); wanted.count() > 0)
+    {
+        patience = Patience(wanted);
+    }
     // The context's own, so that a trace is recorded, and then this one's.
     context->connection().setTraceCallback(
         [traced = traced_, hook = TessalyConnectionBase::m_callback](rest::TraceData const& exchange)

@@ -46,7 +46,7 @@ public:
     QString host() const { return way.url.host(); }
 
     CommonOptions const options;
-    Patience const patience;
+    Patience patience; ///< from `open` on that of the settings
     Way way = {};
     std::optional<Context> context = {}; ///< from `open` on
     bool hasInstallation = true;

@@ -74,6 +74,9 @@ public:
     /// Whose certificates are trusted beside the system's; may be empty.
     QString const& certificateFile() const { return certificateFile_; }
 
+    /// How long a call may take; 0 if nobody has said so.
+    std::chrono::milliseconds timeout() const { return timeout_; }
+
     /// Gives a connection that a command makes itself the certificates to trust and the time-out.
     void configure(rest::Connection& connection) const;
 

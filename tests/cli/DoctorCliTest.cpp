@@ -108,7 +108,7 @@ TEST_F(Doctor, TellsWhatIsWrongAndWhatToDoFirst)
         {otherName.url().toString(), {}, 3, "TLS", "not made out to 127.0.0.1: issued by"},
         {kelo + "/api/v9", {}, 3, "HTTP", "\"/api/v9\""},
         {good.url().toString().replace("https:", "http:"), {}, 3, "HTTP", "speaks TLS at this port"},
-        {silent.url().toString(), {}, 3, "HTTP", "Time-out"},
+        {silent.url().toString(), {"--timeout", "2"}, 3, "HTTP", "within 2000 ms"},
         {portal.url().toString(), {}, 3, "HTTP", "a web page answers"},
         {moved.url().toString(), {}, 3, "HTTP", "sends on to https://portal.invalid"},
         {gateway.url().toString(), {}, 3, "HTTP", "a proxy or gateway before the service"},
