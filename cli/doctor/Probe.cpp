@@ -58,8 +58,6 @@ public:
         set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
         set(CURLOPT_SSL_VERIFYPEER, verifies ? 1L : 0L);
         set(CURLOPT_SSL_VERIFYHOST, verifies ? 2L : 0L);
-        // The transport believes an authority only up to one that has signed itself.
-        set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_NO_PARTIALCHAIN));
         if (trust.whose == Trust::Whose::Given)
         {
             curl_blob blob{

@@ -44,8 +44,8 @@ TEST(RecycledConnection, failsNoWriteAndItsSessionGoesOn)
         EXPECT_EQ(log.size(), count);
         EXPECT_EQ(ids.size(), count);
         EXPECT_LE(connections, count / 50 + 10);
-        // The first ones, made at the same time, have no session to go on with.
-        EXPECT_GE(resumed, tls ? connections * 3 / 4 : 0);
+        // Those that are made at the same time, as the first ones are, have no session to go on with.
+        EXPECT_GE(resumed, tls ? connections / 2 : 0);
     }
 }
 

@@ -48,8 +48,8 @@ TlsOptions speaking(int version)
     return options;
 }
 
-/// Whether a client that takes anything gets through to the server.
-bool isServing(RawServer const& server)
+/// The certificate that the server shows to a client that takes anything; empty if that one does not get through.
+QByteArray certificateOf(RawServer const& server)
 {
     int const socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -63,10 +63,11 @@ bool isServing(RawServer const& server)
     SSL* const client = SSL_new(context);
     SSL_set_fd(client, socket);
     bool const isGreeted = isConnected && SSL_connect(client) == 1;
+    QByteArray const pem = isGreeted ? toPem(Certificate(SSL_get1_peer_certificate(client)).get()) : QByteArray();
     SSL_free(client);
     SSL_CTX_free(context);
     ::close(socket);
-    return isGreeted;
+    return pem;
 }
 
 TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
@@ -95,7 +96,7 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
     {
         SCOPED_TRACE(row.what);
         RawServer const server({}, {true, {}, row.server});
-        EXPECT_TRUE(isServing(server));
+        EXPECT_FALSE(certificateOf(server).isEmpty());
         auto const connection = connectTo(server.url());
         auto const answer = send(*connection, upload("x"));
         if (row.refusal == nullptr)
@@ -111,7 +112,8 @@ TEST(Tls, serverIsBelievedOnlyIfEverythingAboutItIsRight)
     EXPECT_LE(readsOfSystemAuthorities() - reads, 1);
 }
 
-QString pemFile(QString const& path, std::initializer_list<TestAuthority const*> authorities, char const* end = "")
+QString pemFile(
+    QString const& path, std::initializer_list<TestAuthority const*> authorities, QByteArray const& end = {})
 {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -141,6 +143,7 @@ TEST(Tls, certificatesOfOnesOwnCountOnTheirConnectionOnly)
         {usual},
         {{}, nullptr, "that this system does not know."},
         {pemFile(folder.filePath(u"two.pem"_qs), {known, stranger})},
+        {pemFile(folder.filePath(u"own.pem"_qs), {}, certificateOf(ofStranger))},
         {pemFile(folder.filePath(u"other.pem"_qs), {known}), nullptr, "that this system does not know."},
         {usual},
         {folder.filePath(u"none.pem"_qs), "none.pem cannot be used: No such file", "No such file"},
@@ -166,7 +169,7 @@ TEST(Tls, certificatesOfOnesOwnCountOnTheirConnectionOnly)
     }
     EXPECT_EQ(ofSystem.requestCount() + ofStranger.requestCount(), answered);
     // Kept connections are used again by those who trust the same certificates only.
-    EXPECT_EQ(ofSystem.connectionCount(), 4);
+    EXPECT_EQ(ofSystem.connectionCount(), 5);
     toStranger->setExtraCertificates(usual);
     int const reads = readsOfSystemAuthorities();
     int const connections = ofStranger.connectionCount();
