@@ -68,7 +68,7 @@ public:
         QSet<QString> taken;
         for (auto const& partner : partners)
         {
-            if (auto const logo = partner.getLogo())
+            if (auto const& logo = partner.getLogo())
             {
                 QString const path = QDir(folder).filePath(logoName(partner.getId(), taken));
                 ++count_;

@@ -35,7 +35,7 @@ struct Fault
 };
 
 /// One row a fault. `elsewhere` is the address of another origin.
-inline std::vector<Fault> allFaults(std::string const& elsewhere)
+inline std::vector<Fault> allFaults(std::string const& elsewhere) // NOLINT(readability-function-size): a table
 {
     using enum Effect;
     using enum Source;
