@@ -67,8 +67,8 @@ TEST_F(CliFiles, DevicesAndPipesAreWrittenToAsTheyAre)
 
     struct Row
     {
-        char const* command;
-        int exitCode;
+        char const* command = "";
+        int exitCode = 0;
         char const* told = "";
     };
     constexpr Row rows[] = {

@@ -60,7 +60,7 @@ Ending endingOf(threading::Future<Reply> const& future, Fill const& fill)
 }
 
 template <class Reply, class Fill>
-Running follow(threading::Future<Reply> const& future, Fill const& fill)
+Running follow(threading::Future<Reply> const& future, Fill fill)
 {
     return {
         future.then([fill](threading::Future<Reply> const& finished) { return endingOf(finished, fill); }),
