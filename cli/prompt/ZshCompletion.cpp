@@ -19,7 +19,7 @@ _kelo_files()
 }
 )";
 
-/// What stands in a specification between colons and brackets.
+/// What stands in an argument of _arguments between colons and brackets.
 QString escaped(QString text)
 {
     for (QChar const special : {u'\\', u':', u'[', u']'})
@@ -50,7 +50,7 @@ QString valueText(DeclaredArgument const& argument)
     return u":%1:%2"_s.arg(escaped(argument.valueName()), action);
 }
 
-QString specificationsOf(DeclaredArgument const& argument)
+QString zshArgumentsOf(DeclaredArgument const& argument)
 {
     if (!argument.isOption())
     {
@@ -98,7 +98,7 @@ QString functionText(Program const& program, QStringList const& path)
     {
         for (DeclaredArgument const& argument : each)
         {
-            arguments += specificationsOf(argument);
+            arguments += zshArgumentsOf(argument);
         }
     }
     bool const hasWords = !program.wordsBehind(path).isEmpty();
