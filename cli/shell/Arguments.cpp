@@ -63,13 +63,6 @@ Value<int> Arguments::number(char const* name, char const* help, int defaultNumb
     return add(name, help, {}, defaultNumber);
 }
 
-Value<int> Arguments::requiredNumber(char const* name, char const* help)
-{
-    auto const value = add(name, help, {}, 0);
-    all_.back().isRequired = true;
-    return value;
-}
-
 Value<bool> Arguments::flag(char const* name, char const* help)
 {
     return add(name, help, {}, false);

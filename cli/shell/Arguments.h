@@ -76,7 +76,6 @@ public:
     /// As `texts`, for texts that may hold commas.
     Value<QStringList> paths(char const* name, char const* help);
     Value<int> number(char const* name, char const* help, int defaultNumber);
-    Value<int> requiredNumber(char const* name, char const* help);
     Value<bool> flag(char const* name, char const* help);
     /// A flag with which the command needs no service.
     Value<bool> offlineFlag(char const* name, char const* help);
