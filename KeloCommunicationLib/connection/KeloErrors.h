@@ -13,6 +13,12 @@ namespace kelo
 /// that change nothing (`operations::Route::isQuery`, and every GET) do not say so.
 inline constexpr QLatin1StringView maybeProcessed("The server may have processed the request.");
 
+/// The message without that sentence: what is left to say of a call that changes nothing.
+inline QString withoutMaybeProcessed(QString message)
+{
+    return message.remove(maybeProcessed).trimmed();
+}
+
 /// The code of a call's outcome: `Success` for kind 0, `NoConnection` for kind 1, else the service's own code.
 KELO_EXPORT KeloErrorCode errorCode(rest::RestReplyStatus const& status);
 

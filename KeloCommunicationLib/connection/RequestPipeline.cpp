@@ -47,7 +47,7 @@ void forgetWhetherProcessed(rest::RestReplyStatus& status)
 {
     if (status.kind == 1)
     {
-        status.message = status.message.remove(kelo::maybeProcessed).trimmed();
+        status.message = kelo::withoutMaybeProcessed(status.message);
     }
 }
 

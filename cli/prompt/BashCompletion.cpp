@@ -125,7 +125,7 @@ QString valueCases(std::vector<DeclaredArgument> const& arguments, QString const
             QString const place = argument.takesSeveral() ? u"[1-9]*"_s : QString::number(position);
             cases += caseText(path + shellQuoted(u"|"_s) + place, valueOf(argument));
         }
-        for (QString const& name : argument.isOption() ? argument.names : QStringList())
+        for (QString const& name : argument.optionNames())
         {
             cases += caseText(path + shellQuoted(u'|' + name), valueOf(argument));
         }
@@ -138,7 +138,7 @@ QStringList optionNames(std::vector<DeclaredArgument> const& arguments)
     QStringList names;
     for (DeclaredArgument const& argument : arguments)
     {
-        names << (argument.isOption() ? argument.names : QStringList());
+        names << argument.optionNames();
     }
     return names;
 }

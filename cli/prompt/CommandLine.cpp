@@ -100,7 +100,7 @@ Failure unknownOption(Program const& program, QStringList const& path, QString c
     {
         for (auto const& argument : arguments)
         {
-            known << (argument.isOption() ? argument.names : QStringList());
+            known << argument.optionNames();
         }
     }
     auto const suggestion = didYouMean(name, known);

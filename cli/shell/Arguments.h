@@ -54,6 +54,9 @@ struct DeclaredArgument
 
     bool isOption() const { return names.first().startsWith(u'-'); }
 
+    /// The names of an option; of a position there are none.
+    QStringList optionNames() const { return isOption() ? names : QStringList(); }
+
     bool isFlag() const { return std::holds_alternative<Target<bool>>(target); }
 
     bool takesSeveral() const { return std::holds_alternative<Target<QStringList>>(target); }

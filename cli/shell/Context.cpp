@@ -179,7 +179,7 @@ rest::RestReplyStatus Context::untoldStatus(Purpose purpose) const
     if (purpose == Purpose::Question)
     {
         // The hook knows exchanges only, and takes every POST for one that changes something.
-        status.message = status.message.remove(kelo::maybeProcessed).trimmed();
+        status.message = kelo::withoutMaybeProcessed(status.message);
     }
     return status;
 }

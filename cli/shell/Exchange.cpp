@@ -44,7 +44,7 @@ QString summaryOf(rest::TraceData const& exchange)
     if (exchange.httpStatus == 0 || !exchange.error.isEmpty())
     {
         QString const status = exchange.httpStatus == 0 ? QString() : u" with status %1"_s.arg(exchange.httpStatus);
-        QString const cause = QString(exchange.error).remove(kelo::maybeProcessed).trimmed();
+        QString const cause = kelo::withoutMaybeProcessed(exchange.error);
         return u"%1: failed%2 after %3 ms: %4"_s.arg(request, status, time, cause);
     }
     return u"%1: %2, %3 ms, %4 bytes sent, %5 received"_s.arg(
