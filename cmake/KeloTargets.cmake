@@ -7,7 +7,8 @@ add_library(kelo_warnings INTERFACE)
 if(MSVC)
   target_compile_options(kelo_warnings INTERFACE /W4 $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:/WX>)
 else()
-  target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  # Where several sources are compiled as one, their names meet.
+  target_compile_options(kelo_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion $<$<NOT:$<BOOL:${CMAKE_UNITY_BUILD}>>:-Wshadow>
     $<$<BOOL:${KELO_WARNINGS_AS_ERRORS}>:-Werror>)
 endif()
 
@@ -57,8 +58,6 @@ function(kelo_add_library target)
   set(kind)
   if(arg_STATIC)
     set(kind STATIC)
-    # Their sources have names of their own in common.
-    set(CMAKE_UNITY_BUILD OFF)
   endif()
   set(headers "${CMAKE_CURRENT_SOURCE_DIR}")
   if(NOT arg_INCLUDE_ROOT)

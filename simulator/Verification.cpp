@@ -10,18 +10,18 @@ namespace simulator
 namespace
 {
 
-constexpr qint64 most = 1'000'000;
+constexpr qint64 mostCalls = 1'000'000;
 
 constexpr Member requestMembers[] = {
     {"Operation", Kind::Text, true, {}, "the name of the operation"},
-    integer("Exactly", 0, most, nullptr, "how often; 0 means never"),
-    integer("AtLeast", 0, most, nullptr, "how often, or more; 1 if nothing is said"),
-    integer("AtMost", 0, most, nullptr, "how often, or less"),
+    integer("Exactly", 0, mostCalls, nullptr, "how often; 0 means never"),
+    integer("AtLeast", 0, mostCalls, nullptr, "how often, or more; 1 if nothing is said"),
+    integer("AtMost", 0, mostCalls, nullptr, "how often, or less"),
     integer("Status", 0, 599, nullptr, "only those answered with this status"),
     optional("Body", Kind::Any, "only those whose JSON body has at least these members"),
 };
 
-constexpr Member members[] = {
+constexpr Member expectationMembers[] = {
     {"Requests", Kind::Objects, false, requestMembers, "how often operations were called"},
     optional("InOrder", Kind::Texts, "operations that were called one after the other; others may come between"),
     integer("Since", 0, std::numeric_limits<qint64>::max(), "0", "only the entries with a greater number"),
@@ -69,7 +69,7 @@ QString countDifference(Journal const& journal, QJsonObject const& expected, qui
     auto const isExact = expected.contains("Exactly");
     auto const usualLeast = expected.contains("AtMost") ? 0 : 1;
     auto const least = expected[isExact ? "Exactly" : "AtLeast"].toInteger(usualLeast);
-    auto const greatest = expected[isExact ? "Exactly" : "AtMost"].toInteger(most);
+    auto const greatest = expected[isExact ? "Exactly" : "AtMost"].toInteger(mostCalls);
     auto const count = static_cast<qint64>(found.size());
     if (count >= least && count <= greatest)
     {
@@ -109,7 +109,7 @@ void checkOperation(QString const& name, QStringList const& operations)
 
 } // namespace
 
-Schema const expectationsMembers = members;
+Schema const expectationsMembers = expectationMembers;
 
 void verify(Journal const& journal, QJsonObject const& expected, QStringList const& operations)
 {

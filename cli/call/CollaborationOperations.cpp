@@ -8,7 +8,7 @@ namespace cli
 using I = TessalyConnectionInterface;
 
 // clang-format off
-static constexpr Row rows[] = {
+static constexpr Row collaborationTable[] = {
     row<operations::getConnectionsForLicense, &I::getConnectionsForLicense>({"INSTALLATION"}),
     row<operations::startConnection, &I::startConnection>({"REQUEST"}),
     row<operations::updateConnectionStatus, &I::updateConnectionStatus>({"REQUEST"}),
@@ -42,6 +42,6 @@ static constexpr Row rows[] = {
 };
 // clang-format on
 
-std::span<Row const> const collaborationRows(rows);
+std::span<Row const> const collaborationRows(collaborationTable);
 
 } // namespace cli

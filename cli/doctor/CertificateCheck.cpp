@@ -38,7 +38,7 @@ constexpr auto unknownIssuer = "comes from an authority that is not trusted here
 constexpr auto askForAuthority =
     "An inspecting proxy or a virus scanner may have put it in the place of the service's: ask the office's IT for the "
     "certificate of its authority, a PEM file, and name that with --ca-file or KELO_CA_FILE, or have %1 exempted.";
-constexpr auto checkClock =
+constexpr auto adviceOnClock =
     "Check date and time of this computer, which says %2; if they are right, the service's operator must renew the "
     "certificate.";
 
@@ -49,8 +49,8 @@ constexpr std::array<Advice, 9> certificateAdvice = {{
      "Check the host name in the address. If it is right, somebody else answers in the service's place: open "
      "https://%1 in a "
      "browser of this computer, for the network may ask for a log-in first."},
-    {X509_V_ERR_CERT_HAS_EXPIRED, "has expired", checkClock},
-    {X509_V_ERR_CERT_NOT_YET_VALID, "is not yet valid", checkClock},
+    {X509_V_ERR_CERT_HAS_EXPIRED, "has expired", adviceOnClock},
+    {X509_V_ERR_CERT_NOT_YET_VALID, "is not yet valid", adviceOnClock},
     {X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT, "is self-signed",
      "If this is a service of one's own, such as the simulator, name its certificate with --ca-file; if not, send "
      "nothing: "

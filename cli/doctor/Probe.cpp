@@ -42,7 +42,7 @@ public:
         set(CURLOPT_HTTPPROXYTUNNEL, isSecure ? 1L : 0L);
         set(CURLOPT_PROTOCOLS_STR, "http,https");
         set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
-        set(CURLOPT_USERAGENT, "KeloCommunicationLib/1.0");
+        set(CURLOPT_USERAGENT, KELO_USER_AGENT);
         set(CURLOPT_PROXY, way.proxy.address.isEmpty() ? "" : way.proxy.address.constData());
         set(CURLOPT_NOPROXY, "");
         if (!way.proxy.username.isEmpty())

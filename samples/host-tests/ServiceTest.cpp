@@ -21,7 +21,7 @@ std::unique_ptr<TessalyConnection> connectTo(QUrl const& url)
     return TessalyConnection::makeConnection(url, QStringLiteral("kelo"), QStringLiteral("kelo"));
 }
 
-State load(PartnersScreen& screen)
+State loaded(PartnersScreen& screen)
 {
     screen.load();
     EXPECT_TRUE(testkit::comesTrue([&screen] { return screen.state() != State::Loading; }));
@@ -36,8 +36,8 @@ TEST(PartnersScreenOverTheWire, SurvivesALineThatDrops)
                                     { return request.number == 1 ? answer.truncatedBy(1) : answer; });
     auto const connection = connectTo(server.url());
     PartnersScreen screen(*connection, QStringLiteral("INST-1001"));
-    EXPECT_EQ(load(screen), State::Failed);
-    EXPECT_EQ(load(screen), State::Shown);
+    EXPECT_EQ(loaded(screen), State::Failed);
+    EXPECT_EQ(loaded(screen), State::Shown);
     EXPECT_EQ(server.requests().back().target, "/Installations/INST-1001/partners");
 }
 
@@ -48,9 +48,9 @@ TEST(PartnersScreenOverTheWire, IsAnsweredByAServiceThatIsBusyAtFirst)
     auto const connection = connectTo(service.start());
     PartnersScreen screen(*connection, QStringLiteral("INST-1001"));
     service.addFault(QStringLiteral("tooManyRequests:operation=getPartners,seconds=5"));
-    EXPECT_EQ(load(screen), State::Failed);
+    EXPECT_EQ(loaded(screen), State::Failed);
     EXPECT_EQ(screen.error(), QStringLiteral("KELO is busy. Try again in 5 seconds."));
-    EXPECT_EQ(load(screen), State::Shown);
+    EXPECT_EQ(loaded(screen), State::Shown);
     EXPECT_TRUE(screen.names().contains(QStringLiteral("Cerapoint Milling")));
     EXPECT_EQ(service.journal()["Requests"].toArray().size(), 2);
 }
@@ -64,10 +64,10 @@ TEST(PartnersScreenOverTheWire, SurvivesALineThatGoesSilent)
     connection->setDefaultTimeout(200ms);
     PartnersScreen screen(*connection, QStringLiteral("INST-1001"));
     line.add(QStringLiteral("timeout"));
-    EXPECT_EQ(load(screen), State::Failed);
+    EXPECT_EQ(loaded(screen), State::Failed);
     line.clear();
     connection->setDefaultTimeout(10s);
-    EXPECT_EQ(load(screen), State::Shown);
+    EXPECT_EQ(loaded(screen), State::Shown);
 }
 
 } // namespace

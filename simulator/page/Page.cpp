@@ -18,7 +18,7 @@ struct File
     char const* text;
 };
 
-constexpr File files[] = {
+constexpr File pageFiles[] = {
     {"index.html", "text/html; charset=utf-8", indexHtml},
     {"page.css", "text/css; charset=utf-8", pageCss},
     {"page.js", "text/javascript; charset=utf-8", pageJs},
@@ -30,8 +30,9 @@ constexpr File files[] = {
 Answer pageFile(QString const& name)
 {
     auto const* const file = std::find_if(
-        std::begin(files), std::end(files), [&name](File const& row) { return name == QLatin1String(row.name); });
-    if (file == std::end(files))
+        std::begin(pageFiles), std::end(pageFiles),
+        [&name](File const& row) { return name == QLatin1String(row.name); });
+    if (file == std::end(pageFiles))
     {
         throw Refusal(Reason::UnknownId, name);
     }

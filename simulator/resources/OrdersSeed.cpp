@@ -76,7 +76,7 @@ constexpr ItemRow crown[] = {{"ART-10010", 46, 46, 1}};
 constexpr ItemRow analogs[] = {{"ART-40010"}};
 
 // They are numbered in this order, from ORD-000001 on.
-constexpr std::array<OrderRow, 7> orders = {{
+constexpr std::array<OrderRow, 7> seededOrders = {{
     {OrderKind::Production, OrderState::Checked, "INST-1001", shells},
     {OrderKind::Production, OrderState::AwaitingFiles, "INST-1001", crowns},
     {OrderKind::Production, OrderState::Shipped, "INST-1001", bar},
@@ -176,7 +176,7 @@ void seedOrders(State& state)
              .region = row.region,
              .country = row.country});
     }
-    for (auto const& row : orders)
+    for (auto const& row : seededOrders)
     {
         addSeededOrder(state, row);
     }

@@ -20,7 +20,7 @@ namespace
 using namespace Qt::Literals::StringLiterals;
 using Client = TessalyConnection&;
 
-std::unique_ptr<TessalyConnection> connectTo(testkit::RawServer const& server)
+std::unique_ptr<TessalyConnection> connectToApi(testkit::RawServer const& server)
 {
     return TessalyConnection::makeConnection(server.url(u"/api/v1"_s), u"user"_s, u"secret"_s);
 }
@@ -92,7 +92,7 @@ void expectOnTheWire(Row const& row)
     testkit::RawServer const server(
         [&row](testkit::RawRequest const& request)
         { return request.number == 1 ? testkit::reply(200, row.reply) : testkit::reply(404, ""); });
-    EXPECT_EQ(row.call.run(*connectTo(server)), row.decoded);
+    EXPECT_EQ(row.call.run(*connectToApi(server)), row.decoded);
     ASSERT_EQ(server.requestCount(), row.target.contains("/PartnerCases/") ? 2 : 1);
     testkit::RawRequest const request = server.requests().front();
     EXPECT_EQ(request.method, row.method);
@@ -499,7 +499,7 @@ TEST(Operations, ValuesAreFilledInAsTheyStand)
 TEST(Operations, ACaseDesignerOrderHasATimeOutOfItsOwn)
 {
     testkit::RawServer const server([](testkit::RawRequest const&) { return testkit::stall(); });
-    auto const connection = connectTo(server);
+    auto const connection = connectToApi(server);
     connection->setDefaultTimeout(std::chrono::milliseconds(50));
     auto const caseDesignerOrder = connection->createIPSOrder(ipsOrder());
     ASSERT_TRUE(server.waitForRequests(1));

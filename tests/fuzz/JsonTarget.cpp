@@ -1,5 +1,5 @@
 #include <KeloCommunicationLib/json/internal/Converters.h>
-#include <tests/support/BothWays.h>
+#include <tests/wire/BothWays.h>
 
 #include "tests/fuzz/Fuzzing.h"
 
@@ -12,9 +12,8 @@ namespace
 
 test::WireType const& typeFor(std::uint8_t choice)
 {
-    static std::vector<test::WireType> const records = test::AllRecords::records();
-    static std::vector<test::WireType> const lists = test::AllRecords::lists();
-    return (choice < 128 ? records : lists)[choice % 128 % records.size()];
+    auto const& types = choice < 128 ? test::allRecords() : test::listsOfAllRecords();
+    return types[choice % 128 % types.size()];
 }
 
 qsizetype countEntries(test::WireType const& type, void const* list)

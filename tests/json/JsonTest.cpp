@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <KeloCommunicationLib/json/internal/Converters.h>
-#include <tests/support/BothWays.h>
 #include <tests/support/LogCapture.h>
+#include <tests/wire/BothWays.h>
 
 namespace
 {

@@ -105,7 +105,7 @@ protected:
     }
 };
 
-enum class Ending : int
+enum class Abandonment : int
 {
     DestroyRetriever,
     DestroyRetrieverOnFinished,
@@ -119,7 +119,7 @@ struct PollRow
 {
     char const* held;
     int heldCount;
-    Ending ending;
+    Abandonment ending;
     int finished;
     int failed;
 };
@@ -137,7 +137,7 @@ void poll(PollRow const& row)
         {
             ++finished;
             told.setValue();
-            EXPECT_EQ(retriever->isSuccess(), row.ending == Ending::DestroyRetrieverOnFinished);
+            EXPECT_EQ(retriever->isSuccess(), row.ending == Abandonment::DestroyRetrieverOnFinished);
             retriever.reset();
         });
     QObject::connect(
@@ -150,11 +150,11 @@ void poll(PollRow const& row)
     std::vector<RequestInfo> known;
     retriever->getUpdates({RequestType::DentalScan, RequestType::Template}, known);
     ASSERT_TRUE(await(service.whenHeld(row.heldCount)));
-    if (row.ending == Ending::DestroyRetriever)
+    if (row.ending == Abandonment::DestroyRetriever)
     {
         retriever.reset();
     }
-    else if (row.ending == Ending::CloseConnection)
+    else if (row.ending == Abandonment::CloseConnection)
     {
         service.connection()->closeConnection();
         service.connection()->initialize(service.server().url(), {}, {}, {});
@@ -162,7 +162,7 @@ void poll(PollRow const& row)
     service.server().release();
     // Where nobody is told, the answers get the time of another exchange to do harm.
     ASSERT_TRUE(await(service.connection()->getShippingAddresses(u"I"_qs)));
-    ASSERT_TRUE(row.ending == Ending::DestroyRetriever || await(told.future()));
+    ASSERT_TRUE(row.ending == Abandonment::DestroyRetriever || await(told.future()));
     service.connection().reset();
     QCoreApplication::sendPostedEvents();
     EXPECT_EQ(finished, row.finished);
@@ -172,11 +172,11 @@ void poll(PollRow const& row)
 TEST_F(Orchestrators, retrieverEndsWithCallsPending)
 {
     constexpr PollRow rows[] = {
-        {listOfRequests, 1, Ending::DestroyRetriever, 0, 0},
-        {listOfRequests, 1, Ending::CloseConnection, 0, 1},
-        {details, 2, Ending::DestroyRetriever, 0, 0},
-        {details, 2, Ending::CloseConnection, 1, 0},
-        {"nothing", 0, Ending::DestroyRetrieverOnFinished, 1, 0},
+        {listOfRequests, 1, Abandonment::DestroyRetriever, 0, 0},
+        {listOfRequests, 1, Abandonment::CloseConnection, 0, 1},
+        {details, 2, Abandonment::DestroyRetriever, 0, 0},
+        {details, 2, Abandonment::CloseConnection, 1, 0},
+        {"nothing", 0, Abandonment::DestroyRetrieverOnFinished, 1, 0},
     };
     for (auto const& row : rows)
     {
@@ -205,7 +205,7 @@ TEST_F(Orchestrators, retrieverDiesDuringALookUp)
         });
 }
 
-void abandonPartners(char const* held, int heldCount, Ending ending)
+void abandonPartners(char const* held, int heldCount, Abandonment ending)
 {
     Service service(held);
     std::atomic<int> ends = 0;
@@ -214,15 +214,15 @@ void abandonPartners(char const* held, int heldCount, Ending ending)
     ASSERT_TRUE(service.server().waitForHeld(heldCount));
     switch (ending)
     {
-    case Ending::CancelFuture:
+    case Abandonment::CancelFuture:
         future.cancel();
         EXPECT_EQ(ends, 1);
         break;
-    case Ending::DropFuture:
+    case Abandonment::DropFuture:
         future = {};
         service.server().release();
         break;
-    case Ending::CloseConnection:
+    case Abandonment::CloseConnection:
         service.connection()->closeConnection();
         EXPECT_EQ(ends, 1);
         break;
@@ -236,8 +236,9 @@ void abandonPartners(char const* held, int heldCount, Ending ending)
 TEST_F(Orchestrators, logosAreAbandoned)
 {
     LogCapture const silent;
-    for (Ending const ending :
-         {Ending::CancelFuture, Ending::DropFuture, Ending::CloseConnection, Ending::DestroyConnection})
+    for (Abandonment const ending :
+         {Abandonment::CancelFuture, Abandonment::DropFuture, Abandonment::CloseConnection,
+          Abandonment::DestroyConnection})
     {
         SCOPED_TRACE(static_cast<int>(ending));
         repeat([ending] { abandonPartners(listOfPartners, 1, ending); });

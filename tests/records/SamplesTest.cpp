@@ -3,8 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <KeloCommunicationLib/account/internal/AccountFields.h>
 #include <KeloCommunicationLib/json/internal/Converters.h>
-#include <tests/support/BothWays.h>
+#include <tests/wire/BothWays.h>
 
 // samples.json holds one object of every record as it stands on the wire, each member with another value than its
 // default: what the tables are held against.
@@ -101,7 +102,7 @@ QJsonObject filledWith(ValueSchema const& schema, QJsonValue const& value)
 TEST(Samples, EveryKeyOfEveryRecordHasOne)
 {
     QStringList names;
-    for (WireType const& type : test::AllRecords::records())
+    for (WireType const& type : test::allRecords())
     {
         SCOPED_TRACE(nameOf(type).toStdString());
         names.append(nameOf(type));
@@ -119,8 +120,8 @@ TEST(Samples, EveryKeyOfEveryRecordHasOne)
 
 TEST(Samples, ReadEitherWayAndWrittenAgainTheyAreTheSame)
 {
-    auto const records = test::AllRecords::records();
-    auto const lists = test::AllRecords::lists();
+    auto const& records = test::allRecords();
+    auto const& lists = test::listsOfAllRecords();
     for (std::size_t index = 0; index < records.size(); ++index)
     {
         WireType const& type = records[index];
@@ -159,7 +160,7 @@ TEST(Samples, AnyTypeUnderAnyKeyCanBeRead)
         u"2024-01-31T10:20:30.400"_s,
         QJsonObject{{u"Id"_s, 5}},
         QJsonArray{5, QJsonValue(), QJsonArray(), u"text"_s, QJsonObject()}};
-    for (WireType const& type : test::AllRecords::records())
+    for (WireType const& type : test::allRecords())
     {
         for (QJsonValue const& value : values)
         {

@@ -192,7 +192,7 @@ void Transfer::configureRequest(Request const& request)
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_ACCEPT_ENCODING, ContentDecoder::offered);
     set(CURLOPT_HTTP_CONTENT_DECODING, 0L);
-    set(CURLOPT_USERAGENT, "KeloCommunicationLib/1.0");
+    set(CURLOPT_USERAGENT, KELO_USER_AGENT);
     set(CURLOPT_HTTPHEADER, HeaderLists::of(request));
     if (!request.username.isEmpty())
     {

@@ -255,7 +255,7 @@ void parserTellsTheKind()
     requireEqual("kind", parser->parse(nullptr).kind, 1U);
 }
 
-constexpr Row rows[] = {
+constexpr Row answersRows[] = {
     {"documentsAndStatusAreKept", "Every HTTP answer keeps its status and document, which is empty if it is no JSON.",
      documentsAndStatusAreKept},
     {"framingsAreUnderstood", "Chunks, gzip, HTTP/1.0 and answers in pieces are read.", framingsAreUnderstood},
@@ -276,6 +276,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const answers = {"answers", rows};
+constinit Group const answers = {"answers", answersRows};
 
 } // namespace platformcheck

@@ -97,7 +97,7 @@ void busyOriginHoldsUpNoOther()
     requireStatus(send(*connectTo(other.url())), 200);
 }
 
-constexpr Row rows[] = {
+constexpr Row cancellingRows[] = {
     {"cancelReachesTheWire", "Future::cancel() ends the transfer: the server sees its connection go.",
      cancelReachesTheWire},
     {"canceledDownloadIsSilent", "The callback of a cancelled download is not called.", canceledDownloadIsSilent},
@@ -108,6 +108,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const cancelling = {"cancelling", rows};
+constinit Group const cancelling = {"cancelling", cancellingRows};
 
 } // namespace platformcheck

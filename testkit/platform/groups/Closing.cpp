@@ -181,7 +181,7 @@ void processMayEnd()
     require(server.waitForRequests(1), "the server gets no request");
 }
 
-constexpr Row rows[] = {
+constexpr Row closingRows[] = {
     {"destructorCancels", "Pending calls are cancelled, continuations included, when the destructor returns.",
      destructorCancels},
     {"closingCancels", "And when closeConnection() returns.", closingCancels},
@@ -200,6 +200,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const closing = {"closing", rows};
+constinit Group const closing = {"closing", closingRows};
 
 } // namespace platformcheck

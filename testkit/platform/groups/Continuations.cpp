@@ -170,7 +170,7 @@ void throwingOneIsCanceled()
     requireEqual("the result of the one after them", valueOf(next), 1);
 }
 
-constexpr Row rows[] = {
+constexpr Row continuationsRows[] = {
     {"valueOrFuture", "One that takes T is called with a value only, one that takes Future<T> always.", valueOrFuture},
     {"eachOnce", "Any number may be attached; each is called once.", eachOnce},
     {"withoutContextWhereItFinishes", "Without a context it runs on the finishing thread, or in then().",
@@ -187,6 +187,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const continuations = {"continuations", rows};
+constinit Group const continuations = {"continuations", continuationsRows};
 
 } // namespace platformcheck

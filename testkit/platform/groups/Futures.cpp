@@ -269,7 +269,7 @@ void whenAllRacesWithItsParts()
         });
 }
 
-constexpr Row rows[] = {
+constexpr Row futuresRows[] = {
     {"finishesWithItsFirstValue", "The first value counts; later values and cancelling change nothing.",
      finishesWithItsFirstValue},
     {"cancelFinishes", "Cancelled by either side, a future is finished and cancelled; get() gives a default value.",
@@ -294,6 +294,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const futures = {"futures", rows};
+constinit Group const futures = {"futures", futuresRows};
 
 } // namespace platformcheck

@@ -109,7 +109,7 @@ void answersBelongToTheirCalls()
     requireEqual("the number of requests", server.requestCount(), 4 * perThread);
 }
 
-constexpr Row rows[] = {
+constexpr Row idleRows[] = {
     {"endedConnectionCostsNoCall", "After a kept connection has ended, the next call is answered, and sent once.",
      endedConnectionCostsNoCall},
     {"strayAnswerIsNobodys", "An answer that arrives on an idle connection is not taken for the next call's.",
@@ -121,6 +121,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const idle = {"idle", rows};
+constinit Group const idle = {"idle", idleRows};
 
 } // namespace platformcheck

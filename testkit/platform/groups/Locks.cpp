@@ -217,7 +217,7 @@ void handlersOfPendingCalls()
     }
 }
 
-constexpr Row rows[] = {
+constexpr Row locksRows[] = {
     {"continuationsOfFutures", "A continuation may use its future and promise, from another thread, too.",
      continuationsOfFutures},
     {"cancelHandlers", "So may a handler of onCancel().", cancelHandlers},
@@ -232,6 +232,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const locks = {"locks", rows};
+constinit Group const locks = {"locks", locksRows};
 
 } // namespace platformcheck

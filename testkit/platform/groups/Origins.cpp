@@ -119,7 +119,7 @@ void certificatesAreChecked()
     requireEqual("the number of requests", server.requestCount(), 1);
 }
 
-constexpr Row rows[] = {
+constexpr Row originsRows[] = {
     {"readsFollowOnTheSameOrigin", "A GET follows up to five redirects on its origin; a sixth is the answer.",
      readsFollowOnTheSameOrigin},
     {"otherOriginsAreNotFollowed", "A redirect to another scheme, host or port is not followed, but the answer.",
@@ -133,6 +133,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const origins = {"origins", rows};
+constinit Group const origins = {"origins", originsRows};
 
 } // namespace platformcheck

@@ -167,7 +167,7 @@ void credentialsGoAlongUnasked()
     require(sent(get()).isNull(), "they are sent");
 }
 
-constexpr Row rows[] = {
+constexpr Row requestsRows[] = {
     {"urlsAreJoined", "Base and relative URL are joined by one slash; the query is the relative URL's.", urlsAreJoined},
     {"oddUrlsStayBelowTheBase", "A relative URL that looks like another address stays a path below the base.",
      oddUrlsStayBelowTheBase},
@@ -182,6 +182,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const requests = {"requests", rows};
+constinit Group const requests = {"requests", requestsRows};
 
 } // namespace platformcheck

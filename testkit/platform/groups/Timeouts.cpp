@@ -105,7 +105,7 @@ void longestTimeoutIsNone()
     requireStatus(send(*connectTo(server.url()), writeJson(std::chrono::milliseconds::max())), 200);
 }
 
-constexpr Row rows[] = {
+constexpr Row timeoutsRows[] = {
     {"ownTimeoutOrTheConnections", "A call without an answer ends by its own time-out, or else the connection's.",
      ownTimeoutOrTheConnections},
     {"jsonMustBeComplete", "The time-out of a JSON exchange bounds the whole of it.", jsonMustBeComplete},
@@ -120,6 +120,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const timeouts = {"timeouts", rows};
+constinit Group const timeouts = {"timeouts", timeoutsRows};
 
 } // namespace platformcheck

@@ -96,7 +96,7 @@ void throwingCallbackIsHarmless()
     requireStatus(send(*connection), 200);
 }
 
-constexpr Row rows[] = {
+constexpr Row tracesRows[] = {
     {"oncePerExchangeBeforeItsFuture", "The trace callback is called once for an exchange, before its future ends.",
      oncePerExchangeBeforeItsFuture},
     {"secretsAreHidden", "Traces tell neither the credentials nor cookies.", secretsAreHidden},
@@ -105,6 +105,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const traces = {"traces", rows};
+constinit Group const traces = {"traces", tracesRows};
 
 } // namespace platformcheck

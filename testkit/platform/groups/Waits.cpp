@@ -133,7 +133,7 @@ void waiterReturnsThoughAContinuationBlocks()
     }
 }
 
-constexpr Row rows[] = {
+constexpr Row waitsRows[] = {
     {"allWaitersReturn", "wait(), get() and waitFor() of many threads return when the future ends.", allWaitersReturn},
     {"waitForEndsInTime", "waitFor() returns false when its time is over.", waitForEndsInTime},
     {"noApplicationIsNeeded", "A call needs no event loop and no QCoreApplication.", noApplicationIsNeeded},
@@ -149,6 +149,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const waits = {"waits", rows};
+constinit Group const waits = {"waits", waitsRows};
 
 } // namespace platformcheck

@@ -128,7 +128,7 @@ void recycledConnectionsFailNone()
     }
 }
 
-constexpr Row rows[] = {
+constexpr Row writesRows[] = {
     {"lostOnNewConnectionSentOnce", "A write is not sent again when its new connection dies after it was read.",
      lostOnNewConnectionSentOnce},
     {"lostOnKeptConnectionSentOnce", "Nor when the connection has served others before.", lostOnKeptConnectionSentOnce},
@@ -143,6 +143,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-constinit Group const writes = {"writes", rows};
+constinit Group const writes = {"writes", writesRows};
 
 } // namespace platformcheck

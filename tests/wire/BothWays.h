@@ -7,7 +7,7 @@
 #include <QString>
 
 #include <KeloCommunicationLib/json/internal/TextReader.h>
-#include <tests/support/AllRecords.h>
+#include <tests/wire/AllRecords.h>
 
 /// The two ways from a text to a record or list: straight from the text, and through a document.
 namespace test

@@ -1,7 +1,4 @@
-#pragma once
-
-#include <memory>
-#include <vector>
+#include "tests/wire/AllRecords.h"
 
 #include <KeloCommunicationLib/account/internal/AccountFields.h>
 #include <KeloCommunicationLib/collaboration/internal/CollaborationFields.h>
@@ -12,18 +9,8 @@
 namespace test
 {
 
-/// A type of value that stands on the wire, with its C++ type taken away.
-struct WireType
+namespace
 {
-    jsonSerializer::implementation::Type const* type;
-    std::shared_ptr<void> (*make)();
-};
-
-template <class T>
-WireType wireType()
-{
-    return {&jsonSerializer::implementation::typeOf<T>, [] { return std::shared_ptr<void>(std::make_shared<T>()); }};
-}
 
 template <class... Records>
 struct RecordList
@@ -32,7 +19,6 @@ struct RecordList
     static std::vector<WireType> lists() { return {wireType<std::vector<Records>>()...}; }
 };
 
-/// Every record that has a table.
 using AllRecords = RecordList<
     AccountLicenseInfo, SettingsLicenseInfo, FileIdReference, FileLicenseInfo, HelpFileInfo, SoftwareUpdateInfo,
     TessalyUser, ClinicalPartner, StudyInfo, StudyInfoList, VantorStats, collaboration::FileInfo,
@@ -59,5 +45,19 @@ using AllRecords = RecordList<
     mirashare::CreateCaseRequest, mirashare::CaseFileId, mirashare::CreateCaseResponse, mirashare::AddDataRequest,
     mirashare::CaseStatusResponse, mirashare::SharePartnerCaseRequest, mirashare::TestAccountConnectionResponse,
     operations::InstallationBody, operations::PortalCases, operations::AuthenticationKeys, operations::SoftwarePage>;
+
+} // namespace
+
+std::vector<WireType> const& allRecords()
+{
+    static std::vector<WireType> const records = AllRecords::records();
+    return records;
+}
+
+std::vector<WireType> const& listsOfAllRecords()
+{
+    static std::vector<WireType> const lists = AllRecords::lists();
+    return lists;
+}
 
 } // namespace test
