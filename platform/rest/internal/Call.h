@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -108,9 +109,11 @@ public:
 
     Clock::time_point created() const { return created_; }
 
-    /// Used on the I/O thread only: the transfer that carries the call, and whether nobody waits for it any more.
+    /// Nobody waits for it any more. Set at once, not when the I/O thread gets to know: a place that becomes free in
+    /// between must not send it.
+    std::atomic<bool> isAborted = false;
+    /// Used on the I/O thread only: the transfer that carries the call.
     Transfer* transfer = nullptr;
-    bool isAborted = false;
     ProgressMeter progress;
 
 private:

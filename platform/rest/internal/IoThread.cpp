@@ -69,6 +69,7 @@ bool IoThread::submit(std::shared_ptr<Call> const& call)
 
 void IoThread::abort(std::shared_ptr<Call> const& call)
 {
+    call->isAborted = true;
     post(Order::Abort, call);
 }
 

@@ -106,7 +106,6 @@ void TransferLoop::start(std::shared_ptr<Call> call, OriginQueue& queue)
 
 void TransferLoop::abort(Call& call)
 {
-    call.isAborted = true;
     if (call.transfer != nullptr)
     {
         OriginQueue& queue = call.transfer->queue();
