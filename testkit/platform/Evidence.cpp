@@ -15,7 +15,7 @@ namespace
 std::chrono::milliseconds currentPatience{10'000};
 
 // One call, so that lines of several threads do not mix.
-void write(char const* word, std::string text)
+void tell(char const* word, std::string text)
 {
     std::replace(text.begin(), text.end(), '\n', ' ');
     std::string const line = protocol::mark + std::string(word) + ' ' + text + '\n';
@@ -25,7 +25,7 @@ void write(char const* word, std::string text)
 /// Leaves what is still running alone, for it may hang.
 [[noreturn]] void endWith(char const* word, std::string const& text)
 {
-    write(word, text);
+    tell(word, text);
     ::_exit(0);
 }
 
@@ -43,7 +43,7 @@ void setPatience(std::chrono::milliseconds duration)
 
 void doing(std::string const& what)
 {
-    write(protocol::doing, what);
+    tell(protocol::doing, what);
 }
 
 void fail(std::string const& seen)
@@ -58,7 +58,7 @@ void notOffered(std::string const& why)
 
 void passed()
 {
-    write(protocol::passed, {});
+    tell(protocol::passed, {});
 }
 
 } // namespace platformcheck

@@ -18,7 +18,7 @@ void writeLine(NamedRow const& row, char const* word)
     std::printf("%-11s  %-44s  %s\n", word, row.name.c_str(), row.row->promise);
 }
 
-void writeJson(NamedRow const& row, char const* word, std::string const& seen)
+void writeObject(NamedRow const& row, char const* word, std::string const& seen)
 {
     QJsonObject const object{
         {QStringLiteral("name"), QString::fromStdString(row.name)},
@@ -32,14 +32,14 @@ void writeJson(NamedRow const& row, char const* word, std::string const& seen)
 
 void Table::list(NamedRow const& row) const
 {
-    isJson_ ? writeJson(row, "", {}) : writeLine(row, "");
+    isJson_ ? writeObject(row, "", {}) : writeLine(row, "");
 }
 
 void Table::add(NamedRow const& row, Outcome const& outcome)
 {
     auto const result = static_cast<int>(outcome.result);
     ++counts_[result];
-    isJson_ ? writeJson(row, words[result], outcome.seen) : writeLine(row, words[result]);
+    isJson_ ? writeObject(row, words[result], outcome.seen) : writeLine(row, words[result]);
     if (!isJson_ && !outcome.seen.empty())
     {
         std::printf("             %s\n", outcome.seen.c_str());
