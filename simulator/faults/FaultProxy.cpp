@@ -131,8 +131,7 @@ std::shared_ptr<ToxicInForce const> FaultProxy::add(ToxicSettings const& setting
         stopListening();
         for (auto const& connection : connections_)
         {
-            toxic->fired += connection->isFinished() ? 0 : 1;
-            connection->end(true);
+            toxic->fired += connection->end(true) ? 1 : 0;
         }
     }
     return toxic;

@@ -155,13 +155,14 @@ void ProxiedConnection::Link::end()
             effect->atEnd(flow);
         }
     }
-    ::shutdown(to_, SHUT_WR);
     // A client that has gone needs no answer. One that the server has left may still be sending; closing now would take
     // the end of the answer from it.
     if (direction_ == Direction::Upstream)
     {
         connection_.end(false);
+        return;
     }
+    ::shutdown(to_, SHUT_WR);
 }
 
 ProxiedConnection::ProxiedConnection(FaultProxy& proxy, int client, int upstreamPort)
@@ -178,19 +179,20 @@ ProxiedConnection::~ProxiedConnection()
     ::close(endEvent_);
 }
 
-void ProxiedConnection::end(bool byReset)
+bool ProxiedConnection::end(bool byReset)
 {
     {
         std::lock_guard const lock(mutex_);
         if (isEnded_)
         {
-            return;
+            return false;
         }
         endsByReset_ = byReset;
         isEnded_ = true;
     }
     ::eventfd_write(endEvent_, 1);
     changed_.notify_all();
+    return true;
 }
 
 void ProxiedConnection::wake()

@@ -18,8 +18,8 @@ public:
     ProxiedConnection& operator=(ProxiedConnection const&) = delete;
     ~ProxiedConnection();
 
-    /// Makes both directions end soon; with `byReset`, both peers get a TCP reset.
-    void end(bool byReset);
+    /// Makes both directions end soon; with `byReset`, both peers get a TCP reset. False if that was done before.
+    bool end(bool byReset);
     bool isFinished() const { return isFinished_; }
     /// Something that a paused toxic waits for may have changed.
     void wake();
