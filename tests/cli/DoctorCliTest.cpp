@@ -44,7 +44,7 @@ TEST_F(Doctor, TellsWhatIsWrongAndWhatToDoFirst)
 {
     constexpr auto html = "<html>Welcome to our network</html>";
     auto const late =
-        QLocale::c().toString(QDateTime::currentDateTimeUtc().addSecs(-3600), "ddd, dd MMM yyyy hh:mm:ss 'GMT'");
+        QLocale::c().toString(QDateTime::currentDateTimeUtc().addSecs(-3630), "ddd, dd MMM yyyy hh:mm:ss 'GMT'");
     RawServer const silent(always(stall()));
     RawServer const portal(always(reply(200, html, {{"Content-Type", "text/html"}})));
     RawServer const moved(always(reply(302, "", {{"Location", "https://portal.invalid/login?token=t0ken-s3cret"}})));
