@@ -157,13 +157,16 @@ TEST(Request, whatTimesOutInTheQueueWasNotSent)
 
 TEST(Request, largeReplyHoldsUpNoSmallOne)
 {
-    RawServer server([](RawRequest const& request)
-                     { return reply(200, QByteArray(request.target == "/large" ? 100'000 : 1, ' ')); });
+    RawServer server(
+        [](RawRequest const& request)
+        { return request.target == "/large" ? reply(200, QByteArray(100'000, ' ')).afterRelease() : reply(200); });
     auto const connection = connectTo(server.url());
     // Unlike a future of this library it does not keep the thread working that waits for it.
     std::promise<void> promise;
     auto const large =
         connection->request(get("/large")).then([&](rest::JsonReply const&) { promise.get_future().wait(); });
+    // Had it finished before, the continuation would have run here.
+    server.release();
     for (int i = 0; i < 10; ++i)
     {
         EXPECT_EQ(send(*connection)->httpStatusCode(), 200);
