@@ -16,7 +16,7 @@ namespace simulator
 namespace
 {
 
-constexpr qint64 mostShown = 1'000'000;
+constexpr qint64 anyNumber = 1'000'000;
 
 constexpr Member resetMembers[] = {
     integer("Seed", 0, 4'294'967'295, nullptr, "of other data; the data it started with unless given"),
@@ -27,7 +27,7 @@ constexpr Member partnerActionMembers[] = {
     optional("RequestId", Kind::Text, "the request; not for create"),
     integer("Type", 0, static_cast<int>(RequestKind::Referral), nullptr, "create: the kind of request"),
     optional("ConnectionId", Kind::Text, "create: the partner; the first unless given"),
-    integer("Status", 0, mostShown, nullptr, "status, reply: the new one"),
+    integer("Status", 0, anyNumber, nullptr, "status, reply: the new one"),
     optional("Text", Kind::Text, "note, reply: what the partner says"),
     optional("Name", Kind::Text, "addFile, reply: the file's name"),
     optional("FileType", Kind::Text, "addFile, reply"),
@@ -46,13 +46,13 @@ constexpr Member journalQuery[] = {
     optional("method", Kind::Text, "only those with the HTTP method"),
     integer("status", 0, 599, nullptr, "only those answered with the status; 0: the connection was closed"),
     integer("since", 0, std::numeric_limits<qint64>::max(), nullptr, "only those with a greater number"),
-    integer("limit", 0, mostShown, nullptr, "only the last so many"),
+    integer("limit", 0, anyNumber, nullptr, "only the last so many"),
     integer("brief", 0, 1, nullptr, "1: without headers, bodies, answers and counts"),
 };
 
 constexpr Member requestsQuery[] = {
     optional("text", Kind::Any, "only those with the text in their id, kind, partner, patient or installation"),
-    integer("limit", 0, mostShown, nullptr, "only the last so many"),
+    integer("limit", 0, anyNumber, nullptr, "only the last so many"),
 };
 
 /// A recording has no data that could be told or changed.
@@ -109,7 +109,7 @@ Answer getJournal(Desk& desk, Call const& call)
     {
         filter.status = call.number("status");
     }
-    auto const limit = static_cast<std::size_t>(call["limit"].toInteger(mostShown));
+    auto const limit = static_cast<std::size_t>(call["limit"].toInteger(anyNumber));
     auto const isBrief = call.number("brief") == 1;
     return Answer::json(isBrief ? desk.journal.toBriefJson(filter, limit) : desk.journal.toJson(filter, limit));
 }
