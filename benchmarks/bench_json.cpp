@@ -158,12 +158,41 @@ void oneSize(benchmark::internal::Benchmark* benchmark)
     benchmark->UseRealTime()->Unit(benchmark::kMillisecond);
 }
 
+/// Unless TZ is set, the C library asks the file system for the zone with every time that is read as a local one.
+class ZoneNamed
+{
+public:
+    static void begin(benchmark::State const& /*state*/)
+    {
+        before() = qgetenv("TZ");
+        qputenv("TZ", before().isEmpty() ? ":/etc/localtime" : before());
+    }
+
+    static void end(benchmark::State const& /*state*/)
+    {
+        before().isEmpty() ? qunsetenv("TZ") : qputenv("TZ", before());
+    }
+
+private:
+    static QByteArray& before()
+    {
+        static QByteArray value;
+        return value;
+    }
+};
+
 BENCHMARK_TEMPLATE(document, requestsOf)->Name("listDocument")->Apply(manySizes);
 BENCHMARK_TEMPLATE(records, Requests, requestsOf)->Name("listRecords")->Apply(manySizes);
 BENCHMARK(plainStructures)->Name("listPlain")->Apply(manySizes);
 BENCHMARK(throughDocument)->Arg(listSize)->Apply(oneSize);
 BENCHMARK_TEMPLATE(document, detailsOf)->Name("detailsDocument")->Arg(detailsSize)->Apply(oneSize);
 BENCHMARK_TEMPLATE(records, Details, detailsOf)->Name("detailsRecords")->Arg(detailsSize)->Apply(oneSize);
+BENCHMARK_TEMPLATE(records, Details, detailsOf)
+    ->Name("detailsZoneNamed")
+    ->Arg(detailsSize)
+    ->Apply(oneSize)
+    ->Setup(ZoneNamed::begin)
+    ->Teardown(ZoneNamed::end);
 BENCHMARK(entry)->Arg(1000)->UseManualTime()->Iterations(1000);
 BENCHMARK(entry)->Arg(10000)->UseManualTime()->Iterations(100);
 BENCHMARK(entry)->Arg(100000)->UseManualTime()->Iterations(10);
@@ -200,6 +229,7 @@ int main(int argc, char** argv)
          {"throughDocument/100000", "listDocument/100000", "the same by way of the document"},
          {"detailsRecords/5000", "detailsDocument/5000",
           "reading 5 000 nested details over QJsonDocument::fromJson alone"},
+         {"detailsZoneNamed/5000", "detailsDocument/5000", "the same where TZ names the time zone"},
          {"listPlain/100000", "listRecords/100000",
           "nlohmann-json into plain structures over reading the list into records"},
          {"entry/10000", "entry/1000", "time for an entry of 10 000 over one of 1 000"},

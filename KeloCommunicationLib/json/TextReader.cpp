@@ -5,8 +5,10 @@
 #include <bitset>
 #include <cfloat>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <tuple>
 
 #include <simdjson.h>
 
@@ -48,20 +50,18 @@ public:
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): only the first `size_` members are ever looked at
     Members(void* record, Table table) { add(record, table); }
 
-    /// The member whose key begins here, if it is the next row's; services write members in one order. A key that comes
-    /// twice is for the document: the last one counts, even if it is null.
-    Member const* findNext(char const* key)
+    /// The member whose key begins here, or null for one that the record does not have. The next row's is tried first:
+    /// services write members in one order. A key that comes twice is for the document: the last one counts, even if
+    /// it is null.
+    Member const* find(char const* key)
     {
-        bool const isNext = next_ < size_ && isKey(members_[next_], key, members_[next_].size);
-        return isNext ? take(next_) : nullptr;
-    }
-
-    /// Null for a key that the record does not have.
-    Member const* find(std::string_view key)
-    {
+        if (next_ < size_ && isKey(members_[next_], key))
+        {
+            return take(next_);
+        }
         for (std::size_t at = 0; at < size_; ++at)
         {
-            if (members_[at].size == key.size() && isKey(members_[at], key.data(), key.size()))
+            if (isKey(members_[at], key))
             {
                 return take(at);
             }
@@ -89,9 +89,43 @@ private:
         }
     }
 
-    static bool isKey(Member const& member, char const* key, std::size_t size)
+    /// May look at as many bytes behind the text as a key can have; the padding is longer.
+    static bool isKey(Member const& member, char const* key)
     {
-        return key[size] == '"' && std::equal(key, key + size, member.field->keyBytes.data());
+        static_assert(std::tuple_size_v<decltype(Field::keyBytes)> <= simdjson::SIMDJSON_PADDING);
+        char const* const own = member.field->keyBytes.data();
+        return key[member.size] == '"' && isEqual(key, own, member.size);
+    }
+
+    /// Word by word: to call a function for each of these few bytes takes longer than to compare them.
+    static bool isEqual(char const* left, char const* right, std::size_t size)
+    {
+        if (size < sizeof(std::uint64_t))
+        {
+            std::size_t same = 0;
+            while (same < size && left[same] == right[same])
+            {
+                ++same;
+            }
+            return same == size;
+        }
+        // The last word ends where the text ends, so it may overlap the one before.
+        for (std::size_t at = 0; at < size; at += sizeof(std::uint64_t))
+        {
+            std::size_t const from = std::min(at, size - sizeof(std::uint64_t));
+            if (wordAt(left + from) != wordAt(right + from))
+            {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    static std::uint64_t wordAt(char const* bytes)
+    {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes, sizeof(word));
+        return word;
     }
 
     Member const* take(std::size_t at)
@@ -200,10 +234,10 @@ private:
         for (auto result : object)
         {
             ondemand::field& field = checked(result);
-            Members::Member const* member = members.findNext(field.key().raw());
+            Members::Member const* const member = members.find(field.key().raw());
             if (member == nullptr)
             {
-                member = members.find(keyOf(field));
+                keyOf(field);
             }
             ondemand::value& json = field.value();
             if (member == nullptr || member->field->change == nullptr || json.type() == ondemand::json_type::null)

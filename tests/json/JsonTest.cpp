@@ -1,3 +1,5 @@
+#include <set>
+
 #include <gmock/gmock.h>
 
 #include <KeloCommunicationLib/json/internal/Converters.h>
@@ -180,6 +182,51 @@ TEST(Json, AMemberIsReadByItsTypesRule)
         expected.insert(
             QString::fromLatin1(row.key), value.isEmpty() ? QJsonValue(QJsonValue::Undefined) : value.at(0));
         EXPECT_EQ(afterReading(json), expected) << json.toStdString();
+    }
+}
+
+/// Every text that differs in one place from the usual ones.
+std::set<QString> textsLike(QStringList const& usual)
+{
+    std::set<QString> texts;
+    for (QString const& text : usual)
+    {
+        for (qsizetype at = 0; at < text.size(); ++at)
+        {
+            texts.insert(text.left(at));
+            texts.insert(text.left(at) + text.mid(at + 1));
+            for (QChar const other : u"0123456789-+:.,TtZz /\u0660"_s)
+            {
+                texts.insert(text.left(at) + other + text.mid(at + 1));
+                texts.insert(text.left(at) + other + text.mid(at));
+            }
+        }
+    }
+    return texts;
+}
+
+TEST(Json, DatesAndTimesAreReadAsQtReadsThem)
+{
+    namespace json = jsonSerializer::implementation;
+    auto texts = textsLike(
+        {u"2024-02-29"_s, u"2024-02-29T10:20:30"_s, u"2024-02-29T10:20:30Z"_s, u"2024-02-29T23:59:59.123"_s,
+         u"2024-02-29T10:20:30.123Z"_s, u"2024-02-29T24:00:00.000Z"_s});
+    for (int thousandth = 0; thousandth < 1000; ++thousandth)
+    {
+        texts.insert(u"2024-02-29T10:20:30."_s + QString::number(thousandth).rightJustified(3, u'0'));
+    }
+    for (QString const& text : texts)
+    {
+        QDate date(2000, 1, 1);
+        json::Scalar ofDate{.is = json::Scalar::Is::Text, .text = text};
+        json::Value<QDate>::read(date, ofDate);
+        EXPECT_EQ(date, QDate::fromString(text, Qt::ISODate)) << text.toStdString();
+        QDateTime time(QDate(2000, 1, 1), QTime(0, 0));
+        json::Scalar ofTime{.is = json::Scalar::Is::Text, .text = text};
+        json::Value<QDateTime>::read(time, ofTime);
+        QDateTime const expected = QDateTime::fromString(text, Qt::ISODateWithMs);
+        EXPECT_EQ(time, expected) << text.toStdString();
+        EXPECT_EQ(time.timeSpec(), expected.timeSpec()) << text.toStdString();
     }
 }
 
