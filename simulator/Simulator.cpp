@@ -12,6 +12,7 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QLocale>
 #include <QTemporaryFile>
 
 #include <httplib.h>
@@ -34,6 +35,14 @@ constexpr char const* loopback = "127.0.0.1";
 QByteArray bytes(std::string const& text)
 {
     return QByteArray::fromStdString(text);
+}
+
+/// Now, as HTTP writes it.
+QByteArray httpDate()
+{
+    return QLocale::c()
+        .toString(QDateTime::currentDateTimeUtc(), QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
+        .toLatin1();
 }
 
 HttpRequest headOf(httplib::Request const& request)
@@ -259,6 +268,7 @@ void Simulator::Server::answer(
     {
         response.set_header(name.toStdString(), value.toStdString());
     }
+    response.set_header("Date", httpDate().toStdString());
     if (answer.status == 401)
     {
         response.set_header("WWW-Authenticate", "Basic realm=\"KELO\"");

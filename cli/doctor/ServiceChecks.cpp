@@ -249,7 +249,8 @@ Finding checkClock(Examination& examination)
     QJsonObject const details{{u"SkewSeconds"_s, skew}, {u"Here"_s, ours.toString(Qt::ISODate)}};
     if (std::abs(skew) <= largeSkew)
     {
-        return Finding::ok(u"within %1 seconds of the service's"_s.arg(std::abs(skew) + 1), details);
+        auto const within = skew == 0 ? u"a second"_s : u"%1 seconds"_s.arg(std::abs(skew) + 1);
+        return Finding::ok(u"within %1 of the service's"_s.arg(within), details);
     }
     return Finding::warning(
         u"this computer's is %1 %2 the service's"_s.arg(

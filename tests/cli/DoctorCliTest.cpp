@@ -84,6 +84,7 @@ TEST_F(Doctor, TellsWhatIsWrongAndWhatToDoFirst)
     };
     std::vector<Row> const rows = {
         {kelo, {}, 0, "", "INST-1001"},
+        {kelo, {}, 0, "", " of the service's"},
         {good.url().toString(), {}, 0, "", "days left"},
         {"http://kelo.invalid", {}, 0, "address", "can be read on the way"},
         {endsSoon.url().toString(), {}, 0, "TLS", "must renew"},
