@@ -1,6 +1,7 @@
 #include "CliFixture.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 class ReplayCli : public CliFixture
 {
@@ -51,7 +52,8 @@ protected:
             }
             entries.append(entry);
         }
-        return QJsonDocument(entries).toJson().toStdString();
+        auto text = QString::fromUtf8(QJsonDocument(entries).toJson());
+        return text.replace(QRegularExpression("\\w+, [\\w :]+ GMT"), "now").toStdString();
     }
 
     std::vector<QStringList> commands;
