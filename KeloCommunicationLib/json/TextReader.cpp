@@ -237,7 +237,7 @@ private:
             Members::Member const* const member = members.find(field.key().raw());
             if (member == nullptr)
             {
-                keyOf(field);
+                passKey(field);
             }
             ondemand::value& json = field.value();
             if (member == nullptr || member->field->change == nullptr || json.type() == ondemand::json_type::null)
@@ -302,7 +302,7 @@ private:
         {
             ondemand::field& field = checked(result);
             require(++count == 1);
-            keyOf(field);
+            passKey(field);
             readElements(field.value().get_array(), list, target);
         }
         require(count == 1);
@@ -378,15 +378,15 @@ private:
         return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     }
 
-    std::string_view keyOf(ondemand::field& field) const
+    /// Goes through a key that is none of the record's. What one with escapes says, and whether they are valid, is for
+    /// the document.
+    void passKey(ondemand::field& field) const
     {
         char const* const begin = field.key().raw();
         auto const* const quote =
             static_cast<char const*>(std::memchr(begin, '"', static_cast<std::size_t>(end_ - begin)));
         require(quote != nullptr);
-        std::string_view const key(begin, static_cast<std::size_t>(quote - begin));
-        require(!contains(key, '\\'));
-        return key;
+        require(!contains({begin, static_cast<std::size_t>(quote - begin)}, '\\'));
     }
 
     /// Goes through a value that nobody wants.
@@ -406,7 +406,7 @@ private:
             for (auto result : json.get_object())
             {
                 ondemand::field& field = checked(result);
-                keyOf(field);
+                passKey(field);
                 pass(field.value());
             }
             break;

@@ -185,7 +185,7 @@ TEST(Json, AMemberIsReadByItsTypesRule)
     }
 }
 
-/// Every text that differs in one place from the usual ones.
+/// The usual texts, cut off anywhere, and every text that differs from one of them in one place.
 std::set<QString> textsLike(QStringList const& usual)
 {
     std::set<QString> texts;
